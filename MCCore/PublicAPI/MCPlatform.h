@@ -1,0 +1,27 @@
+// Small questions to the operating system.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "MCTypes.h"
+
+namespace qlx {
+
+// Number of the calling thread, as the system shows it. Not 0; given again after the thread ended.
+uint32 CurrentThreadID() noexcept;
+
+// Keeps the library (or program) that this code is linked into in memory until the process ends, whoever unloads it.
+// Too late once its unloading has begun.
+void KeepThisLibraryLoaded() noexcept;
+
+// The arguments of `main` as UTF-8, the program's name first.
+std::vector<std::string> Utf8Arguments(int inCount, const char* const* inArguments);
+
+// The running program's own file, as a full UTF-8 path; empty when the system does not tell.
+std::string ProgramFile();
+
+// What the system calls the file of a dynamic library: "libqlx.so" or "qlx.dll" for "qlx".
+std::string LibraryFileName(const std::string& inName);
+
+}  // namespace qlx

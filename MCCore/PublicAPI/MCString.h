@@ -1,0 +1,191 @@
+// The text type of the whole system: NUL-terminated UTF-8 with counted characters and bytes.
+//
+//   TMCString15, 31, 63, 255, 1023   hold their bytes inside the object; a longer text is cut at the capacity
+//   TMCDynamicString                 holds an allocated block and grows
+//
+// Every operation is written against `TMCString` and works on all forms. Nothing throws: misuse and a text that is cut
+// are reported through `MCAssert`, and the operation goes on with what fits. A cut may split a character of several
+// bytes; its first byte then still counts as one character.
+//
+// Indices and lengths count characters unless their name says bytes. `<` and its kin compare as a person sorts, without
+// case; `==` and `!=` compare bytes. They disagree on purpose: "abc" and "ABC" are neither less nor greater, nor equal.
+#pragma once
+
+#include <cstring>
+#include <limits>
+
+#include "MCAssert.h"
+#include "MCObject.h"
+
+namespace qlx {
+
+class TMCString : public TMCObject {
+ public:
+  // The virtual operations stand in the order of their slots.
+  virtual ~TMCString() = default;
+  virtual TMCString& operator=(const TMCString& inSource);
+  // Appends one byte and counts it as a character. At full capacity the text is left as it is.
+  virtual TMCString& operator+=(char inByte);
+  virtual TMCString& operator+=(const TMCString& inText);
+  virtual bool operator<(const TMCString& inText) const;
+  virtual bool operator>(const TMCString& inText) const;
+  virtual bool operator<=(const TMCString& inText) const;
+  virtual bool operator>=(const TMCString& inText) const;
+  virtual bool operator==(const TMCString& inText) const;
+  virtual bool operator!=(const TMCString& inText) const;
+  // Does nothing for an index that is negative or past the end. What overflows a fixed form is cut, and `Length()`
+  // then stays what it was.
+  virtual void Insert(const TMCString& inText, int32 index);
+  // The root of all cutting: the lesser of the request and the capacity. Neither writes the NUL nor counts.
+  virtual void SetByteLength(uint32 byteLength);
+  // Does nothing on a fixed form.
+  virtual void SetMaxLength(uint32 maxLength);
+  // The writable bytes. The base has none: called there it throws `MC_E_PURECALL`.
+  virtual char* Buffer() = 0;
+
+  // Null leaves the text as it is.
+  TMCString& operator=(const char* inText);
+  TMCString& operator+=(const char* inText);
+  bool operator==(const char* inText) const;
+  bool operator!=(const char* inText) const { return !(*this == inText); }
+  void Assign(const char* inText, MCSize byteLength);
+
+  uint32 Length() const noexcept { return fLength; }
+  uint32 ByteLength() const noexcept { return fByteLength; }
+  // The capacity in bytes, the NUL not counted.
+  uint32 MaxLength() const noexcept { return fMaxLength; }
+  bool IsEmpty() const noexcept { return fByteLength == 0; }
+  // Never null. Valid until the text changes.
+  const char* CStr() const;
+
+  // Bytes that `inLength` characters from `inIndex` take. Running past the end is reported and shortened.
+  uint32 GetSubStringByteLength(int32 inIndex, uint32 inLength) const;
+  // 0 past the end. A negative index is reported and taken as 0.
+  uint16 GetChar(int32 index) const;
+  uint8 GetByte(int32 index) const;
+  // Copies the bytes and a NUL; the caller supplies the room.
+  void ToCString(char* outDest) const;
+  // The first four bytes as an id, 0 for those past the end.
+  MCID ToID() const;
+
+  // Index of the first occurrence at or after `startIndex`; -1 when there is none, or nothing to look for.
+  int32 Find(const TMCString& inText, int32 startIndex = 0) const;
+  int32 FindChar(uint16 inChar, int32 startIndex = 0) const;
+
+  // Cuts to a smaller count of characters.
+  void SetLength(uint32 length);
+  // True when it removed something. The count of characters is narrowed to a signed 16-bit value as it is taken off
+  // `Length()`: texts of this system never come near that limit.
+  bool Delete(int32 index, int32 count);
+  void FromInt(int32 inValue);
+  // Ids that are no text (at most '!!!!') read as decimal numbers, others as their characters up to a NUL. With
+  // `literal` it is always the four bytes.
+  void FromID(MCID id, bool literal = false);
+
+ protected:
+  TMCString() noexcept = default;
+  TMCString(const TMCString&) = delete;
+
+  // Sets a fresh string's capacity and text; null and empty texts clear the whole storage.
+  void Initialise(uint32 inMaxLength, const char* inText, MCSize byteLength);
+  void InitialiseSubString(uint32 inMaxLength, const TMCString& inSource, int32 index, int32 length);
+  // The bytes of a part, as the constructors from a part of a text understand it: a length of 0, or one that runs past
+  // the end, means up to the end.
+  static uint32 FindSubString(const TMCString& inSource, int32 index, int32 length, uint32& outOffset);
+
+  void AppendBytes(const char* inText, uint32 inCount);
+  void CountCharacters();
+  void WriteNul();
+  // True when `index` is a place where text can be inserted.
+  bool CanInsert(const TMCString& inText, int32 index) const;
+  // Offset of the character's first byte; 0 for a negative index, the byte length past the end.
+  uint32 ByteOffset(int32 index) const;
+
+  uint32 fLength = 0;
+  uint32 fByteLength = 0;
+  uint32 fMaxLength = 0;
+};
+
+// The one body of the fixed forms.
+template <uint32 kCapacity>
+class TMCFixedString : public TMCString {
+  static_assert(kCapacity < std::numeric_limits<uint32>::max());
+
+ public:
+  TMCFixedString() { Initialise(kCapacity, nullptr, 0); }
+  TMCFixedString(const char* inText);
+  TMCFixedString(const char* inText, MCSize byteLength) { Initialise(kCapacity, inText, byteLength); }
+  TMCFixedString(const TMCString& inSource) { Initialise(kCapacity, inSource.CStr(), inSource.ByteLength()); }
+  TMCFixedString(const TMCFixedString& inSource) : TMCFixedString(static_cast<const TMCString&>(inSource)) {}
+  // Part of a text: empty when `index` is at or past its end; a length of 0 means up to the end.
+  TMCFixedString(const TMCString& inSource, int32 index, int32 length) {
+    InitialiseSubString(kCapacity, inSource, index, length);
+  }
+  ~TMCFixedString() override = default;
+
+  using TMCString::operator=;
+  TMCFixedString& operator=(const TMCString& inSource) override {
+    if (this != &inSource) {
+      Assign(inSource.CStr(), inSource.ByteLength());
+    }
+    return *this;
+  }
+  TMCFixedString& operator=(const TMCFixedString& inSource) { return *this = static_cast<const TMCString&>(inSource); }
+
+  char* Buffer() override { return fBytes; }
+
+ private:
+  char fBytes[kCapacity + 1];
+};
+
+template <uint32 kCapacity>
+TMCFixedString<kCapacity>::TMCFixedString(const char* inText) {
+  Initialise(kCapacity, inText, inText ? std::strlen(inText) : 0);
+}
+
+using TMCString15 = TMCFixedString<15>;
+using TMCString31 = TMCFixedString<31>;
+using TMCString63 = TMCFixedString<63>;
+using TMCString255 = TMCFixedString<255>;
+using TMCString1023 = TMCFixedString<1023>;
+
+// Owns a block of capacity + 1 bytes, or none while the capacity is 0. Made from a text it has exactly its capacity.
+// Without memory it is empty.
+class TMCDynamicString : public TMCString {
+ public:
+  TMCDynamicString() noexcept = default;
+  TMCDynamicString(const char* inText);
+  TMCDynamicString(const char* inText, MCSize byteLength);
+  TMCDynamicString(const TMCString& inSource);
+  TMCDynamicString(const TMCDynamicString& inSource);
+  TMCDynamicString(const TMCString& inSource, int32 index, int32 length);
+  ~TMCDynamicString() override;
+
+  using TMCString::operator=;
+  using TMCString::operator+=;
+  TMCDynamicString& operator=(const TMCString& inSource) override;
+  TMCDynamicString& operator=(const TMCDynamicString& inSource);
+  TMCDynamicString& operator+=(char inByte) override;
+  TMCDynamicString& operator+=(const TMCString& inText) override;
+  void Insert(const TMCString& inText, int32 index) override;
+  void SetByteLength(uint32 byteLength) override;
+  // A capacity below the text's length cuts the text.
+  void SetMaxLength(uint32 maxLength) override;
+  // Reported when there is no block.
+  char* Buffer() override;
+  // Resizes the block. Without memory the text is lost and the capacity 0.
+  virtual void Reallocate(uint32 maxLength);
+
+  // A character of the platform's code page: two bytes when its high byte is a lead byte there, else one. Counts as
+  // one character.
+  TMCDynamicString& operator+=(uint16 inCodePageChar);
+
+ private:
+  void AppendCharacter(const char* inBytes, uint32 inCount);
+
+  char* fStringBuffer = nullptr;
+};
+
+TMCString1023 operator+(const TMCString& inA, const TMCString& inB);
+
+}  // namespace qlx

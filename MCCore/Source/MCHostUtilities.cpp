@@ -1,0 +1,10 @@
+#include "MCHostUtilities.h"
+
+namespace qlx {
+
+IMemoryUtilities* gMemoryUtilities = nullptr;
+IDebugUtilities* gDebugUtilities = nullptr;
+IShSafeUtilities* gShSafeUtilities = nullptr;
+IShellUtilities* gShellUtilities = nullptr;
+
+}  // namespace qlx

@@ -1,0 +1,12 @@
+# What the two Windows toolchains have in common. QLX_MINGW_TRIPLE names the target.
+# The posix flavour: std::mutex and std::thread exist there.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_C_COMPILER ${QLX_MINGW_TRIPLE}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${QLX_MINGW_TRIPLE}-g++-posix)
+set(CMAKE_RC_COMPILER ${QLX_MINGW_TRIPLE}-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/${QLX_MINGW_TRIPLE})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../tools/run-wine)

@@ -1,0 +1,99 @@
+// `qlx info`: the plug-in that is loaded.
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+
+#include "Command.h"
+#include "JsonText.h"
+#include "Session.h"
+#include "Text.h"
+#include "gltf/GltfFiles.h"
+#include "services/ComponentCall.h"
+
+namespace qlx::host {
+
+namespace {
+
+const char* const kExamples = R"(Examples:
+  qlx info
+  qlx info --library build/debug/bin/libqlx.so --json
+)";
+
+std::string TextFromGuid(const MCGuid& inGuid) {
+  std::string text = fmt::format("{:08X}-{:04X}-{:04X}-", inGuid.fData1, inGuid.fData2, inGuid.fData3);
+  for (int i = 0; i < 8; ++i) {
+    text += fmt::format("{}{:02X}", i == 2 ? "-" : "", inGuid.fData4[i]);
+  }
+  return text;
+}
+
+// Asks the plug-in for one object of the class, and lets it go.
+bool Makes(const PluginLibrary& inPlugin, const PluginClass& inClass) {
+  void* object = nullptr;
+  MCResult result = MC_E_NOTCREATED;
+  const auto failure = CallComponent("CreateInstance", [&] {
+    result = inPlugin.Create(inClass.fClassID, nullptr, IMCUnknown::kInterfaceID, &object);
+    if (result == MC_S_OK && object != nullptr) {
+      static_cast<IMCUnknown*>(object)->Release();
+    }
+  });
+  return !failure && result == MC_S_OK && object != nullptr;
+}
+
+// Host and plug-in are built for one target: else the plug-in could not be loaded.
+struct Target {
+  const char* fSystem = QLX_TARGET_SYSTEM;
+  int fBits = static_cast<int>(8 * sizeof(void*));
+  const char* fCompiler = QLX_TARGET_COMPILER;
+};
+
+std::string AsText(const PluginLibrary& inPlugin) {
+  const Target target;
+  std::string text = fmt::format("plug-in   {}\nsystem    {}, {} bits\ncompiler  {}\n\nexports\n",
+                                 PathText(inPlugin.GetFile()), target.fSystem, target.fBits, target.fCompiler);
+  for (const std::string& name : PluginLibrary::GetExportNames()) {
+    text += "  " + name + '\n';
+  }
+  text += "\nclasses\n";
+  for (const PluginClass& row : GetPluginClasses()) {
+    text += fmt::format("  {:<11}  {:<25}  {}  {} {}\n", Makes(inPlugin, row) ? "yes" : "not yet", row.fName,
+                        TextFromGuid(row.fClassID), TextFromID(row.fFamily),
+                        row.fID == 0 ? std::string() : TextFromID(row.fID));
+  }
+  return text;
+}
+
+std::string AsJson(const PluginLibrary& inPlugin) {
+  const Target target;
+  Json classes = Json::array();
+  for (const PluginClass& row : GetPluginClasses()) {
+    classes.push_back({{"name", row.fName},
+                       {"classId", TextFromGuid(row.fClassID)},
+                       {"family", TextFromID(row.fFamily)},
+                       {"id", row.fID == 0 ? Json() : Json(TextFromID(row.fID))},
+                       {"made", Makes(inPlugin, row)}});
+  }
+  return JsonText({{"library", PathText(inPlugin.GetFile())},
+                   {"target", {{"system", target.fSystem}, {"bits", target.fBits}, {"compiler", target.fCompiler}}},
+                   {"exports", PluginLibrary::GetExportNames()},
+                   {"classes", std::move(classes)}});
+}
+
+}  // namespace
+
+void AddInfoCommand(CLI::App& inProgram, CommandContext& inContext) {
+  CLI::App* const command = inProgram.add_subcommand("info", "Describe the plug-in: target, exports, classes");
+  const auto json = std::make_shared<bool>(false);
+  command->footer(kExamples);
+  command->add_flag("--json", *json, "Print it as JSON");
+  AddLibraryOption(*command, inContext);
+  command->callback([json, &inContext] {
+    inContext.fAction = [json, &inContext] {
+      Session session(inContext);
+      const PluginLibrary& plugin = *session.GetHost().GetPlugin();
+      inContext.fConsole.fOut << (*json ? AsJson(plugin) : AsText(plugin));
+    };
+  });
+}
+
+}  // namespace qlx::host

@@ -1,0 +1,165 @@
+#include "MotionPlot.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "ChannelText.h"
+#include "MCFrameTime.h"
+#include "Text.h"
+
+namespace qlx::host {
+
+namespace {
+
+constexpr std::size_t kElementsDrawn = 6;
+constexpr const char* kAxes[] = {"X", "Y", "Z"};
+
+class MotionPlot {
+ public:
+  MotionPlot(Scene& inScene, const MotionPlotInput& inInput) : fScene(inScene), fInput(inInput) {}
+
+  Plot Make() {
+    const BakeResult& bake = fInput.fBake;
+    fPlot.fTitle = fInput.fScene + ": what the modifiers changed";
+    fPlot.fSubtitle = Subtitle();
+    fPlot.fAxisTitle = "frame";
+    for (std::size_t i = 0; i < bake.fTimes.size(); ++i) {
+      fPlot.fAxis.push_back(static_cast<real64>(bake.fRange.fFirst) + static_cast<real64>(i));
+    }
+    const std::size_t drawn = std::min(bake.fElements.size(), kElementsDrawn);
+    for (std::size_t i = 0; i < drawn; ++i) {
+      AddPositions(bake.fElements[i]);
+      AddValues(bake.fElements[i]);
+    }
+    if (drawn < bake.fElements.size()) {
+      fPlot.fNote =
+          Counted(bake.fElements.size() - drawn, "more element") + " changed; a CSV table (--csv) has them all.";
+    } else if (bake.fElements.empty()) {
+      fPlot.fNote = "No modifier changed a value.";
+    }
+    return std::move(fPlot);
+  }
+
+ private:
+  std::string Subtitle() const {
+    const BakeRange& range = fInput.fBake.fRange;
+    const std::string clip = fInput.fClip.empty() ? "Frames" : fmt::format("Clip \"{}\", frames", fInput.fClip);
+    return fmt::format("{} {} to {} at {} a second", clip, range.fFirst, range.fLast, fScene.GetFrameRate());
+  }
+
+  // The position in the scene, beside the parent's and those of others.
+  void AddPositions(const BakedElement& inElement) {
+    if (fInput.fWith.Get(inElement.fElement, 0).empty()) {
+      return;
+    }
+    const std::string name = inElement.fElement->GetNameText();
+    const std::vector<Other> others = OthersOf(*inElement.fElement);
+    PlotBlock block{name + ": position in the scene", {}};
+    for (int axis = 0; axis < 3; ++axis) {
+      PlotPanel panel{kAxes[axis], "inches", {}};
+      for (std::size_t i = 0; i < others.size(); ++i) {
+        panel.fLines.push_back(
+            {others[i].fName, static_cast<int>(i) + 1, false, fInput.fWith.Get(others[i].fElement, axis)});
+      }
+      panel.fLines.push_back({name + " without modifiers", 0, true, fInput.fWithout.Get(inElement.fElement, axis)});
+      panel.fLines.push_back({name, 0, false, fInput.fWith.Get(inElement.fElement, axis)});
+      block.fPanels.push_back(std::move(panel));
+    }
+    fPlot.fBlocks.push_back(std::move(block));
+  }
+
+  struct Other {
+    const Element* fElement;
+    std::string fName;
+  };
+
+  std::vector<Other> OthersOf(const Element& inElement) const {
+    std::vector<Other> others;
+    const Element* const parent = inElement.GetParentElement();
+    if (parent != nullptr && parent != &fScene.GetRootElement()) {
+      others.push_back({parent, parent->GetNameText() + " (its parent)"});
+    }
+    for (const Element* element : fInput.fAlso) {
+      if (element != parent && element != &inElement) {
+        others.push_back({element, element->GetNameText()});
+      }
+    }
+    return others;
+  }
+
+  // The values that were changed, in the element's own space.
+  void AddValues(const BakedElement& inElement) {
+    PlotBlock block{inElement.fElement->GetNameText() + ": changed values, relative to its parent", {}};
+    for (const ChannelInfo* channel : ChannelsOf(inElement.fChannels)) {
+      PlotPanel panel{channel->fName, UnitOf(channel->fChannel), {}};
+      panel.fLines.push_back({"without modifiers", 0, true, Values(inElement.fBefore, channel->fChannel)});
+      panel.fLines.push_back({"with modifiers", 0, false, Values(inElement.fFrames, channel->fChannel)});
+      block.fPanels.push_back(std::move(panel));
+    }
+    fPlot.fBlocks.push_back(std::move(block));
+  }
+
+  static std::vector<real64> Values(const std::vector<ChannelValues>& inFrames, Channel inChannel) {
+    std::vector<real64> values;
+    values.reserve(inFrames.size());
+    for (const ChannelValues& frame : inFrames) {
+      values.push_back(static_cast<real64>(frame[inChannel]));
+    }
+    return values;
+  }
+
+  Scene& fScene;
+  const MotionPlotInput& fInput;
+  Plot fPlot;
+};
+
+}  // namespace
+
+MotionRecord::MotionRecord(const std::vector<Element*>& inElements) {
+  for (const Element* element : inElements) {
+    fPositions[element];
+  }
+}
+
+void MotionRecord::Add() {
+  for (auto& [element, positions] : fPositions) {
+    positions.push_back(element->GetGlobalMatrix().fOffset);
+  }
+}
+
+std::vector<real64> MotionRecord::Get(const Element* inElement, int inComponent) const {
+  std::vector<real64> values;
+  if (const auto found = fPositions.find(inElement); found != fPositions.end()) {
+    values.reserve(found->second.size());
+    for (const TVector3& position : found->second) {
+      values.push_back(static_cast<real64>(position[inComponent]));
+    }
+  }
+  return values;
+}
+
+Plot MakeMotionPlot(Scene& inScene, const MotionPlotInput& inInput) {
+  return MotionPlot(inScene, inInput).Make();
+}
+
+void RecordWithoutModifiers(Scene& inScene, BakeRange inRange, MotionRecord& outRecord) {
+  std::vector<Modifier*> switchedOff;
+  for (const Element* element : inScene.GetTreeOrder()) {
+    for (const TMCCountedPtr<Modifier>& modifier : element->GetModifiers()) {
+      if (modifier->IsEnabled()) {
+        modifier->SetEnabled(false);
+        switchedOff.push_back(modifier.Get());
+      }
+    }
+  }
+  for (int32 frame = inRange.fFirst; frame <= inRange.fLast; ++frame) {
+    inScene.Evaluate(FrameToTicks(frame, inScene.GetFrameRate()));
+    outRecord.Add();
+  }
+  for (Modifier* modifier : switchedOff) {
+    modifier->SetEnabled(true);
+  }
+}
+
+}  // namespace qlx::host

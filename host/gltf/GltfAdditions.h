@@ -1,0 +1,63 @@
+// Data and channels that are added to a glTF document. They are made as tinygltf's objects and written by it; the JSON
+// that comes out is put behind what the document has, so nothing else in it changes.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "GltfModel.h"
+#include "model/Curve.h"
+
+namespace qlx::host {
+
+// New accessors, all in one new buffer view.
+class AddedData {
+ public:
+  explicit AddedData(const Json& inDocument);
+
+  // Both answer the accessor's index. `inType` is tinygltf's.
+  int AddTimes(std::span<const real32> inSeconds);
+  int AddValues(std::span<const real32> inValues, int inType);
+
+  bool IsEmpty() const { return fBytes.empty(); }
+  const std::vector<uint8>& GetBytes() const { return fBytes; }
+  // Once the bytes have their place in a buffer. Nothing to do when there are none.
+  void PutInto(Json& ioDocument, std::size_t inBuffer, std::size_t inOffset);
+
+ private:
+  int Add(std::span<const real32> inValues, int inType);
+
+  int fFirstAccessor;
+  int fView;
+  tinygltf::Model fParts;
+  std::vector<uint8> fBytes;
+};
+
+// Changes of one animation. A document without one gets "bake".
+class ClipChange {
+ public:
+  ClipChange(const Json& inDocument, std::optional<std::size_t> inClip);
+
+  void SetTrack(int inNode, const char* inPath, int inInput, int inOutput, Interpolation inInterpolation);
+  void RemoveTrack(int inNode, const char* inPath);
+  // Samplers that no channel uses any more go; ones that none used before stay. So does an animation without a channel.
+  void PutInto(Json& ioDocument);
+
+ private:
+  void MakeClip(Json& ioDocument);
+  void PutTracks(Json& ioClip);
+  void DropChannels(Json& ioClip) const;
+  void DropSamplers(Json& ioClip, const std::vector<bool>& inWereUsed) const;
+
+  using Target = std::pair<int, std::string>;  // node and path
+  std::optional<std::size_t> fClip;
+  std::map<Target, std::size_t> fChannels;  // of the document
+  std::set<std::size_t> fRemoved;
+  tinygltf::Animation fAdded;  // a channel and a sampler for each track, in the same order
+};
+
+}  // namespace qlx::host

@@ -1,0 +1,44 @@
+// The keys of one property of a node (translation, rotation or scale), as they are written to a glTF file.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "GltfJson.h"
+#include "model/Bake.h"
+#include "model/Element.h"
+
+namespace qlx::host {
+
+struct NodePath {
+  const char* fName;  // of glTF, as a member of a node and as the target of a channel
+  ChannelMask fChannels;
+  int fType;  // of an accessor
+};
+
+extern const std::array<NodePath, 3> kNodePaths;
+
+struct Track {
+  Interpolation fInterpolation = Interpolation::kLinear;
+  std::vector<int32> fTicks;
+  std::vector<real32> fValues;  // in glTF's units; with cubic splines in-tangent, value, out-tangent a key
+};
+
+// The value of a path in glTF's units. A quaternion is given the sign that is nearer to what `ioValues` ends with.
+void AppendPathValue(const NodePath& inPath, const ChannelValues& inValues, std::vector<real32>& ioValues);
+Json PathValue(const NodePath& inPath, const ChannelValues& inValues);
+
+// From the element's curves; nothing when the path has no keys. Curves whose keys stand at the same times with one
+// interpolation give the same keys. Others become linear keys close enough together: at all keys, a tick before a step,
+// and on each frame where the way between two keys is no straight line.
+std::optional<Track> TrackOfCurves(const Element& inElement, const NodePath& inPath, real32 inFrameRate);
+
+// A linear key on each frame.
+Track TrackOfBake(const BakeResult& inBake, const BakedElement& inElement, const NodePath& inPath);
+
+// Key times in seconds, strictly ascending also where 32-bit reals no longer tell two ticks apart.
+std::vector<real32> SecondsOfTrack(std::span<const int32> inTicks);
+
+}  // namespace qlx::host

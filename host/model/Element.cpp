@@ -1,0 +1,440 @@
+// The tree, the values and what an element shows. Transforms are in ElementTransforms.cpp.
+#include "Element.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "ElementParameters.h"
+#include "Scene.h"
+#include "TimeLine.h"
+
+namespace qlx::host {
+
+struct Element::SampleHints {
+  std::array<std::size_t, kChannelCount> fCurves{};
+  std::size_t fRotation = 0;
+};
+
+struct Element::Curves {
+  std::array<Curve, kChannelCount> fCurves;
+  SampleHints fHints;
+
+  Curve& operator[](Channel inChannel) { return fCurves[static_cast<std::size_t>(inChannel)]; }
+};
+
+namespace {
+
+constexpr std::size_t IndexOf(Channel inChannel) {
+  return static_cast<std::size_t>(inChannel);
+}
+
+constexpr bool IsRotation(Channel inChannel) {
+  return (MaskOf(inChannel) & kRotationMask) != 0;
+}
+
+bool IsFinite(const ChannelValues& inValues, ChannelMask inMask) {
+  for (const ChannelInfo& info : kChannels) {
+    if ((inMask & MaskOf(info.fChannel)) != 0 && !std::isfinite(inValues[info.fChannel])) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+Element::Element(Scene& inScene, uint32 inID, std::string_view inName)
+    : fScene(&inScene), fID(inID), fName(std::make_shared<const TMCString255>(inName.data(), inName.size())) {}
+
+Element::~Element() = default;
+
+std::string Element::GetNameText() const {
+  return {fName->CStr(), fName->ByteLength()};
+}
+
+// Values
+
+void Element::SetBase(const ChannelValues& inValues) {
+  for (const ChannelInfo& info : kChannels) {
+    const real32 value = inValues[info.fChannel];
+    const ChannelMask mask = MaskOf(info.fChannel);
+    if ((DifferentChannels(fBase, inValues) & mask) == 0 || !std::isfinite(value)) {
+      continue;
+    }
+    fBase[info.fChannel] = value;
+    fEdited |= mask;
+    if (fScene != nullptr && fScene->IsEvaluating()) {
+      fScene->Touch(*this);  // shows from the next evaluation on
+    } else if (!HasKeys(info.fChannel)) {
+      ShowValue(info.fChannel, value);
+    }
+  }
+}
+
+bool Element::SetValue(Channel inChannel, real32 inValue) {
+  ChannelValues values = fEvaluated;
+  values[inChannel] = inValue;
+  return Write(values, MaskOf(inChannel));
+}
+
+bool Element::HasKeys(Channel inChannel) const {
+  const Curve* const curve = GetCurve(inChannel);
+  return (curve != nullptr && !curve->IsEmpty()) || (fRotationCurve != nullptr && IsRotation(inChannel));
+}
+
+bool Element::Write(const ChannelValues& inValues, ChannelMask inMask) {
+  if (fScene == nullptr || !IsFinite(inValues, inMask)) {
+    return false;
+  }
+  if (fScene->IsEvaluating()) {
+    WriteEvaluated(inValues, inMask);
+  } else {
+    WriteEdit(inValues, inMask);
+  }
+  return true;
+}
+
+void Element::WriteEvaluated(const ChannelValues& inValues, ChannelMask inMask) {
+  if (fWritten == 0) {
+    fUnmodified = fEvaluated;
+  }
+  fWritten |= inMask;
+  StoreEvaluated(inValues);
+  fScene->Touch(*this);
+}
+
+void Element::WriteEdit(const ChannelValues& inValues, ChannelMask inMask) {
+  for (const ChannelInfo& info : kChannels) {
+    const Channel channel = info.fChannel;
+    if ((inMask & MaskOf(channel)) == 0) {
+      continue;
+    }
+    if (HasKeys(channel)) {
+      SetKeyNow(channel, inValues[channel]);
+    } else {
+      fBase[channel] = inValues[channel];
+    }
+    fEdited |= MaskOf(channel);
+    ShowValue(channel, inValues[channel]);
+  }
+}
+
+void Element::SetKeyNow(Channel inChannel, real32 inValue) {
+  const int32 now = fScene->GetTime();
+  if (fRotationCurve != nullptr && IsRotation(inChannel)) {
+    const ChannelValues pose = SampleAt(now);
+    DropRotationCurve();
+    for (const Channel channel : {Channel::kRotationX, Channel::kRotationY, Channel::kRotationZ}) {
+      MakeCurves()[channel].SetKey({.fTime = now, .fValue = pose[channel]});
+    }
+  }
+  MakeCurves()[inChannel].SetKey({.fTime = now, .fValue = inValue});
+}
+
+void Element::ShowValue(Channel inChannel, real32 inValue) {
+  ChannelValues values = fEvaluated;
+  values[inChannel] = inValue;
+  fUnmodified[inChannel] = inValue;
+  StoreEvaluated(values);
+}
+
+void Element::StoreEvaluated(const ChannelValues& inValues) {
+  const ChannelMask changed = DifferentChannels(fEvaluated, inValues);
+  if (changed == 0) {
+    return;
+  }
+  fEvaluated = inValues;
+  const bool isMoved = (changed & ~kPositionMask) == 0 && fLocalState != LocalState::kNotMade;
+  fLocalState = isMoved ? LocalState::kMoved : LocalState::kNotMade;
+  InvalidateGlobal();
+}
+
+// Curves
+
+const Curve* Element::GetCurve(Channel inChannel) const {
+  return fCurves == nullptr ? nullptr : &fCurves->fCurves[IndexOf(inChannel)];
+}
+
+Curve& Element::GetOrMakeCurve(Channel inChannel) {
+  return MakeCurves()[inChannel];
+}
+
+Element::Curves& Element::MakeCurves() {
+  if (fCurves == nullptr) {
+    fCurves = std::make_unique<Curves>();
+    if (fScene != nullptr) {
+      fScene->WorkChanged();
+    }
+  }
+  return *fCurves;
+}
+
+void Element::EditCurve(Channel inChannel, const std::function<void(Curve&)>& inEdit) {
+  if (fScene == nullptr) {
+    return;
+  }
+  const bool wasRotationCurve = fRotationCurve != nullptr && IsRotation(inChannel);
+  if (wasRotationCurve) {
+    DropRotationCurve();
+  }
+  inEdit(MakeCurves()[inChannel]);
+  fEdited |= MaskOf(inChannel);
+  if (fScene->IsEvaluating()) {
+    return;
+  }
+  if (!wasRotationCurve) {
+    ShowEditedCurve(inChannel);
+    return;
+  }
+  for (const Channel channel : {Channel::kRotationX, Channel::kRotationY, Channel::kRotationZ}) {
+    ShowEditedCurve(channel);
+  }
+}
+
+void Element::ShowEditedCurve(Channel inChannel) {
+  const Curve& curve = MakeCurves()[inChannel];
+  ShowValue(inChannel, curve.IsEmpty() ? fBase[inChannel] : curve.Sample(fScene->GetTime()));
+}
+
+void Element::SetRotationCurve(std::unique_ptr<RotationCurve> inCurve) {
+  fRotationCurve = std::move(inCurve);
+  MakeCurves();
+}
+
+// All three channels change with it: their curves rule from now on.
+void Element::DropRotationCurve() {
+  fRotationCurve.reset();
+  MakeCurves();
+  fEdited |= kRotationMask;
+}
+
+ChannelValues Element::SampleAt(int32 inTime) const {
+  SampleHints hints;
+  return Sample(inTime, hints);
+}
+
+ChannelValues Element::Sample(int32 inTime, SampleHints& ioHints) const {
+  ChannelValues values = fBase;
+  if (fCurves != nullptr) {
+    for (std::size_t i = 0; i < kChannelCount; ++i) {
+      const Curve& curve = fCurves->fCurves[i];
+      if (!curve.IsEmpty()) {
+        values.fValue[i] = curve.Sample(inTime, ioHints.fCurves[i]);
+      }
+    }
+  }
+  if (fRotationCurve != nullptr) {
+    const QuaternionValue turn = fRotationCurve->Sample(inTime, ioHints.fRotation);
+    const TQuaternion rounded{static_cast<real32>(turn[0]), static_cast<real32>(turn[1]), static_cast<real32>(turn[2]),
+                              static_cast<real32>(turn[3])};
+    const TVector3 angles = QuaternionToEuler(0, rounded, values.GetRotation());
+    values[Channel::kRotationX] = angles.x;
+    values[Channel::kRotationY] = angles.y;
+    values[Channel::kRotationZ] = angles.z;
+  }
+  return values;
+}
+
+void Element::BeginEvaluation(int32 inTime) {
+  fWritten = 0;
+  StoreEvaluated(fCurves == nullptr ? fBase : Sample(inTime, fCurves->fHints));
+}
+
+ChannelMask Element::GetModifiedChannels() const {
+  return fWritten == 0 ? ChannelMask{0}
+                       : static_cast<ChannelMask>(fWritten & DifferentChannels(fEvaluated, fUnmodified));
+}
+
+// Modifiers
+
+void Element::AddModifier(Modifier& inModifier, std::size_t inIndex) {
+  if (!MC_ASSERT_TEXT(inModifier.GetElement() == nullptr, "a modifier sits on one element")) {
+    return;
+  }
+  const std::size_t index = std::min(inIndex, fModifiers.size());
+  fModifiers.insert(fModifiers.begin() + static_cast<std::ptrdiff_t>(index), MCShare(&inModifier));
+  inModifier.Attach(*this);
+  if (fScene != nullptr) {
+    fScene->StructureChanged();
+    fScene->WorkChanged();
+  }
+}
+
+void Element::RemoveModifier(std::size_t inIndex) {
+  if (inIndex >= fModifiers.size()) {
+    return;
+  }
+  const TMCCountedPtr<Element> keep = MCShare(this);  // the modifier may hold the last reference
+  const TMCCountedPtr<Modifier> removed = fModifiers[inIndex];
+  fModifiers.erase(fModifiers.begin() + static_cast<std::ptrdiff_t>(inIndex));
+  removed->Detach();
+  if (fScene != nullptr) {
+    fScene->StructureChanged();
+    fScene->WorkChanged();
+  }
+}
+
+void Element::RemoveAllModifiers() {
+  while (!fModifiers.empty()) {
+    RemoveModifier(fModifiers.size() - 1);
+  }
+}
+
+uint32 Element::GetModifierCount(int32 /*inOne*/) {
+  return static_cast<uint32>(fModifiers.size());
+}
+
+MCResult Element::InsertModifier(I3DShModifier* inModifier, uint32 inIndex) {
+  const auto own = MCQuery<IHostModifier>(inModifier);
+  if (!own) {
+    return MC_E_INVALIDARG;
+  }
+  Modifier& modifier = own->GetHostModifier();
+  if (fScene == nullptr || modifier.GetElement() != nullptr) {
+    return MC_E_NOTVALID;
+  }
+  AddModifier(modifier, inIndex);
+  return MC_S_OK;
+}
+
+// Tree
+
+I3DShScene* Element::GetScene() {
+  return fScene;
+}
+
+void Element::GetParent(TreeElement** outParent) {
+  StoreForCaller<TreeElement>(outParent, fParent);
+}
+
+TreeElement* Element::GetFirstChild() {
+  return fChildren.empty() ? nullptr : fChildren.front().Get();
+}
+
+TreeElement* Element::GetNextSibling() {
+  if (fParent == nullptr || fIndexInParent + 1 >= fParent->fChildren.size()) {
+    return nullptr;
+  }
+  return fParent->fChildren[fIndexInParent + 1].Get();
+}
+
+bool Element::IsAtOrBelow(TreeElement* inAncestor) {
+  for (Element* element = this; element != nullptr; element = element->fParent) {
+    if (static_cast<TreeElement*>(element) == inAncestor) {
+      return true;
+    }
+  }
+  return false;
+}
+
+TreePath& Element::GetTreePath(TreePath& outPath) {
+  uint32 depth = 0;
+  for (const Element* element = this; element->fParent != nullptr; element = element->fParent) {
+    ++depth;
+  }
+  if (outPath.SetElemCount(depth)) {
+    for (const Element* element = this; element->fParent != nullptr; element = element->fParent) {
+      outPath[--depth] = element->fID;
+    }
+  }
+  return outPath;
+}
+
+// Low byte first, on every system: a saved reference is found by each.
+ObjectReference& Element::GetObjectReference(ObjectReference& outReference) {
+  if (outReference.SetElemCount(sizeof(fID))) {
+    for (uint32 i = 0; i < sizeof(fID); ++i) {
+      outReference[i] = static_cast<uint8>(fID >> (8 * i));
+    }
+  }
+  return outReference;
+}
+
+void Element::LeaveScene() {
+  fScene = nullptr;
+  fParent = nullptr;
+  fIndexInParent = 0;
+  fLinks = {};
+  fGlobalValid = false;
+  fFigure = nullptr;
+  fMemberOf = nullptr;
+  fChildren.clear();
+}
+
+// Parameters and time lines
+
+TimeBasedData* Element::GetTimeBasedData() {
+  if (fParameters == nullptr) {
+    fParameters = std::make_unique<ElementParameters>(*this);
+  }
+  return fParameters->GetRoot();
+}
+
+const ParameterGroup& Element::GetParameters() {
+  GetTimeBasedData();
+  return *fParameters->GetRoot();
+}
+
+void Element::ForEachTimeLine(IForEachTimeLineCallback* inCallback) {
+  if (inCallback == nullptr) {
+    return;
+  }
+  const TMCCountedPtr<Element> keep = MCShare(this);
+  if (fTimeLines == nullptr) {
+    fTimeLines = std::make_unique<ElementTimeLines>(*this);
+  }
+  fTimeLines->Visit(*inCallback);
+}
+
+// What it shows
+
+void Element::SetShownObject(SceneObject* inObject) {
+  fObject.Share(inObject);
+  if (fScene != nullptr) {
+    fScene->StructureChanged();
+  }
+}
+
+SceneObject* Element::GetSceneObject() const {
+  return fObject.Get();
+}
+
+I3DShObject* Element::GetShownObject() {
+  return fObject.Get();
+}
+
+uint32 Element::GetShaderCount() {
+  return fObject ? static_cast<uint32>(fObject->GetShaders().size()) : 0;
+}
+
+I3DShShader* Element::GetShader(uint32 inIndex) {
+  return inIndex < GetShaderCount() ? fObject->GetShaders()[inIndex] : nullptr;
+}
+
+I3DShShader* Element::GetMainShader() {
+  return GetShader(0);
+}
+
+uint32 Element::GetMemberCount() {
+  return fFigure == nullptr ? 0 : static_cast<uint32>(fFigure->GetMembers().size());
+}
+
+I3DShOwned* Element::GetFigureOwner() {
+  return fMemberOf == nullptr ? nullptr : fMemberOf->GetOwner();
+}
+
+bool Element::Offers(const MCGuid& inID) const {
+  if (inID == I3DShInstance::kInterfaceID || inID == I3DShObjectHolder::kInterfaceID ||
+      inID == I3DShShaderHolder::kInterfaceID) {
+    return static_cast<bool>(fObject);
+  }
+  if (inID == I3DShFigure::kInterfaceID) {
+    return fFigure != nullptr;
+  }
+  if (inID == I3DShFigureMember::kInterfaceID) {
+    return fMemberOf != nullptr;
+  }
+  return true;
+}
+
+}  // namespace qlx::host

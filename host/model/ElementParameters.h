@@ -1,0 +1,44 @@
+// The parameters of an element: its transform, as a tree of groups.
+//
+//   amet                      what an element has
+//     TRAN                    its transform
+//       OFFS  XCOO YCOO ZCOO  position, in scene units
+//       ROTA  RotX RotY RotZ  rotation, radians
+//       SCAL                  uniform scale
+//       XYZ   ScaX ScaY ScaZ  scale along each axis
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "ElementChannel.h"
+#include "Parameter.h"
+
+namespace qlx::host {
+
+class ElementParameters {
+ public:
+  explicit ElementParameters(Element& inElement);
+  ~ElementParameters();
+
+  ParameterGroup* GetRoot() const { return fRoot.Get(); }
+
+ private:
+  std::shared_ptr<ElementLink> fLink;
+  TMCCountedPtr<ParameterGroup> fRoot;
+};
+
+// A parameter as a person reads it.
+struct ParameterRow {
+  std::string fPath;   // "self,amet,TRAN,ROTA,RotX"
+  std::string fName;   // "Rotation X"
+  MCID fType = 0;      // 'qfix'
+  std::string fValue;  // the evaluated value, in the fewest digits that give it back
+  bool fIsAnimated = false;
+};
+
+// Visits the plain parameters of an element, in their order.
+void ForEachParameter(Element& inElement, const std::function<void(const ParameterRow&)>& inVisit);
+
+}  // namespace qlx::host

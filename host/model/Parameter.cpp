@@ -1,0 +1,129 @@
+#include "Parameter.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "ParamHolder.h"
+
+namespace qlx::host {
+
+Parameter::Parameter(MCID inID, const char* inName, std::unique_ptr<ValueAccess> inValue)
+    : fID(inID), fName(inName), fValue(std::move(inValue)) {}
+
+Parameter::Parameter(MCID inID, const char* inName, TMCCountedPtr<ParameterGroup> inGroup)
+    : fID(inID), fName(inName), fGroup(std::move(inGroup)) {}
+
+Parameter::~Parameter() = default;
+
+namespace {
+
+// A holder that bytes of this type can go through.
+bool Fits(const ParamHolder& inHolder, MCID inType) {
+  return inType != 0 && inHolder.IsValid() && inHolder.GetType() == inType;
+}
+
+}  // namespace
+
+TimeBasedData* Parameter::GetGroupData() {
+  return fGroup.Get();
+}
+
+void Parameter::GetHolder(TimeBasedData** outHolder) {
+  StoreForCaller<TimeBasedData>(outHolder, fHolder);
+}
+
+MCResult Parameter::ReadParamValue(ParamHolder& outValue) {
+  if (!Fits(outValue, GetDataType())) {
+    return MC_E_INVALIDARG;
+  }
+  return fValue->Read(outValue.GetData()) ? MC_S_OK : MC_E_NOTVALID;
+}
+
+MCResult Parameter::WriteParamValue(const ParamHolder& inValue) {
+  if (!Fits(inValue, GetDataType())) {
+    return MC_E_INVALIDARG;
+  }
+  return fValue->Write(inValue.GetData()) ? MC_S_OK : MC_E_NOTVALID;
+}
+
+IKeyframeHolder* Parameter::GetKeyframeHolder() {
+  return GetAnimated() == nullptr ? nullptr : this;
+}
+
+MCResult Parameter::ReadValueAtTime(int32 inTime, ParamHolder& outValue) {
+  const AnimatedValue* const animated = GetAnimated();
+  if (animated == nullptr || !Fits(outValue, animated->GetType())) {
+    return MC_E_INVALIDARG;
+  }
+  real32 value = 0;
+  if (!animated->SampleAt(inTime, value)) {
+    return MC_E_NOTVALID;
+  }
+  std::memcpy(outValue.GetData(), &value, sizeof(value));
+  return MC_S_OK;
+}
+
+void Parameter::DeleteKey(int32 inTime) {
+  AnimatedValue* const animated = GetAnimated();
+  const Curve* const curve = animated == nullptr ? nullptr : animated->GetCurve();
+  if (curve != nullptr && !curve->IsEmpty()) {
+    animated->EditCurve([&](Curve& edited) { edited.DeleteKeyAt(inTime); });
+  }
+}
+
+MCResult Parameter::SetKey(int32 inTime, const ParamHolder& inValue) {
+  AnimatedValue* const animated = GetAnimated();
+  if (animated == nullptr || !Fits(inValue, animated->GetType())) {
+    return MC_E_INVALIDARG;
+  }
+  real32 value = 0;
+  std::memcpy(&value, inValue.GetData(), sizeof(value));
+  if (!std::isfinite(value)) {
+    return MC_E_INVALIDARG;
+  }
+  const bool isSet = animated->EditCurve(
+      [&](Curve& curve) { curve.SetKey({.fTime = inTime, .fValue = value, .fInterpolation = Interpolation::kStep}); });
+  return isSet ? MC_S_OK : MC_E_NOTVALID;
+}
+
+bool Parameter::Offers(const MCGuid& inID) const {
+  return inID != IKeyframeHolder::kInterfaceID || GetAnimated() != nullptr;
+}
+
+ParameterGroup::~ParameterGroup() {
+  for (const auto& parameter : fParameters) {
+    parameter->fHolder = nullptr;
+    if (parameter->fGroup) {
+      parameter->fGroup->fParent = nullptr;
+    }
+  }
+}
+
+void ParameterGroup::Add(TMCCountedPtr<Parameter> inParameter) {
+  inParameter->fHolder = this;
+  if (inParameter->fGroup) {
+    inParameter->fGroup->fParent = this;
+  }
+  fParameters.push_back(std::move(inParameter));
+}
+
+ParameterGroup& ParameterGroup::AddGroup(MCID inID, const char* inName) {
+  auto group = MakeHosted<ParameterGroup>(inID, nullptr);
+  ParameterGroup& added = *group;
+  Add(MakeHosted<Parameter>(inID, inName, std::move(group)));
+  return added;
+}
+
+void ParameterGroup::GetParamInfo(ParamInfo** outParam, uint32 inIndex) {
+  StoreForCaller<ParamInfo>(outParam, inIndex < fParameters.size() ? fParameters[inIndex].Get() : nullptr);
+}
+
+IMCUnknown* ParameterGroup::GetOwner() {
+  return fOwner != nullptr ? fOwner : static_cast<TimeBasedData*>(this);
+}
+
+void ParameterGroup::GetParentData(TimeBasedData** outParent) {
+  StoreForCaller<TimeBasedData>(outParent, fParent);
+}
+
+}  // namespace qlx::host

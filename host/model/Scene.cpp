@@ -1,0 +1,358 @@
+#include "Scene.h"
+
+#include <fmt/format.h>
+
+#include "MCFrameTime.h"
+#include "MCUtf8.h"
+
+namespace qlx::host {
+
+namespace {
+
+constexpr std::size_t kLongestName = 255;
+constexpr uint32 kRootID = 1;
+constexpr const char* kRootName = "[scene]";
+
+// At most so many bytes of a text, up to a NUL, without a part of a character at the end.
+std::string_view CutText(std::string_view inText, std::size_t inLongest) {
+  const std::string_view text = inText.substr(0, inText.find('\0'));
+  if (text.size() <= inLongest) {
+    return text;
+  }
+  std::size_t end = inLongest;
+  while (end > 0 && !MCUtf8BeginsCharacter(static_cast<uint8>(text[end]))) {
+    --end;
+  }
+  return text.substr(0, end);
+}
+
+}  // namespace
+
+class Scene::TimeRange final : public HostObject<ITimeRange> {
+ public:
+  TimeRange(int32 inStart, int32 inEnd) : fStart(inStart), fEnd(inEnd) {}
+  int32 MC_CALL GetStartTime() override { return fStart; }
+  int32 MC_CALL GetEndTime() override { return fEnd; }
+
+ private:
+  int32 fStart;
+  int32 fEnd;
+};
+
+class Scene::Master final : public HostObject<ISceneMaster> {
+ public:
+  explicit Master(Scene& inScene) : fScene(&inScene) {}
+  I3DShScene* MC_CALL GetMasterScene() override { return fScene; }
+  void Forget() { fScene = nullptr; }
+
+ private:
+  Scene* fScene;
+};
+
+TMCCountedPtr<Scene> Scene::Create(Diagnostics& inDiagnostics) {
+  return MakeHosted<Scene>(inDiagnostics);
+}
+
+Scene::Scene(Diagnostics& inDiagnostics)
+    : fDiagnostics(inDiagnostics),
+      fRoot(MakeHosted<Element>(*this, kRootID, kRootName)),
+      fMaster(MakeHosted<Master>(*this)) {
+  fByID.emplace(kRootID, fRoot.Get());
+  fByName.emplace(kRootName, fRoot.Get());
+}
+
+Scene::~Scene() {
+  Close();
+  fRoot->LeaveScene();
+}
+
+void Scene::Close() {
+  if (fClosed || !MC_ASSERT_TEXT(!fEvaluating, "a scene is not closed while it is being evaluated")) {
+    return;
+  }
+  fClosed = true;
+  const std::vector<Element*>& order = GetTreeOrder();
+  for (Element* const element : order) {
+    element->RemoveAllModifiers();
+  }
+  // All elements are held at once while they let go of their children: a deep tree then ends without recursion.
+  std::vector<TMCCountedPtr<Element>> held;
+  held.reserve(order.size());
+  for (Element* const element : order) {
+    held.push_back(MCShare(element));
+  }
+  fFigures.clear();
+  fSelection.clear();
+  fTouched.clear();
+  for (const auto& element : held) {
+    element->LeaveScene();
+  }
+  fRoot->fScene = this;
+  for (const auto& object : fObjects) {
+    object->fScene = nullptr;
+  }
+  for (const auto& shader : fShaders) {
+    shader->fScene = nullptr;
+  }
+  fObjects.clear();
+  fShaders.clear();
+  fByName.clear();
+  fByID.clear();
+  fByID.emplace(kRootID, fRoot.Get());
+  fMaster->Forget();
+  fTreeOrderValid = false;
+  fWorkListsValid = false;
+  StructureChanged();
+}
+
+// Tree
+
+Element& Scene::AddElement(Element& inParent, std::string_view inName, uint32 inID) {
+  uint32 id = inID;
+  while (id == 0 || (inID == 0 && fByID.contains(id))) {
+    id = fNextID++;
+  }
+  if (fByID.contains(id)) {
+    throw UserError("element \"" + std::string(inName) + "\"", "the id " + std::to_string(id) + " is taken");
+  }
+  const std::string name = MakeUniqueName(inName, id);
+  inParent.fChildren.push_back(MakeHosted<Element>(*this, id, name));
+  Element& element = *inParent.fChildren.back();
+  element.fParent = &inParent;
+  element.fIndexInParent = inParent.fChildren.size() - 1;
+  fByID.emplace(id, &element);
+  fByName.emplace(name, &element);
+  fTreeOrderValid = false;
+  fWorkListsValid = false;
+  StructureChanged();
+  return element;
+}
+
+std::string Scene::MakeUniqueName(std::string_view inName, uint32 inID) {
+  std::string name(CutText(inName, kLongestName));
+  if (name.empty()) {
+    name = "Element" + std::to_string(inID);
+  }
+  if (!fByName.contains(name)) {
+    return name;
+  }
+  uint32& next = fNextSuffix.try_emplace(name, 2).first->second;
+  for (;;) {
+    const std::string number = std::to_string(next++);
+    std::string candidate(CutText(name, kLongestName - 1 - number.size()));
+    candidate.append(1, '.').append(number);
+    if (!fByName.contains(candidate)) {
+      return candidate;
+    }
+  }
+}
+
+const std::vector<Element*>& Scene::GetTreeOrder() const {
+  if (fTreeOrderValid) {
+    return fTreeOrder;
+  }
+  fTreeOrder.clear();
+  std::vector<Element*> pending{fRoot.Get()};
+  while (!pending.empty()) {
+    Element* const element = pending.back();
+    pending.pop_back();
+    fTreeOrder.push_back(element);
+    const auto& children = element->GetChildren();
+    for (std::size_t i = children.size(); i > 0; --i) {
+      pending.push_back(children[i - 1].Get());
+    }
+  }
+  fTreeOrderValid = true;
+  return fTreeOrder;
+}
+
+Element* Scene::FindByName(std::string_view inName) const {
+  const auto found = fByName.find(std::string(inName));
+  return found == fByName.end() ? nullptr : found->second;
+}
+
+Element* Scene::FindByID(uint32 inID) const {
+  const auto found = fByID.find(inID);
+  return found == fByID.end() ? nullptr : found->second;
+}
+
+// What elements show
+
+SceneObject& Scene::AddObject(std::string_view inName) {
+  fObjects.push_back(MakeHosted<SceneObject>(*this, CutText(inName, kLongestName)));
+  StructureChanged();
+  return *fObjects.back();
+}
+
+Shader& Scene::AddShader(std::string_view inName) {
+  fShaders.push_back(MakeHosted<Shader>(*this, CutText(inName, kLongestName)));
+  StructureChanged();
+  return *fShaders.back();
+}
+
+Figure& Scene::AddFigure(std::string_view inName, Element& inRoot, std::vector<Element*> inMembers) {
+  fFigures.push_back(std::make_unique<Figure>(inName, inRoot, std::move(inMembers)));
+  Figure& figure = *fFigures.back();
+  if (inRoot.fFigure == nullptr) {
+    inRoot.SetFigureRoot(&figure);
+  }
+  for (Element* const member : figure.GetMembers()) {
+    if (member->fMemberOf == nullptr) {
+      member->SetFigureMember(&figure);
+    }
+  }
+  StructureChanged();
+  return figure;
+}
+
+// Time
+
+void Scene::SetFrameRate(real32 inRate) {
+  if (!IsValidFrameRate(inRate)) {
+    throw UserError(fmt::format("frame rate {}", inRate), "must be above 0 and at most 180000");
+  }
+  fFrameRate = inRate;
+}
+
+void Scene::SetTimeRange(int32 inStart, int32 inEnd) {
+  if (inEnd < inStart) {
+    throw UserError("time range " + std::to_string(inStart) + " to " + std::to_string(inEnd), "ends before it starts");
+  }
+  fStart = inStart;
+  fEnd = inEnd;
+  fTimeRange = MakeHosted<TimeRange>(inStart, inEnd);
+}
+
+// Evaluation
+
+void Scene::Evaluate(int32 inTime) {
+  if (fEvaluating) {
+    return;
+  }
+  struct Running {
+    explicit Running(bool& ioFlag) : fFlag(ioFlag) { fFlag = true; }
+    ~Running() { fFlag = false; }
+    bool& fFlag;
+  };
+  RefreshWorkLists();
+  const Running running(fEvaluating);
+  fTime = inTime;
+  TakeValues(inTime);
+  for (Element* const element : fModified) {
+    ApplyModifiers(*element);
+  }
+}
+
+void Scene::RefreshWorkLists() {
+  if (fWorkListsValid) {
+    return;
+  }
+  fAnimated.clear();
+  fModified.clear();
+  for (Element* const element : GetTreeOrder()) {
+    if (element->IsAnimated()) {
+      fAnimated.push_back(element);
+    }
+    if (!element->GetModifiers().empty()) {
+      fModified.push_back(element);
+    }
+  }
+  fWorkListsValid = true;
+}
+
+// Elements without curves have their base values already, unless the last evaluation wrote them.
+void Scene::TakeValues(int32 inTime) {
+  for (Element* const element : fTouched) {
+    element->fIsTouched = false;
+    if (!element->IsAnimated()) {
+      element->BeginEvaluation(inTime);
+    }
+  }
+  fTouched.clear();
+  for (Element* const element : fAnimated) {
+    element->BeginEvaluation(inTime);
+  }
+}
+
+// By index, and with a reference: a modifier may add and remove modifiers of its element, itself among them.
+void Scene::ApplyModifiers(Element& inElement) {
+  for (std::size_t i = 0; i < inElement.fModifiers.size(); ++i) {
+    const TMCCountedPtr<Modifier> modifier = inElement.fModifiers[i];
+    if (modifier->IsEnabled()) {
+      modifier->Apply(inElement);
+    }
+  }
+}
+
+void Scene::Touch(Element& inElement) {
+  if (fEvaluating && !inElement.fIsTouched) {
+    inElement.fIsTouched = true;
+    fTouched.push_back(&inElement);
+  }
+}
+
+TreeTransform Scene::DecomposeGlobal(const TOffsetMatrix33& inGlobal) const {
+  if (!(inGlobal.fMatrix == fDecomposedAxes)) {
+    fDecomposed.SetFromMatrix(inGlobal);
+    fDecomposedAxes = inGlobal.fMatrix;
+  }
+  fDecomposed.SetPosition(inGlobal.fOffset);
+  return fDecomposed;
+}
+
+// I3DShScene and AttributesSet
+
+int32 Scene::GetCurrentTime(SceneTime& outTime) {
+  outTime = SceneTime{fTime, 0};
+  return fTime;
+}
+
+void Scene::GetTimeRange(ITimeRange** outRange) {
+  StoreForCaller<ITimeRange>(outRange, fTimeRange.Get());
+}
+
+void Scene::GetRoot(IMCUnknown** outRoot) {
+  StoreForCaller<IMCUnknown>(outRoot, static_cast<TreeElement*>(fRoot.Get()));
+}
+
+void Scene::GetSceneMaster(ISceneMaster** outMaster) {
+  StoreForCaller<ISceneMaster>(outMaster, fMaster.Get());
+}
+
+// The last id alone names the element: the ones above it may have changed since.
+void Scene::FindElementByTreePath(TreeElement** outElement, const TreePath& inPath) {
+  const uint32 count = inPath.GetElemCount();
+  StoreForCaller<TreeElement>(outElement, FindByID(count == 0 ? kRootID : inPath[count - 1]));
+}
+
+void Scene::FindElementByRef(TreeElement** outElement, const ObjectReference& inReference) {
+  uint32 id = 0;
+  if (inReference.GetElemCount() == sizeof(id)) {
+    for (uint32 i = 0; i < sizeof(id); ++i) {
+      id |= static_cast<uint32>(inReference[i]) << (8 * i);
+    }
+  }
+  StoreForCaller<TreeElement>(outElement, FindByID(id));
+}
+
+void Scene::FindElementByUniqueID(TreeElement** outElement, uint32 inID) {
+  StoreForCaller<TreeElement>(outElement, FindByID(inID));
+}
+
+uint32 Scene::GetSelectedElementCount() {
+  return static_cast<uint32>(fSelection.size());
+}
+
+TreeElement* Scene::GetSelectedElement(uint32 inIndex) {
+  return inIndex < fSelection.size() ? fSelection[inIndex] : nullptr;
+}
+
+void Scene::RefreshAfterCommand() {
+  Evaluate(fTime);
+}
+
+void Scene::GetRootElement(IMCUnknown** outElement) {
+  GetRoot(outElement);
+}
+
+}  // namespace qlx::host

@@ -1,0 +1,37 @@
+#include "ComponentServices.h"
+
+#include "Host.h"
+#include "HostScene.h"
+
+namespace qlx::host {
+
+MCResult ComponentFactory::CreateComponent(MCID inFamily, MCID inClass, IMCUnknown** outComponent) {
+  TMCCountedPtr<PluginModifier> modifier;
+  if (inFamily == "modi"_id) {
+    modifier = fHost.CreateModifier(inClass);
+  }
+  MCAssignCounted<IMCUnknown>(outComponent, static_cast<I3DShModifier*>(modifier.Get()));
+  return modifier ? MC_S_OK : MC_E_NOTCREATED;
+}
+
+MCResult ResourceManager::PushResourceContext(MCID /*inFamily*/, MCID /*inClass*/, uint32& outToken) {
+  fTokens.push_back(++fLastToken);
+  outToken = fLastToken;
+  return MC_S_OK;
+}
+
+MCResult ResourceManager::PopResourceContext(uint32 inToken) {
+  if (fTokens.empty() || fTokens.back() != inToken) {
+    return MC_E_INVALIDARG;
+  }
+  fTokens.pop_back();
+  return MC_S_OK;
+}
+
+void UpdateService::ElementUpdated(ISceneMaster* /*inNotifier*/, TreeElement* inElement) {
+  if (inElement) {
+    inElement->InvalidateElement(1);
+  }
+}
+
+}  // namespace qlx::host

@@ -1,0 +1,59 @@
+#include "Host.h"
+
+#include <fmt/format.h>
+
+#include "COMSafeUtilities.h"
+#include "HostRoot.h"
+#include "MCFaults.h"
+#include "MCPlatform.h"
+
+namespace qlx::host {
+
+Host::Host(Diagnostics& inDiagnostics) : fDiagnostics(inDiagnostics), fRoot(MakeHosted<HostRoot>(*this)) {
+  StartUtilities(&GetRoot());
+  // On before the plug-in's own: a fault in a component that failed to switch it on is translated too.
+  SwitchFaultTranslator(true);
+}
+
+Host::~Host() {
+  fPlugin.reset();
+  SwitchFaultTranslator(false);
+  EndUtilities();
+}
+
+void Host::LoadPlugin(const std::filesystem::path& inFile) {
+  fPlugin.reset();
+  auto plugin = std::make_unique<PluginLibrary>(inFile);
+  if (const MCResult result = plugin->Start(&GetRoot()); result != MC_S_OK) {
+    const std::u8string file = inFile.u8string();
+    throw UserError(std::string(file.begin(), file.end()),
+                    fmt::format("its start-up failed with 0x{:08X}", static_cast<uint32>(result)));
+  }
+  fPlugin = std::move(plugin);
+}
+
+std::filesystem::path Host::FindDefaultPlugin() {
+  const auto toPath = [](const std::string& inText) {
+    return std::filesystem::path(std::u8string(inText.begin(), inText.end()));
+  };
+  return toPath(ProgramFile()).parent_path() / toPath(LibraryFileName("qlx"));
+}
+
+TMCCountedPtr<PluginModifier> Host::CreateModifier(MCID inClass) {
+  return PluginModifier::Create(*this, inClass);
+}
+
+IMCUnknown& Host::GetRoot() const {
+  return *fRoot;
+}
+
+void Host::SetEventHandlingSuspended(bool inSuspended) {
+  fRoot->GetShell().SetEventHandlingSuspended(inSuspended);
+}
+
+Host::MemoryCounts Host::GetMemoryCounts() const {
+  const MemoryService& memory = fRoot->GetMemory();
+  return {.fAllocations = memory.GetAllocations(), .fAlive = memory.GetAlive()};
+}
+
+}  // namespace qlx::host

@@ -1,0 +1,53 @@
+// How the fields of a modifier's public block are named and laid out, so that they can be saved, shown and copied field
+// by field. Offsets follow from the types and their order: one map serves every target.
+#pragma once
+
+#include <array>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "MCTypes.h"
+
+namespace qlx::host {
+
+// Type words: 'bool' (one byte), 'in32', 're32', 'VEC3' (three 32-bit reals).
+struct ParameterField {
+  std::string fName;  // "fPositionSet"
+  MCID fType = 0;
+  std::size_t fOffset = 0;
+};
+
+using ParameterValue = std::variant<bool, int32, real32, std::array<real32, 3>>;
+
+class ParameterMap {
+ public:
+  struct Entry {
+    const char* fName;
+    MCID fType;
+  };
+  // Lays the fields out in order, each aligned to its type.
+  ParameterMap(std::initializer_list<Entry> inEntries);
+
+  const std::vector<ParameterField>& GetFields() const { return fFields; }
+  const ParameterField* Find(std::string_view inName) const;
+  std::size_t GetSize() const { return fSize; }
+
+  static ParameterValue Read(const ParameterField& inField, const void* inBlock);
+  // False, with nothing written, when the value is of another type or not finite.
+  static bool Write(const ParameterField& inField, const ParameterValue& inValue, void* ioBlock);
+  // Copies one field from block to block as it stands.
+  static void Copy(const ParameterField& inField, const void* inSource, void* ioBlock);
+
+ private:
+  std::vector<ParameterField> fFields;
+  std::size_t fSize = 0;
+};
+
+// The map of a modifier class, null for a class that has none.
+const ParameterMap* FindParameterMap(MCID inClass);
+
+}  // namespace qlx::host

@@ -1,0 +1,229 @@
+#include "PluginModifier.h"
+
+#include <fmt/format.h>
+
+#include "Host.h"
+
+namespace qlx::host {
+
+namespace {
+
+// The address of a component's block; null when it is smaller than the map needs.
+void* UsableBlock(IExDataExchanger& inExchanger, const ParameterMap& inMap) {
+  return inExchanger.GetExtensionDataSize() >= inMap.GetSize() ? inExchanger.GetExtensionDataBuffer() : nullptr;
+}
+
+}  // namespace
+
+TMCCountedPtr<PluginModifier> PluginModifier::Create(Host& inHost, MCID inClass) {
+  const PluginClass* pluginClass = FindPluginClass("modi"_id, inClass);
+  if (!pluginClass || !inHost.GetPlugin()) {
+    inHost.GetDiagnostics().Warn(pluginClass ? fmt::format("{}: no plug-in is loaded", pluginClass->fName)
+                                             : "a modifier of a class that no plug-in offers cannot be made");
+    return nullptr;
+  }
+  auto modifier = MCAdopt(new PluginModifier(inHost, *pluginClass));
+  if (!modifier->MakeInner()) {
+    return nullptr;
+  }
+  modifier->FindBlock();
+  return modifier;
+}
+
+PluginModifier::PluginModifier(Host& inHost, const PluginClass& inClass)
+    : Modifier(inClass.fID), fHost(inHost), fPluginClass(inClass), fMap(FindParameterMap(inClass.fID)) {}
+
+PluginModifier::~PluginModifier() {
+  EndInner();
+}
+
+// Everything that the component is asked for counts this object. Those references are given back at once: the
+// component lives as long as this object does, and a reference of its own would keep both alive for ever.
+template <class Interface>
+Interface* PluginModifier::AskInner() {
+  void* view = nullptr;
+  const bool found = fInner->QueryInterface(Interface::kInterfaceID, &view) == MC_S_OK && view;
+  if (found) {
+    Modifier::Release();
+  }
+  return found ? static_cast<Interface*>(view) : nullptr;
+}
+
+bool PluginModifier::MakeInner() {
+  void* inner = nullptr;
+  const MCResult result = fHost.GetPlugin()->Create(fPluginClass.fClassID, static_cast<I3DShModifier*>(this),
+                                                    IMCUnknown::kInterfaceID, &inner);
+  if (result != MC_S_OK || !inner) {
+    fHost.GetDiagnostics().Warn(
+        fmt::format("the plug-in does not make {} (0x{:08X})", GetClassName(), static_cast<uint32>(result)));
+    return false;
+  }
+  fInner = static_cast<IMCUnknown*>(inner);
+  fAskingInner = true;  // what the component lacks is not to be found here
+  const MCResult asked = Call("QueryInterface", [&] {
+    fModifier = AskInner<I3DExModifier>();
+    fExchanger = AskInner<IExDataExchanger>();
+    return MC_S_OK;
+  });
+  fAskingInner = false;
+  if (asked == MC_S_OK && !(fModifier && fExchanger)) {
+    fHost.GetDiagnostics().Warn(fmt::format("{} is no modifier: it lacks an interface of one", GetClassName()));
+  }
+  return fModifier && fExchanger;
+}
+
+void PluginModifier::EndInner() noexcept {
+  if (!fInner) {
+    return;
+  }
+  AddRef();  // what the component asks and gives back on its way out does not end this object again
+  IMCUnknown* const inner = fInner;
+  fInner = nullptr;
+  fEnding = true;
+  if (const auto failure = CallComponent("Release", [&] { inner->Release(); })) {
+    ReportFailure("Release", *failure);
+  }
+}
+
+uint32 PluginModifier::Release() {
+  if (fEnding) {
+    fEnding = false;
+    return kEndInner;
+  }
+  return Modifier::Release();
+}
+
+MCResult PluginModifier::FindPart(const MCGuid& inID, void** outObject) {
+  if (!fInner || fAskingInner) {
+    return MCStoreNone(outObject);
+  }
+  fAskingInner = true;
+  const MCResult result = Call("QueryInterface", [&] { return fInner->QueryInterface(inID, outObject); });
+  fAskingInner = false;
+  return result == MC_S_OK ? MC_S_OK : (MCStoreNone(outObject), result);
+}
+
+void PluginModifier::FindBlock() {
+  if (!fMap) {
+    return;
+  }
+  Call("GetExtensionDataBuffer", [&] {
+    fBlock = UsableBlock(*fExchanger, *fMap);
+    return MC_S_OK;
+  });
+  if (!fBlock) {
+    fHost.GetDiagnostics().Warn(
+        fmt::format("{}: its parameters cannot be used, the block is not the one that the host knows", GetClassName()));
+  }
+}
+
+// Runs an operation of the component and answers its result, or the code of what it threw. A failure that was not
+// reported yet is.
+template <class Body>
+MCResult PluginModifier::Call(const char* inOperation, Body&& inBody) {
+  MCResult result = MC_S_OK;
+  const auto failure = CallComponent(inOperation, [&] { result = inBody(); });
+  if (failure) {
+    ReportFailure(inOperation, *failure);
+    return failure->fCode;
+  }
+  return result;
+}
+
+void PluginModifier::ReportFailure(const char* inOperation, const ComponentFailure& inFailure) {
+  for (const Reported& reported : fReported) {
+    if (reported.fOperation == inOperation && reported.fCode == inFailure.fCode) {
+      return;
+    }
+  }
+  fReported.push_back({inOperation, inFailure.fCode});
+  const std::string place = GetElement() ? fmt::format("element \"{}\": ", GetElement()->GetNameText()) : "";
+  fHost.GetDiagnostics().Warn(fmt::format("{}{}::{}", place, GetClassName(), inFailure.GetText()));
+}
+
+void PluginModifier::Apply(Element& inElement) {
+  const MCResult result =
+      Call("SetTreeElement", [&] { return fModifier->SetTreeElement(static_cast<TreeElement*>(&inElement)); });
+  if (result != MC_S_OK && result != MC_E_NOTIMPLEMENTED) {
+    ReportFailure("SetTreeElement", {.fOperation = "SetTreeElement", .fCode = result});
+  }
+}
+
+TMCCountedPtr<Modifier> PluginModifier::Copy() {
+  auto copy = Create(fHost, GetModifierClass());
+  if (!copy) {
+    return nullptr;
+  }
+  IExDataExchanger* clone = nullptr;
+  Call("Clone", [&] {
+    fExchanger->Clone(&clone, nullptr);
+    return MC_S_OK;
+  });
+  const bool copied = CopyFields(clone ? *clone : *fExchanger, *copy);
+  if (clone) {
+    // A component's own copy is not aggregated and cannot become so. It gives what it holds to one that is.
+    Call("CopyDataTo", [&] { return clone->CopyDataTo(copy->fExchanger); });
+    Call("Release", [&] {
+      clone->Release();
+      return MC_S_OK;
+    });
+  }
+  if (!copied) {
+    fHost.GetDiagnostics().Warn(fmt::format("{} cannot be copied: its parameters are not known", GetClassName()));
+    return nullptr;
+  }
+  copy->SetEnabled(IsEnabled());
+  return copy;
+}
+
+bool PluginModifier::CopyFields(IExDataExchanger& inSource, PluginModifier& outCopy) {
+  if (!outCopy.GetParameterMap()) {
+    return false;
+  }
+  const void* block = nullptr;
+  Call("GetExtensionDataBuffer", [&] {
+    block = UsableBlock(inSource, *fMap);
+    return MC_S_OK;
+  });
+  if (!block) {
+    return false;
+  }
+  for (const ParameterField& field : fMap->GetFields()) {
+    ParameterMap::Copy(field, block, outCopy.fBlock);
+  }
+  return true;
+}
+
+void PluginModifier::Detach() {
+  fReported.clear();  // on another element it is another story
+  Modifier::Detach();
+}
+
+const char* PluginModifier::GetClassName() const {
+  return fPluginClass.fName;
+}
+
+ParameterValue PluginModifier::GetField(const ParameterField& inField) const {
+  return fBlock ? ParameterMap::Read(inField, fBlock) : ParameterValue();
+}
+
+bool PluginModifier::SetField(const ParameterField& inField, const ParameterValue& inValue) {
+  return fBlock && ParameterMap::Write(inField, inValue, fBlock);
+}
+
+TMCCountedPtr<IExStreamIO> PluginModifier::GetStreamIO() {
+  return MCQuery<IExStreamIO>(static_cast<I3DShModifier*>(this));
+}
+
+void PluginModifier::Reset() {
+  const MCResult result = Call("ExtensionDataChanged", [&] { return fExchanger->ExtensionDataChanged(); });
+  if (result != MC_S_OK && result != MC_E_NOTVALID) {
+    ReportFailure("ExtensionDataChanged", {.fOperation = "ExtensionDataChanged", .fCode = result});
+  }
+}
+
+MCResult PluginModifier::SendEvent(uint32 inMessage, IMCUnknown* inSource) {
+  return Call("HandleEvent", [&] { return fExchanger->HandleEvent(inMessage, inSource, nullptr); });
+}
+
+}  // namespace qlx::host

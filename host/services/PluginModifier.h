@@ -1,0 +1,87 @@
+// A modifier that a plug-in's component works: the outer object that aggregates it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ComponentCall.h"
+#include "HostExtensions.h"
+#include "ParameterMap.h"
+#include "model/Element.h"
+#include "model/Modifier.h"
+
+namespace qlx::host {
+
+class Host;
+struct PluginClass;
+
+// The component asks this object for every interface that is not its own, and this object asks the component: a flag
+// keeps the two from asking each other without end. All references to the component count this object. When this
+// object goes it answers `kEndInner` to the release that ends the component.
+//
+// Failures of the component are warnings of the host, once for each operation and code while the modifier sits on one
+// element; the scene goes on.
+class PluginModifier final : public Modifier {
+ public:
+  // Null, with a warning, when the plug-in does not make the class.
+  static TMCCountedPtr<PluginModifier> Create(Host& inHost, MCID inClass);
+  ~PluginModifier() override;
+
+  void Apply(Element& inElement) override;
+  // Takes over what the component's own copy holds where it makes one, else its public block. Both go field by field
+  // through the parameter map, never byte by byte: a class without a map cannot be copied.
+  TMCCountedPtr<Modifier> Copy() override;
+  void Detach() override;
+
+  // "PinModifier"
+  const char* GetClassName() const;
+  // The public block by fields. Null where the class has no map, and where the component has no block of the map's
+  // size (told once, by a warning): a field is never written past the block.
+  const ParameterMap* GetParameterMap() const { return fBlock ? fMap : nullptr; }
+  // The field must be of the modifier's map.
+  ParameterValue GetField(const ParameterField& inField) const;
+  // False, with nothing changed, for a value of another type or one that is not finite.
+  bool SetField(const ParameterField& inField, const ParameterValue& inValue);
+
+  // The component's persistence, null where it has none. It counts this modifier.
+  TMCCountedPtr<IExStreamIO> GetStreamIO();
+  // As a person who resets the record does.
+  void Reset();
+  // Sends a message as the panel does; `inSource` is the control that was used. A failure's code is the answer.
+  MCResult SendEvent(uint32 inMessage, IMCUnknown* inSource);
+
+  uint32 MC_CALL Release() override;
+
+ protected:
+  MCResult FindPart(const MCGuid& inID, void** outObject) override;
+
+ private:
+  PluginModifier(Host& inHost, const PluginClass& inClass);
+  bool MakeInner();
+  void EndInner() noexcept;
+  void FindBlock();
+  template <class Interface>
+  Interface* AskInner();
+  template <class Body>
+  MCResult Call(const char* inOperation, Body&& inBody);
+  void ReportFailure(const char* inOperation, const ComponentFailure& inFailure);
+  bool CopyFields(IExDataExchanger& inSource, PluginModifier& outCopy);
+
+  Host& fHost;
+  const PluginClass& fPluginClass;
+  IMCUnknown* fInner = nullptr;            // the component's own view, not counted: it counts this object
+  I3DExModifier* fModifier = nullptr;      // likewise
+  IExDataExchanger* fExchanger = nullptr;  // likewise
+  const ParameterMap* fMap;
+  void* fBlock = nullptr;  // the component's, as large as the map says
+  bool fAskingInner = false;
+  bool fEnding = false;
+
+  struct Reported {
+    const char* fOperation;
+    MCResult fCode;
+  };
+  std::vector<Reported> fReported;
+};
+
+}  // namespace qlx::host

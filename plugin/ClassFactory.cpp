@@ -1,0 +1,86 @@
+#include "ClassFactory.h"
+
+#include <array>
+
+#include "MCAssert.h"
+#include "MCCountedPtr.h"
+#include "OperationGuard.h"
+#include "PinModifier.h"
+
+namespace qlx {
+
+namespace {
+
+struct ClassEntry {
+  MCGuid fClassID;
+  TBasicUnknown* (*fMake)();  // null: the class is known and not in this build
+};
+
+template <class Component>
+TBasicUnknown* Make() {
+  return new Component;
+}
+
+// The order is that of the comparisons, the first match winning.
+constexpr std::array<ClassEntry, 14> kClasses = {{
+    {"1F3AE15F-FDC2-001D-13E1-1FF121717497"_guid, nullptr},  // QLXModifier
+    {"203FF150-EDC1-991D-93E9-19E1A1710097"_guid, &Make<PinModifier>},
+    {"203FF150-EDC1-991D-93E9-19E1A1710098"_guid, nullptr},  // SliderModifier
+    {"10D400AB-1490-3211-DFF0-210FA01799B1"_guid, nullptr},  // AddQLXModifierCommand
+    {"3759F866-BD74-4B85-AE16-4F022E419105"_guid, nullptr},  // AddPinModifierCommand
+    {"3759F866-BD74-4B85-AE16-4F022E419106"_guid, nullptr},  // AddSliderModifierCommand
+    {"5D95B36C-C4BD-4242-96BB-067A18E44CDB"_guid, nullptr},  // RemoveDupKeyframesCommand
+    {"AEE6DF60-DAB9-47F2-BCDF-0843BA52133A"_guid, nullptr},  // WiggleKeyframesCommand
+    {"AE16DF61-D1B1-17F1-1C1F-18131A12131A"_guid, nullptr},  // DeleteKeyframesCommand
+    {"10E24BAB-1020-0121-0FFF-211F1212AABB"_guid, nullptr},  // QLXChainCommand
+    {"10E24B1B-1020-0122-0FFF-211F1212AABC"_guid, nullptr},  // QLXChainDialog
+    {"10E24B1B-1020-0122-0FFF-211F1213ABBD"_guid, nullptr},  // QLXChainQLXSubDlg
+    {"10E24B1C-1022-0123-1000-22201314ACBE"_guid, nullptr},  // PropertyExplorer
+    {"10E24B1C-1022-0123-1000-22201315ADBF"_guid, nullptr},  // PropertyExplorerDialog
+}};
+
+}  // namespace
+
+TBasicUnknown* CreateComponentObject(const MCGuid& inClassID) {
+  for (const ClassEntry& entry : kClasses) {
+    if (entry.fClassID == inClassID) {
+      return entry.fMake != nullptr ? entry.fMake() : nullptr;
+    }
+  }
+  return nullptr;
+}
+
+MCResult TBasicClassFactory::QueryInterface(const MCGuid& inID, void** outObject) {
+  if (inID == IMCClassFactory::kInterfaceID) {
+    return MCStoreCounted<IMCClassFactory>(this, outObject);
+  }
+  return TBasicUnknown::QueryInterface(inID, outObject);
+}
+
+MCResult TBasicClassFactory::CreateInstance(IMCUnknown* inOuter, const MCGuid& inID, void** outObject) {
+  if (outObject == nullptr) {
+    return MC_E_INVALIDARG;
+  }
+  return GuardExport([&] { return MakeInstance(inOuter, inID, outObject); });
+}
+
+MCResult TBasicClassFactory::MakeInstance(IMCUnknown* inOuter, const MCGuid& inID, void** outObject) const {
+  TBasicUnknown* const object = CreateComponentObject(fClassId);
+  if (object == nullptr) {
+    return MC_E_NOTCREATED;
+  }
+  object->SetOuter(inOuter);
+  const MCResult result = GuardExport([&] { return object->QueryInterface(inID, outObject); });
+  if (!MC_ASSERT_TEXT(result == MC_S_OK, "res == MC_S_OK")) {
+    // The release below is to reach the object itself, not the outer one.
+    object->SetOuter(nullptr);
+  }
+  object->Release();
+  return result;
+}
+
+MCResult TBasicClassFactory::LockServer(bool /*inLock*/) {
+  return MC_S_OK;
+}
+
+}  // namespace qlx

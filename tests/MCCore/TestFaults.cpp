@@ -1,0 +1,371 @@
+// Faults and terminations as exceptions, on every target alike.
+#include <gtest/gtest.h>
+
+#include <cfenv>
+#include <cstdlib>
+#include <exception>
+#include <optional>
+#include <thread>
+
+#include "AssertionGuard.h"
+#include "MCException.h"
+#include "MCFaults.h"
+#include "faults/FaultKinds.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+// The frames that a termination jumps over keep what they hold: here, the exception that was on its way.
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:FaultInDestructorWhileUnwinding\n";
+}
+#endif
+
+#if defined(__SANITIZE_THREAD__)
+// The exception of a fault is made where the fault happened, which TSan knows as a signal handler.
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options();
+extern "C" const char* __tsan_default_options() {
+  return "report_signal_unsafe=0";
+}
+#endif
+
+namespace qlx {
+namespace {
+
+using test::AssertionGuard;
+
+constexpr char kFaultReport[] = "An exception is being thrown";
+
+// Translation for the calling thread while it lives, the handlers for the process.
+class Translation {
+ public:
+  Translation() { SwitchFaultTranslator(true); }
+  ~Translation() {
+    SwitchFaultTranslator(false);
+    RemoveFaultHandlers();
+  }
+};
+
+// Discards reports: tests that count them use the guard itself.
+class QuietReports {
+ public:
+  QuietReports() : fEarlier(gDebugUtilities) { gDebugUtilities = &fSink; }
+  ~QuietReports() { gDebugUtilities = fEarlier; }
+
+ private:
+  struct Sink final : IDebugUtilities {
+    MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
+    uint32 MC_CALL AddRef() override { return 1; }
+    uint32 MC_CALL Release() override { return 1; }
+    void MC_CALL ReportAssertion(const char*, int32, const char*) override {}
+    void MC_CALL Report(const char*, int32) override {}
+    void MC_CALL Report2(const char*, int32, int32, int32) override {}
+    void MC_CALL Report3(const char*, int32, int32, int32, int32) override {}
+    void MC_CALL GetCountedObjectBookkeeping(CountedObjectBookkeeping&) override {}
+  };
+  Sink fSink;
+  IDebugUtilities* fEarlier;
+};
+
+struct Caught {
+  MCResult fCode;
+  std::string fFile;  // "-" for none
+  int32 fLine;
+  bool operator==(const Caught&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& inStream, const Caught& inCaught) {
+  return inStream << std::hex << inCaught.fCode << ' ' << inCaught.fFile << ' ' << std::dec << inCaught.fLine;
+}
+
+const Caught kFault = {MC_E_FAULT, "-", 0};
+const Caught kTermination = {MC_E_FAULT, "MCException", 53};
+
+template <class Body>
+std::optional<Caught> Catch(Body inBody) {
+  try {
+    inBody();
+  } catch (const TMCException& exception) {
+    const char* file = exception.GetFileName();
+    return Caught{exception.GetCode(), file ? file : "-", exception.GetLine()};
+  }
+  return std::nullopt;
+}
+
+template <class Body>
+std::optional<Caught> CatchGuarded(Body inBody) {
+  return Catch([&] { CallGuarded(inBody); });
+}
+
+TEST(Faults, EachKindComesOutOfAGuardAsAnException) {
+  const Translation translation;
+  const QuietReports quiet;
+  for (int round = 0; round < 3; ++round) {  // one fault leaves nothing that hinders the next
+    for (const test::FaultKind& kind : test::FaultKinds()) {
+      SCOPED_TRACE(kind.fLabel);
+      const auto caught = CatchGuarded(kind.fFault);
+      ASSERT_TRUE(caught);
+      if (kind.fUnwinds) {
+        EXPECT_EQ(*caught, kFault);
+      } else {
+        EXPECT_EQ(caught->fCode, MC_E_FAULT);
+      }
+      EXPECT_EQ(std::uncaught_exceptions(), 0);
+      EXPECT_EQ(std::current_exception(), nullptr);
+    }
+  }
+}
+
+TEST(Faults, KindsThatUnwindNeedNoGuard) {
+  const Translation translation;
+  const QuietReports quiet;
+  for (const test::FaultKind& kind : test::FaultKinds()) {
+    if (kind.fUnwinds) {
+      SCOPED_TRACE(kind.fLabel);
+      EXPECT_EQ(Catch(kind.fFault), kFault);
+    }
+  }
+}
+
+TEST(Faults, ThrowingRunsTheDestructorsOnTheWay) {
+  const Translation translation;
+  const QuietReports quiet;
+  int ended = 0;
+  struct Counter {
+    int& fEnded;
+    ~Counter() { ++fEnded; }
+  };
+  EXPECT_EQ(CatchGuarded([&] {
+              const Counter counter{ended};
+              test::WriteNull();
+            }),
+            kFault);
+  EXPECT_EQ(ended, 1);
+}
+
+void ThrowOne() {
+  throw 1;
+}
+
+TEST(Faults, TerminationsNameTheExceptionModule) {
+  const Translation translation;
+  const QuietReports quiet;
+  EXPECT_EQ(CatchGuarded(test::FaultInNoexcept), kTermination);
+  EXPECT_EQ(CatchGuarded([] { std::terminate(); }), kTermination);
+  EXPECT_EQ(CatchGuarded([]() noexcept { ThrowOne(); }), kTermination);
+}
+
+TEST(Faults, ATerminationReachesTheInnermostGuard) {
+  const Translation translation;
+  const QuietReports quiet;
+  std::optional<Caught> inner;
+  bool wentOn = false;
+  const auto outer = CatchGuarded([&] {
+    inner = CatchGuarded(test::FaultInNoexcept);
+    wentOn = true;
+    test::FaultInNoexcept();  // the inner guard is gone: this one is the outer's
+  });
+  EXPECT_EQ(inner, kTermination);
+  EXPECT_TRUE(wentOn);
+  EXPECT_EQ(outer, kTermination);
+}
+
+TEST(Faults, AnExceptionPassesAGuardUnchangedAndTakesItOff) {
+  const Translation translation;
+  const QuietReports quiet;
+  const auto outer = CatchGuarded([] {
+    EXPECT_THROW(CallGuarded([] { throw 7; }), int);
+    CallGuarded([] {});
+    test::FaultInNoexcept();
+  });
+  EXPECT_EQ(outer, kTermination);
+}
+
+TEST(Faults, ATerminationLeavesTheHandlersAroundTheGuardAlone) {
+  const Translation translation;
+  const QuietReports quiet;
+  try {
+    throw 7;
+  } catch (int) {
+    EXPECT_EQ(CatchGuarded(test::FaultInDestructorWhileHandling), kTermination);
+    try {
+      throw;
+    } catch (int value) {
+      EXPECT_EQ(value, 7);
+    }
+  }
+  EXPECT_EQ(std::current_exception(), nullptr);
+}
+
+TEST(Faults, AFaultIsReportedOnceWithoutAPosition) {
+  const Translation translation;
+  AssertionGuard reports({kFaultReport});
+  EXPECT_EQ(Catch(test::WriteNull), kFault);
+  ASSERT_EQ(reports.GetReports().size(), 1u);
+  EXPECT_EQ(reports.GetReports()[0].fLine, 0);
+}
+
+// Faults itself, however often it is asked.
+struct FaultyReports final : IDebugUtilities {
+  FaultyReports() { gDebugUtilities = this; }
+  ~FaultyReports() { gDebugUtilities = nullptr; }
+  MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
+  uint32 MC_CALL AddRef() override { return 1; }
+  uint32 MC_CALL Release() override { return 1; }
+  void MC_CALL ReportAssertion(const char*, int32, const char*) override { test::WriteNull(); }
+  void MC_CALL Report(const char*, int32) override {}
+  void MC_CALL Report2(const char*, int32, int32, int32) override {}
+  void MC_CALL Report3(const char*, int32, int32, int32, int32) override {}
+  void MC_CALL GetCountedObjectBookkeeping(CountedObjectBookkeeping&) override {}
+};
+
+TEST(Faults, AFaultInTheReportOfAFaultIsSurvived) {
+  const Translation translation;
+  const FaultyReports reports;
+  EXPECT_EQ(CatchGuarded(test::WriteNull), kFault);
+  EXPECT_EQ(CatchGuarded(test::FaultInNoexcept), kTermination);
+}
+
+TEST(Faults, TheRoundingOfTheThreadStays) {
+  const Translation translation;
+  const QuietReports quiet;
+  std::fesetround(FE_UPWARD);
+  CatchGuarded(test::WriteNull);
+  const int afterFault = std::fegetround();
+  CatchGuarded(test::FaultInNoexcept);
+  const int afterTermination = std::fegetround();
+  std::fesetround(FE_TONEAREST);
+  EXPECT_EQ(afterFault, FE_UPWARD);
+  EXPECT_EQ(afterTermination, FE_UPWARD);
+}
+
+TEST(Faults, EachThreadHasItsOwnSwitch) {
+  const Translation translation;
+  const QuietReports quiet;
+  std::optional<Caught> caught;
+  bool onAtStart = true;
+  std::thread([&] {
+    onAtStart = IsFaultTranslatorOn();
+    SwitchFaultTranslator(true);
+    caught = CatchGuarded(test::FaultInNoexcept);
+    SwitchFaultTranslator(false);
+  }).join();
+  EXPECT_FALSE(onAtStart);
+  EXPECT_EQ(caught, kTermination);
+  EXPECT_TRUE(IsFaultTranslatorOn());
+}
+
+TEST(Faults, ManyThreadsFaultAtOnce) {
+  const Translation translation;
+  const QuietReports quiet;
+  const auto work = [](int& outCaught) {
+    SwitchFaultTranslator(true);
+    for (int i = 0; i < 200; ++i) {
+      outCaught += CatchGuarded(i % 2 ? test::FaultInNoexcept : test::WriteNull) ? 1 : 0;
+    }
+  };
+  int first = 0;
+  int second = 0;
+  std::thread one(work, std::ref(first));
+  std::thread two(work, std::ref(second));
+  one.join();
+  two.join();
+  EXPECT_EQ(first, 200);
+  EXPECT_EQ(second, 200);
+}
+
+TEST(Faults, RemovingTheHandlersSwitchesEveryThreadOff) {
+  const auto earlier = std::get_terminate();
+  SwitchFaultTranslator(true);
+  SwitchFaultTranslator(true);  // does not take our own handler for the earlier one
+  EXPECT_NE(std::get_terminate(), earlier);
+  RemoveFaultHandlers();
+  EXPECT_FALSE(IsFaultTranslatorOn());
+  EXPECT_EQ(std::get_terminate(), earlier);
+}
+
+TEST(Faults, SwitchingOffLeavesTheTerminateHandler) {
+  const Translation translation;
+  const QuietReports quiet;
+  const auto handler = std::get_terminate();
+  SwitchFaultTranslator(false);
+  EXPECT_EQ(std::get_terminate(), handler);
+  EXPECT_EQ(CatchGuarded([] { std::terminate(); }), kTermination);
+}
+
+void ExitWithSeven() {
+  std::_Exit(7);
+}
+
+// The tests below end the process that they run in: it is a child.
+class FaultsDeathTest : public testing::Test {
+ protected:
+  FaultsDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
+TEST_F(FaultsDeathTest, WithoutAGuardATerminationGoesToTheEarlierHandler) {
+  EXPECT_EXIT(
+      {
+        std::set_terminate(ExitWithSeven);
+        SwitchFaultTranslator(true);
+        CatchGuarded([] {});
+        test::FaultInNoexcept();
+      },
+      testing::ExitedWithCode(7), "");
+}
+
+void HandlerInFront() {
+  std::_Exit(8);
+}
+
+TEST_F(FaultsDeathTest, AHandlerInFrontOfOursIsLeftThere) {
+  EXPECT_EXIT(
+      {
+        SwitchFaultTranslator(true);
+        std::set_terminate(HandlerInFront);
+        RemoveFaultHandlers();
+        SwitchFaultTranslator(true);
+        std::terminate();
+      },
+      testing::ExitedWithCode(8), "");
+}
+
+// By the fault itself, not by a handler of ours or an exception.
+bool EndedByFault(int inStatus) {
+#if defined(_WIN32)
+  return static_cast<unsigned>(inStatus) == 0xC0000005u;
+#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  return WIFEXITED(inStatus) && WEXITSTATUS(inStatus) != 0;  // the sanitizer's own handler was the earlier one
+#else
+  return WIFSIGNALED(inStatus) && WTERMSIG(inStatus) == SIGSEGV;
+#endif
+}
+
+void FaultOnAThread() {
+  std::thread([] {
+    Catch(test::WriteNull);
+    std::_Exit(0);
+  }).join();
+}
+
+TEST_F(FaultsDeathTest, AThreadThatIsOffEndsTheProcessAsEver) {
+  EXPECT_EXIT(
+      {
+        SwitchFaultTranslator(true);
+        FaultOnAThread();
+      },
+      EndedByFault, "");
+}
+
+TEST_F(FaultsDeathTest, AThreadThatSwitchedOffEndsTheProcessAsEver) {
+  EXPECT_EXIT(
+      {
+        SwitchFaultTranslator(true);
+        SwitchFaultTranslator(false);
+        Catch(test::WriteNull);
+        std::_Exit(0);
+      },
+      EndedByFault, "");
+}
+
+}  // namespace
+}  // namespace qlx

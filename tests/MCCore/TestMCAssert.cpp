@@ -1,0 +1,156 @@
+#include <gtest/gtest.h>
+
+#include "AssertionGuard.h"
+#include "MCAssert.h"
+#include "MCException.h"
+
+namespace qlx {
+
+using test::AssertionGuard;
+
+namespace {
+
+// While it lives the host has no debug service.
+class NoDebugUtilities {
+ public:
+  NoDebugUtilities() : fEarlier(gDebugUtilities) { gDebugUtilities = nullptr; }
+  ~NoDebugUtilities() { gDebugUtilities = fEarlier; }
+
+ private:
+  IDebugUtilities* fEarlier;
+};
+
+struct CountingDetail : TMCExceptionDetail {
+  explicit CountingDetail(int& inDeleted) : fDeleted(inDeleted) {}
+  ~CountingDetail() override { ++fDeleted; }
+  int& fDeleted;
+};
+
+}  // namespace
+
+TEST(MCAssert, GoesToTheDebugServiceWithItsPosition) {
+  AssertionGuard guard({"fCount == 2"});
+  MCAssert("Somewhere", 17, "fCount == 2");
+  ASSERT_EQ(guard.GetReports().size(), 1U);
+  EXPECT_EQ(guard.GetReports()[0].fFile, "Somewhere");
+  EXPECT_EQ(guard.GetReports()[0].fLine, 17);
+}
+
+TEST(MCAssert, GoesToStandardErrorWithoutTheService) {
+  const NoDebugUtilities none;
+  testing::internal::CaptureStderr();
+  MCAssert("Somewhere", 17, "fCount == 2");
+  MCAssert(nullptr, 0, "no position");
+  MCAssert("Somewhere", 17, nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Assertion: fCount == 2 (Somewhere:17)\nAssertion: no position\nAssertion:  (Somewhere:17)\n");
+}
+
+TEST(MCAssert, AHostThatThrowsStillGetsTheReportShown) {
+  AssertionGuard guard({"fCount == 2"});
+  guard.ThrowOnReport();
+  testing::internal::CaptureStderr();
+  MCAssert("Somewhere", 17, "fCount == 2");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Assertion: fCount == 2 (Somewhere:17)\n");
+}
+
+TEST(MCAssert, TheMacroAnswersTheCheck) {
+  AssertionGuard guard({"1 + 1 == 3", "said otherwise"});
+  EXPECT_TRUE(MC_ASSERT(1 + 1 == 2));
+  EXPECT_FALSE(MC_ASSERT(1 + 1 == 3));
+  EXPECT_FALSE(MC_ASSERT_TEXT(1 + 1 == 3, "said otherwise"));
+}
+
+TEST(TMCException, ReportsItselfByItsCode) {
+  const struct {
+    const char* fLabel;
+    MCResult fCode;
+    std::vector<std::string> fReports;
+  } kRows[] = {
+      {"success", MC_S_OK, {}},
+      {"silent", MC_E_SILENT, {}},
+      {"cancel", MC_E_CANCEL, {"A cancel exception is being thrown"}},
+      {"second cancel", MC_E_CANCEL2, {"A cancel exception is being thrown"}},
+      {"not connected", MC_E_NOTCONNECTED, {"An unable to connect exception is being thrown"}},
+      {"fault", MC_E_FAULT, {"An exception is being thrown"}},
+      {"unknown", 77, {"An exception is being thrown"}},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.fLabel);
+    AssertionGuard guard(row.fReports);
+    const TMCException exception(row.fCode, "Module", 5);
+    const TMCException copy(exception);  // a copy is no second throw
+    EXPECT_EQ(copy.GetCode(), row.fCode);
+    EXPECT_STREQ(copy.GetFileName(), "Module");
+    EXPECT_EQ(copy.GetLine(), 5);
+    if (!guard.GetReports().empty()) {
+      EXPECT_EQ(guard.GetReports()[0].fFile, "Module");
+      EXPECT_EQ(guard.GetReports()[0].fLine, 5);
+    }
+  }
+}
+
+TEST(TMCException, TheDetailHasOneOwnerAtATime) {
+  int deleted = 0;
+  int replaced = 0;
+  {
+    const TMCException source(MC_E_SILENT, nullptr, 0, new CountingDetail(deleted));
+    const TMCException copy(source);
+    EXPECT_EQ(source.GetDetail(), nullptr);
+    ASSERT_NE(copy.GetDetail(), nullptr);
+
+    TMCException target(MC_E_SILENT, nullptr, 0, new CountingDetail(replaced));
+    target = copy;
+    EXPECT_EQ(copy.GetDetail(), nullptr);
+    EXPECT_EQ(replaced, 1);
+    const TMCException& self = target;
+    target = self;
+    EXPECT_NE(target.GetDetail(), nullptr);
+    EXPECT_EQ(deleted, 0);
+  }
+  EXPECT_EQ(deleted, 1);
+}
+
+TEST(TMCException, ThrownByValueItKeepsItsDetail) {
+  int deleted = 0;
+  try {
+    throw TMCException(MC_E_SILENT, nullptr, 0, new CountingDetail(deleted));
+  } catch (const TMCException& exception) {
+    EXPECT_NE(exception.GetDetail(), nullptr);
+    EXPECT_EQ(deleted, 0);
+  }
+  EXPECT_EQ(deleted, 1);
+}
+
+namespace {
+
+class Abstract {
+ public:
+  Abstract() {
+    Abstract* volatile self = this;  // a call through the table, as it happens by mistake
+    self->Missing(1);
+  }
+  virtual ~Abstract() = default;
+
+ protected:
+  virtual void Missing(int inValue) = 0;
+};
+
+class Concrete : public Abstract {
+  void Missing(int) override {}
+};
+
+}  // namespace
+
+TEST(PureCall, ThrowsInsteadOfEndingTheProcess) {
+  AssertionGuard guard({"An exception is being thrown"});
+  try {
+    Concrete object;
+    FAIL() << "the slot has no body";
+  } catch (const TMCException& exception) {
+    EXPECT_EQ(exception.GetCode(), MC_E_PURECALL);
+    EXPECT_EQ(exception.GetFileName(), nullptr);
+  }
+}
+
+}  // namespace qlx

@@ -1,0 +1,246 @@
+#include "MCObject.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+#include "AssertionGuard.h"
+#include "MCCountedPtr.h"
+#include "TestMemory.h"
+
+namespace qlx {
+
+using test::AssertionGuard;
+using test::TestBookkeeping;
+using test::TestMemory;
+
+namespace {
+
+const char* const kNotInitialised = "InitMCCountedObject should be called before creating counted objects";
+const MCGuid kUnknownInterface = "01234567-89AB-CDEF-0123-456789ABCDEF"_guid;
+
+struct Plain : TMCObject {
+  Plain() { ++sAlive; }
+  ~Plain() { --sAlive; }
+  static inline int sAlive = 0;
+};
+
+std::vector<TMCCountedObject*> Forward(const TestBookkeeping& inBooks) {
+  std::vector<TMCCountedObject*> objects;
+  for (TMCCountedObject* object = inBooks.fHead; object; object = object->GetNextObject()) {
+    objects.push_back(object);
+  }
+  return objects;
+}
+
+std::vector<TMCCountedObject*> Backward(const TestBookkeeping& inBooks) {
+  std::vector<TMCCountedObject*> objects;
+  for (TMCCountedObject* object = inBooks.fTail; object; object = object->GetPreviousObject()) {
+    objects.insert(objects.begin(), object);
+  }
+  return objects;
+}
+
+}  // namespace
+
+TEST(TMCObject, AllocatesFromTheHostInBothForms) {
+  AssertionGuard guard;
+  TestMemory memory;
+  Plain* object = new Plain;
+  Plain* array = new Plain[3];
+  EXPECT_EQ(memory.GetLiveBlocks(), 2);
+  EXPECT_EQ(Plain::sAlive, 4);
+  delete object;
+  delete[] array;
+  EXPECT_EQ(Plain::sAlive, 0);
+
+  alignas(Plain) unsigned char room[sizeof(Plain)];
+  Plain* placed = new (room) Plain;
+  placed->~Plain();
+  EXPECT_EQ(memory.GetRequests(), 2);
+}
+
+TEST(TMCObject, RefusedMemoryAnswersNullAndConstructsNothing) {
+  AssertionGuard guard;
+  TestMemory memory;
+  memory.RefuseAfter(0);
+  EXPECT_EQ(new Plain, nullptr);
+  memory.RefuseAfter(0);
+  EXPECT_EQ(new Plain[2], nullptr);
+  memory.RefuseAfter(0);
+  EXPECT_EQ(new (std::nothrow) Plain, nullptr);
+  EXPECT_EQ(Plain::sAlive, 0);
+}
+
+TEST(TMCObject, WithoutAnAllocatorNewReportsAndDeleteIsQuiet) {
+  TestMemory memory;
+  Plain* volatile object = new Plain;  // the compiler takes it for dead after a delete that does nothing
+  gMemoryUtilities = nullptr;
+  {
+    AssertionGuard guard({"gMemoryUtilities", "gMemoryUtilities"});
+    EXPECT_EQ(new Plain, nullptr);
+    EXPECT_EQ(new Plain[2], nullptr);
+    Plain::operator delete(object);
+  }
+  gMemoryUtilities = &memory;
+  delete object;
+}
+
+TEST(TMCCountedObject, WorksBeforeTheListIsThere) {
+  TestMemory memory;
+  TMCCountedPtr<TMCCountedObject> object;
+  {
+    AssertionGuard guard({kNotInitialised});
+    TMCCountedObject::Create(object.WriteInto());
+  }
+  ASSERT_TRUE(object);
+  EXPECT_EQ(object->GetSerialNumber(), 0);
+  EXPECT_EQ(object->AddRef(), 2U);
+  EXPECT_EQ(object->Release(), 1U);
+
+  // Made before, ended after: neither the list nor the count hears of it.
+  AssertionGuard guard;
+  TestBookkeeping books;
+  TMCCountedPtr<TMCCountedObject> listed;
+  TMCCountedObject::Create(listed.WriteInto());
+  object.Clear();
+  EXPECT_EQ(Forward(books), std::vector<TMCCountedObject*>{listed.Get()});
+  EXPECT_EQ(books.fLiveCount, 1);
+}
+
+TEST(TMCCountedObject, StandsInTheListWhileItLives) {
+  AssertionGuard guard;
+  TestMemory memory;
+  TestBookkeeping books;
+  // Each row gives the order in which three objects end.
+  const int kOrders[][3] = {{0, 1, 2}, {2, 1, 0}, {1, 0, 2}, {1, 2, 0}};
+  for (const auto& order : kOrders) {
+    SCOPED_TRACE(testing::PrintToString(std::vector<int>(order, order + 3)));
+    const int32 serial = books.fSerial;
+    TMCCountedPtr<TMCCountedObject> objects[3];
+    for (auto& object : objects) {
+      TMCCountedObject::Create(object.WriteInto());
+    }
+    EXPECT_EQ(objects[2]->GetSerialNumber(), serial + 3);
+    std::vector<TMCCountedObject*> expected{objects[0].Get(), objects[1].Get(), objects[2].Get()};
+    for (const int ended : order) {
+      EXPECT_EQ(Forward(books), expected);
+      EXPECT_EQ(Backward(books), expected);
+      EXPECT_EQ(books.fLiveCount, static_cast<int32>(expected.size()));
+      std::erase(expected, objects[ended].Get());
+      objects[ended].Clear();
+    }
+    EXPECT_EQ(books.fHead, nullptr);
+    EXPECT_EQ(books.fTail, nullptr);
+    EXPECT_EQ(books.fLiveCount, 0);
+  }
+}
+
+TEST(TMCCountedObject, LivesWithAHostThatGivesOnlyACounter) {
+  AssertionGuard guard;
+  TestMemory memory;
+  int32 live = 0;
+  InitMCCountedObject({nullptr, nullptr, nullptr, nullptr, nullptr, &live});
+  TMCCountedPtr<TMCCountedObject> object;
+  TMCCountedObject::Create(object.WriteInto());
+  EXPECT_EQ(live, 1);
+  object.Clear();
+  EXPECT_EQ(live, 0);
+  InitMCCountedObject({});
+}
+
+TEST(TMCCountedObject, IsReportedWhenDestroyedWhileReferenced) {
+  AssertionGuard guard({"fRefCount <= 1"});
+  TestMemory memory;
+  TestBookkeeping books;
+  auto* object = new TMCCountedObject;
+  object->AddRef();
+  delete object;
+}
+
+template <class T>
+class CountedObjects : public testing::Test {};
+using BothFamilies = testing::Types<TMCCountedObject, TMCSMPCountedObject>;
+TYPED_TEST_SUITE(CountedObjects, BothFamilies);
+
+TYPED_TEST(CountedObjects, AnswerForTheRootInterfaceAlone) {
+  AssertionGuard guard;
+  TestMemory memory;
+  TestBookkeeping books;
+  TMCCountedPtr<TypeParam> object;
+  TypeParam::Create(object.WriteInto());
+  ASSERT_TRUE(object);
+  EXPECT_EQ(books.fLiveCount, 1);
+
+  void* view = nullptr;
+  EXPECT_EQ(object->QueryInterface(IMCUnknown::kInterfaceID, &view), MC_S_OK);
+  EXPECT_EQ(view, static_cast<IMCUnknown*>(object.Get()));
+  EXPECT_EQ(static_cast<IMCUnknown*>(view)->Release(), 1U);
+
+  view = &view;
+  EXPECT_EQ(object->QueryInterface(kUnknownInterface, &view), MC_E_NOINTERFACE);
+  EXPECT_EQ(view, nullptr);
+  EXPECT_EQ(object->QueryInterface(IMCUnknown::kInterfaceID, nullptr), MC_E_INVALIDARG);
+  EXPECT_EQ(object->AddRef(), 2U);
+  EXPECT_EQ(object->Release(), 1U);
+  object.Clear();
+  EXPECT_EQ(books.fLiveCount, 0);
+}
+
+TYPED_TEST(CountedObjects, CreateStoresNullWithoutMemoryAndReportsANullPlace) {
+  TestMemory memory;
+  TestBookkeeping books;
+  TypeParam* object = nullptr;
+  {
+    AssertionGuard guard;
+    memory.RefuseAfter(0);
+    TypeParam::Create(&object);
+    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(books.fLiveCount, 0);
+  }
+  AssertionGuard guard({"outObject != NULL"});
+  TypeParam::Create(nullptr);
+}
+
+TEST(TMCSMPCountedObject, StaysOutOfTheList) {
+  AssertionGuard guard;
+  TestMemory memory;
+  TestBookkeeping books;
+  TMCCountedPtr<TMCSMPCountedObject> object;
+  TMCSMPCountedObject::Create(object.WriteInto());
+  EXPECT_EQ(books.fHead, nullptr);
+  EXPECT_EQ(books.fSerial, 1);
+}
+
+TEST(TMCSMPCountedObject, CountsAcrossThreads) {
+  AssertionGuard guard;
+  TestMemory memory;
+  TestBookkeeping books;
+  TMCCountedPtr<TMCSMPCountedObject> shared;
+  TMCSMPCountedObject::Create(shared.WriteInto());
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([object = shared] {
+      for (int i = 0; i < 10000; ++i) {
+        const TMCCountedPtr<TMCSMPCountedObject> another(object);
+      }
+    });
+  }
+  shared.Clear();  // the last thread ends the object
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  threads.clear();
+  EXPECT_EQ(books.fLiveCount, 0);
+}
+
+TEST(TMCSMPCountedObject, ReportsDestructionWhileReferencedAndCountsBelowZero) {
+  AssertionGuard guard({"TMCSMPCountedObject: ref count < 0", "GetAtomicCounterValue(fRefCountAC) == 0"});
+  struct Local : TMCSMPCountedObject {
+    Local() { fRefCountAC = 0; }
+  } object;
+  EXPECT_EQ(object.Release(), 0xFFFFFFFFU);
+}
+
+}  // namespace qlx

@@ -1,0 +1,135 @@
+// The extensible array and the hash table.
+#include <gtest/gtest.h>
+
+#include "AssertionGuard.h"
+#include "MCException.h"
+#include "MCExtensibleArray.h"
+#include "MCHash.h"
+#include "TestMemory.h"
+
+namespace qlx {
+
+using test::AssertionGuard;
+using test::TestMemory;
+
+TEST(MCExtensibleArray, ElementsNeverMove) {
+  TestMemory memory;
+  AssertionGuard guard;
+  MCExtensibleArray<int> array(2);
+  std::vector<int*> addresses;
+  for (int i = 0; i < 50; ++i) {
+    ASSERT_TRUE(array.AddElem(i));
+    addresses.push_back(array.GetElem(i));
+  }
+  for (int i = 0; i < 50; ++i) {
+    EXPECT_EQ(array.GetElem(i), addresses[static_cast<size_t>(i)]);
+    EXPECT_EQ(*array.GetElem(i), i);
+  }
+  array.SetElemCount(6);
+  array.SetElemCount(8);
+  EXPECT_EQ(*array.GetElem(5), 5);
+  EXPECT_EQ(*array.GetElem(6), 0) << "fresh again";
+}
+
+TEST(MCExtensibleArray, BadIndicesAreReported) {
+  const char* const kBadIndex = "i>=0 && i < fElemCount";
+  TestMemory memory;
+  MCExtensibleArray<int> array(2);
+  array.SetElemCount(3);
+  {
+    AssertionGuard guard({kBadIndex});
+    EXPECT_NE(array.GetElem(3), nullptr);  // its block is there
+  }
+  AssertionGuard guard({kBadIndex, "array", kBadIndex, "array"});
+  EXPECT_EQ(array.GetElem(4), nullptr);
+  EXPECT_EQ(array.GetElem(-1), nullptr);
+}
+
+TEST(MCExtensibleArray, StaysAsItWasWhenMemoryIsRefused) {
+  for (int allowed = 0; allowed < 4; ++allowed) {
+    SCOPED_TRACE(allowed);
+    TestMemory memory;
+    AssertionGuard guard({"Array allocation failed!"});
+    MCExtensibleArray<int> array(1);
+    array.AddElem(42);
+    const int blocks = memory.GetLiveBlocks();
+    memory.RefuseAfter(allowed);
+    EXPECT_FALSE(array.SetElemCount(9));
+    EXPECT_EQ(memory.GetLiveBlocks(), blocks);
+    EXPECT_EQ(array.GetElemCount(), 1);
+    EXPECT_EQ(*array.GetElem(0), 42);
+    memory.RefuseNothing();
+  }
+}
+
+namespace {
+
+const char* const kWords[] = {"one", "two", "three", "one"};
+
+// By first letter, so "two" and "three" share a bucket.
+class WordTable : public MCHash {
+ public:
+  using MCHash::MCHash;
+  void AddAll() {
+    for (uint32 i = 0; i < std::size(kWords); ++i) {
+      AddEntry(kWords[i], i);
+    }
+  }
+
+ protected:
+  uint32 HashKey(const void* inKey) const override { return *static_cast<const uint8*>(inKey); }
+  bool IsElemKey(uint32 inElem, const void* inKey) const override {
+    return std::strcmp(kWords[inElem], static_cast<const char*>(inKey)) == 0;
+  }
+};
+
+}  // namespace
+
+TEST(MCHash, FindsTheFirstMatchInItsDirection) {
+  TestMemory memory;
+  AssertionGuard guard;
+  for (const uint32 size : {1U, 2U, 7U, 300U}) {
+    SCOPED_TRACE(size);
+    WordTable table(size);
+    table.AddAll();
+    EXPECT_EQ(table.Lookup("three"), 2U);
+    EXPECT_EQ(table.Lookup("two", MCHash::Direction::kBackward), 1U);
+    EXPECT_EQ(table.Lookup("one", MCHash::Direction::kForward), 0U);
+    EXPECT_EQ(table.Lookup("one", MCHash::Direction::kBackward), 3U);
+    EXPECT_EQ(table.Lookup("four"), kUnusedIndex);
+    EXPECT_TRUE(table.RemoveEntry("one", 0));
+    EXPECT_FALSE(table.RemoveEntry("one", 0));
+    EXPECT_EQ(table.Lookup("one"), 3U);
+  }
+}
+
+TEST(MCHash, ANullKeyThrowsWithItsPosition) {
+  TestMemory memory;
+  AssertionGuard guard({"An exception is being thrown"});
+  const WordTable table(3);
+  try {
+    table.Lookup(nullptr);
+    FAIL() << "a null key has no bucket";
+  } catch (const TMCException& exception) {
+    EXPECT_EQ(exception.GetCode(), MC_E_INVALIDARG);
+    EXPECT_STREQ(exception.GetFileName(), "MCHash.cpp");
+    EXPECT_GT(exception.GetLine(), 0);
+  }
+}
+
+TEST(MCHash, WorksWithSizeZeroAndWithoutMemory) {
+  TestMemory memory;
+  {
+    AssertionGuard guard({"size > 0"});
+    WordTable table(0);
+    table.AddAll();
+    EXPECT_EQ(table.Lookup("two"), 1U);
+  }
+  AssertionGuard guard({"Array allocation failed!"});
+  memory.RefuseAfter(0);
+  WordTable table(4);
+  EXPECT_FALSE(table.AddEntry("one", 0));
+  EXPECT_EQ(table.Lookup("one"), kUnusedIndex);
+}
+
+}  // namespace qlx

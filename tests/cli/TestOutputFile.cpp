@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+
+#include "TempFolder.h"
+#include "cli/OutputFile.h"
+#include "model/Diagnostics.h"
+
+namespace qlx::host {
+namespace {
+
+TEST(OutputFile, ReplacesTheFileOnlyWhenItIsPutInPlace) {
+  const TempFolder folder;
+  const auto file = folder.Write("table.csv", "old");
+  {
+    OutputFile output(file, "new");
+    EXPECT_EQ(ReadFile(file), "old");
+    EXPECT_EQ(folder.List().size(), 2U) << "written beside";
+    output.PutInPlace();
+  }
+  EXPECT_EQ(ReadFile(file), "new");
+  EXPECT_EQ(folder.List().size(), 1U);
+}
+
+TEST(OutputFile, LeavesNothingWhenItIsGivenUp) {
+  const TempFolder folder;
+  { const OutputFile output(folder / "table.csv", "never seen"); }
+  EXPECT_TRUE(folder.List().empty());
+}
+
+TEST(OutputFile, RefusesAPlaceThatCannotHoldAFile) {
+  const TempFolder folder;
+  std::filesystem::create_directory(folder / "taken");
+  folder.Write("file", "");
+  for (const char* place : {"taken", "missing/table.csv", "file/table.csv"}) {
+    try {
+      const OutputFile output(folder / place, "text");
+      ADD_FAILURE() << place;
+    } catch (const UserError& problem) {
+      EXPECT_NE(std::string(problem.what()).find(place), std::string::npos) << problem.what();
+    }
+  }
+  EXPECT_EQ(folder.List().size(), 2U);
+}
+
+}  // namespace
+}  // namespace qlx::host

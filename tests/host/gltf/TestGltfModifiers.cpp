@@ -1,0 +1,171 @@
+// Modifiers in the node extension QLX_modifiers, and what keeps an element's id.
+#include "SceneText.h"
+#include "services/PluginModifier.h"
+
+namespace qlx::host {
+
+namespace {
+
+Json PinBlock() {
+  return Json::parse(R"({"modifiers": [{"class": "fPIN", "enabled": true, "parameters": {
+      "fPositionSet": true, "fActive": true, "fGlobal": false, "fPosition": [1.5, -2, 0.1],
+      "fReserved": [0, 0, 0]}}]})");
+}
+
+SceneText MakePinnedArm(const Json& inBlock = PinBlock()) {
+  SceneText text = MakeMovingArm();
+  text.fJson["nodes"][0]["extensions"] = {{"EXT_other", {{"a", 1}}}, {"QLX_modifiers", inBlock}};
+  text.fJson["extensionsUsed"] = {"EXT_other", "QLX_modifiers"};
+  return text;
+}
+
+class GltfModifiers : public GltfTest {
+ protected:
+  void SetUp() override { LoadPlugin(); }
+
+  static PluginModifier& PinOf(GltfDocument& inDocument) {
+    const auto& modifiers = inDocument.GetScene().FindByName("Arm")->GetModifiers();
+    EXPECT_EQ(modifiers.size(), 1u);
+    return dynamic_cast<PluginModifier&>(*modifiers[0]);
+  }
+};
+
+}  // namespace
+
+TEST_F(GltfModifiers, AreReadByTheNamesOfTheirFields) {
+  const auto document = OpenText(MakePinnedArm());
+  PluginModifier& pin = PinOf(*document);
+  const ParameterMap& map = *pin.GetParameterMap();
+  EXPECT_TRUE(pin.IsEnabled());
+  EXPECT_EQ(std::get<bool>(pin.GetField(*map.Find("fPositionSet"))), true);
+  EXPECT_EQ(std::get<bool>(pin.GetField(*map.Find("fGlobal"))), false);
+  EXPECT_EQ((std::get<std::array<real32, 3>>(pin.GetField(*map.Find("fPosition")))),
+            (std::array<real32, 3>{1.5f, -2, 0.1f}));
+  document->GetScene().Evaluate(0);
+  EXPECT_EQ(document->GetScene().FindByName("Arm")->GetValue(Channel::kPositionX), 1.5f) << "inches";
+}
+
+TEST_F(GltfModifiers, FieldsThatAreMissingKeepTheirDefaults) {
+  const auto document = OpenText(MakePinnedArm(Json::parse(R"({"modifiers": [{"class": "fPIN", "enabled": false}]})")));
+  PluginModifier& pin = PinOf(*document);
+  EXPECT_FALSE(pin.IsEnabled());
+  EXPECT_EQ(std::get<bool>(pin.GetField(*pin.GetParameterMap()->Find("fActive"))), false);
+}
+
+TEST_F(GltfModifiers, BlocksThatAreWrongNameTheirPlace) {
+  const struct {
+    const char* fPointer;
+    const char* fValue;
+    const char* fError;
+  } rows[] = {
+      {"", "[]", "QLX_modifiers: must be an object"},
+      {"", "{}", "QLX_modifiers.modifiers: must be an array"},
+      {"/modifiers", "{}", "QLX_modifiers.modifiers: must be an array"},
+      {"/more", "1", "QLX_modifiers: unknown member \"more\""},
+      {"/modifiers/0", "3", "modifiers[0]: must be an object"},
+      {"/modifiers/0/more", "1", "modifiers[0]: unknown member \"more\""},
+      {"/modifiers/0/class", "7", "modifiers[0].class: must be a text of four characters"},
+      {"/modifiers/0/class", "\"pin\"", "modifiers[0].class: must be a text of four characters"},
+      {"/modifiers/0/class", "\"abcd\"", "modifiers[0].class: \"abcd\" is an unknown class"},
+      {"/modifiers/0/enabled", "1", "modifiers[0].enabled: must be true or false"},
+      {"/modifiers/0/private", "\"text\"", "modifiers[0].private: the class has no private data"},
+      {"/modifiers/0/parameters", "[]", "modifiers[0].parameters: must be an object"},
+      {"/modifiers/0/parameters/fActive", "1", "parameters.fActive: must be true or false"},
+      {"/modifiers/0/parameters/fLocked", "true", "parameters.fLocked: the class has no such field"},
+      {"/modifiers/0/parameters/fPosition", "[1, 2]", "parameters.fPosition: must be an array of three numbers"},
+      {"/modifiers/0/parameters/fPosition", "1", "parameters.fPosition: must be an array of three numbers"},
+      {"/modifiers/0/parameters/fPosition/1", "null", "parameters.fPosition[1]: must be a number"},
+      {"/modifiers/0/parameters/fPosition/1", "1e39", "parameters.fPosition[1]: is too large for a 32-bit real"},
+  };
+  for (const auto& row : rows) {
+    Json block = PinBlock();
+    block[Json::json_pointer(row.fPointer)] = Json::parse(row.fValue);
+    fFolder.Write("bad.gltf", MakePinnedArm(block).GetText());
+    const std::string error = ReadError("bad.gltf");
+    EXPECT_TRUE(error.starts_with("bad.gltf: nodes[0].extensions.QLX_modifiers")) << error;
+    EXPECT_NE(error.find(row.fError), std::string::npos) << row.fPointer << " gave: " << error;
+  }
+}
+
+TEST_F(GltfModifiers, AreWrittenAsTheyWereRead) {
+  const auto document = OpenText(MakePinnedArm());
+  document->Write(fFolder / "out.gltf");
+  const Json out = ReadJson("out.gltf");
+  EXPECT_EQ(out["nodes"][0]["extensions"]["QLX_modifiers"], PinBlock());
+  EXPECT_EQ(out["nodes"][0]["extensions"]["EXT_other"], Json({{"a", 1}}));
+  EXPECT_EQ(out["nodes"][0]["extensions"]["QLX_element"]["id"], 2);
+  EXPECT_EQ(out["nodes"][1], MakeMovingArm().fJson["nodes"][1]);
+  EXPECT_EQ(out["extensionsUsed"], Json({"EXT_other", "QLX_modifiers", "QLX_element"}));
+}
+
+TEST_F(GltfModifiers, NewOnesAreListed) {
+  const auto document = OpenText(MakeMovingArm());
+  auto pin = fHost.CreateModifier("fPIN"_id);
+  ASSERT_TRUE(pin);
+  document->GetScene().FindByName("Hand")->AddModifier(*pin, 0);
+  document->Write(fFolder / "out.gltf");
+  const Json out = ReadJson("out.gltf");
+  EXPECT_EQ(out["extensionsUsed"], Json({"QLX_modifiers", "QLX_element"}));
+  EXPECT_EQ(out["nodes"][1]["extensions"]["QLX_modifiers"]["modifiers"][0]["parameters"]["fActive"], false);
+  EXPECT_EQ(Open("out.gltf")->GetScene().FindByName("Hand")->GetModifiers().size(), 1u);
+}
+
+TEST_F(GltfModifiers, ABakeTakesThemAwayOrSwitchesThemOff) {
+  const BakeResult nothing;
+  OpenText(MakePinnedArm())->WriteBaked(fFolder / "out.gltf", nothing, KeepModifiers::kNo);
+  Json out = ReadJson("out.gltf");
+  EXPECT_EQ(out["nodes"][0]["extensions"], Json({{"EXT_other", {{"a", 1}}}}));
+  EXPECT_EQ(out["extensionsUsed"], Json::array({"EXT_other"}));
+
+  SceneText alone = MakePinnedArm();
+  alone.fJson["nodes"][0]["extensions"].erase("EXT_other");
+  alone.fJson["extensionsUsed"] = {"QLX_modifiers"};
+  OpenText(alone)->WriteBaked(fFolder / "out.gltf", nothing, KeepModifiers::kNo);
+  out = ReadJson("out.gltf");
+  EXPECT_FALSE(out["nodes"][0].contains("extensions"));
+  EXPECT_FALSE(out.contains("extensionsUsed"));
+
+  OpenText(MakePinnedArm())->WriteBaked(fFolder / "out.gltf", nothing, KeepModifiers::kSwitchedOff);
+  EXPECT_EQ(ReadJson("out.gltf")["nodes"][0]["extensions"]["QLX_modifiers"]["modifiers"][0]["enabled"], false);
+}
+
+TEST_F(GltfModifiers, AnIdSurvivesReorderingByAnotherProgram) {
+  OpenText(MakePinnedArm())->Write(fFolder / "first.gltf");
+  Json moved = ReadJson("first.gltf");
+  moved["nodes"].push_back(moved["nodes"][0]);
+  moved["nodes"][0] = {{"name", "New"}};
+  moved["scenes"][0]["nodes"] = {0, 2};
+  fFolder.Write("second.gltf", moved.dump());
+  const auto document = Open("second.gltf");
+  EXPECT_EQ(document->GetScene().FindByName("Arm")->GetUniqueID(), 2u);
+  EXPECT_NE(document->GetScene().FindByName("New")->GetUniqueID(), 2u);
+  document->Write(fFolder / "third.gltf");
+  EXPECT_EQ(Open("third.gltf")->GetScene().FindByName("New")->GetUniqueID(),
+            document->GetScene().FindByName("New")->GetUniqueID());
+}
+
+// The document for others says what the code does.
+TEST(GltfModifierSchema, NamesTheFieldsOfTheClass) {
+  const Json schema = Json::parse(ReadFile(std::filesystem::path(QLX_FORMATS) / "node.QLX_modifiers.schema.json"));
+  std::vector<std::string> documented;
+  for (const auto& [name, field] : schema["$defs"]["pin"]["properties"].items()) {
+    documented.push_back(name);
+  }
+  std::vector<std::string> fields;
+  for (const ParameterField& field : FindParameterMap("fPIN"_id)->GetFields()) {
+    fields.push_back(field.fName);
+  }
+  EXPECT_EQ(documented, fields);
+}
+
+TEST_F(GltfTest, WithoutAPluginModifiersStayAsData) {
+  SceneText text = MakePinnedArm();
+  text.fJson["nodes"][1]["extensions"]["QLX_modifiers"] = Json::parse(R"({"modifiers": [{"class": "abcd"}]})");
+  const auto document = OpenText(text);
+  EXPECT_TRUE(document->GetScene().FindByName("Arm")->GetModifiers().empty());
+  ASSERT_EQ(fDiagnostics.GetWarnings().size(), 1u);
+  document->WriteBaked(fFolder / "out.gltf", {}, KeepModifiers::kNo);
+  EXPECT_EQ(ReadJson("out.gltf"), Json::parse(text.GetText()));
+}
+
+}  // namespace qlx::host

@@ -1,0 +1,69 @@
+// What tests of the model share: a scene that closes itself, and a modifier that does what a test says.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "TestMemory.h"
+#include "model/Scene.h"
+
+namespace qlx::test {
+
+inline int gLiveModifiers = 0;
+
+class TestModifier final : public host::Modifier {
+ public:
+  using Body = std::function<void(host::Element&)>;
+
+  explicit TestModifier(Body inBody) : Modifier("test"_id), fBody(std::move(inBody)) { ++gLiveModifiers; }
+  ~TestModifier() override { --gLiveModifiers; }
+
+  void Apply(host::Element& inElement) override { fBody(inElement); }
+  TMCCountedPtr<host::Modifier> Copy() override { return host::MakeHosted<TestModifier>(fBody); }
+
+ private:
+  Body fBody;
+};
+
+class TestScene {
+ public:
+  TestScene() : fScene(host::Scene::Create(fDiagnostics)) {}
+  ~TestScene() { fScene->Close(); }
+
+  host::Scene* operator->() const { return fScene.Get(); }
+  host::Scene& operator*() const { return *fScene; }
+  host::Element& Add(const char* inName) { return fScene->AddElement(fScene->GetRootElement(), inName); }
+  host::Element& Add(host::Element& inParent, const char* inName) { return fScene->AddElement(inParent, inName); }
+  const std::vector<std::string>& Warnings() const { return fDiagnostics.GetWarnings(); }
+
+  static void Modify(host::Element& inElement, TestModifier::Body inBody) {
+    inElement.AddModifier(*host::MakeHosted<TestModifier>(std::move(inBody)), inElement.GetModifiers().size());
+  }
+
+ private:
+  TestMemory fMemory;
+  host::Diagnostics fDiagnostics;
+  TMCCountedPtr<host::Scene> fScene;
+};
+
+inline host::ChannelValues MakeValues(TVector3 inPosition, TVector3 inRotation = {}, TVector3 inScale = {1, 1, 1},
+                                      real32 inUniform = 1) {
+  return {{inPosition.x, inPosition.y, inPosition.z, inRotation.x, inRotation.y, inRotation.z, inUniform, inScale.x,
+           inScale.y, inScale.z}};
+}
+
+inline void SetPosition(host::Element& inElement, TVector3 inPosition) {
+  TreeTransform transform;
+  inElement.GetLocalTransform(transform);
+  transform.SetPosition(inPosition);
+  inElement.SetLocalTransform(transform, 1, 0, 0, 0, 0, 1);
+}
+
+inline MCResult SetGlobalPosition(host::Element& inElement, TVector3 inPosition) {
+  TreeTransform transform;
+  inElement.GetGlobalTransform(transform);
+  transform.SetPosition(inPosition);
+  return inElement.SetGlobalTransform(transform, 0, 1, 0, 0, 0);
+}
+
+}  // namespace qlx::test

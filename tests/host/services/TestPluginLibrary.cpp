@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "model/Diagnostics.h"
+#include "services/Host.h"
+
+namespace qlx::host {
+namespace {
+
+// The message of the error that loading a file ends with.
+std::string ProblemOf(const std::filesystem::path& inFile) {
+  try {
+    const PluginLibrary library(inFile);
+  } catch (const UserError& error) {
+    return error.what();
+  }
+  return "loaded";
+}
+
+std::string TextOf(const std::filesystem::path& inPath) {
+  const std::u8string text = inPath.u8string();
+  return {text.begin(), text.end()};
+}
+
+TEST(PluginLibrary, LoadsTheBuiltPlugin) {
+  const PluginLibrary library(QLX_PLUGIN_FILE);
+  EXPECT_TRUE(library.CanUnload());
+  EXPECT_EQ(library.GetFile(), QLX_PLUGIN_FILE);
+}
+
+TEST(PluginLibrary, ErrorsNameTheFileAndWhatIsWrong) {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path();
+  const std::filesystem::path text = folder / u8"qlx-no-library-\u00e4.txt";
+  std::ofstream(text) << "not a library";
+  EXPECT_EQ(ProblemOf(folder / "qlx-missing.so"), TextOf(folder / "qlx-missing.so") + ": no such plug-in library");
+  EXPECT_EQ(ProblemOf(folder), TextOf(folder) + ": is a folder, not a plug-in library");
+  const std::string start = TextOf(text) + ": not a library that can be loaded (";
+  EXPECT_EQ(ProblemOf(text).substr(0, start.size()), start);
+  EXPECT_EQ(ProblemOf(QLX_NO_PLUGIN_FILE),
+            std::string(QLX_NO_PLUGIN_FILE) + ": not a plug-in, it lacks the export MCDllCleanUp");
+  std::filesystem::remove(text);
+}
+
+TEST(PluginLibrary, KnowsItsClassesByFamilyAndId) {
+  EXPECT_EQ(GetPluginClasses().size(), 14U);
+  EXPECT_STREQ(FindPluginClass("modi"_id, "fPIN"_id)->fName, "PinModifier");
+  EXPECT_EQ(FindPluginClass("scmd"_id, "fPIN"_id), nullptr);
+  EXPECT_EQ(FindPluginClass("scmd"_id, 0), nullptr) << "several commands have no id of this kind";
+}
+
+TEST(Host, RefusesWhatCannotBeLoadedAndHasNoPluginThen) {
+  Diagnostics diagnostics;
+  Host host(diagnostics);
+  host.LoadPlugin(QLX_PLUGIN_FILE);
+  EXPECT_NE(host.GetPlugin(), nullptr);
+  EXPECT_THROW(host.LoadPlugin("nowhere"), UserError);
+  EXPECT_EQ(host.GetPlugin(), nullptr);
+  EXPECT_FALSE(host.CreateModifier("fPIN"_id));
+  EXPECT_EQ(diagnostics.GetWarnings(), std::vector<std::string>{"PinModifier: no plug-in is loaded"});
+}
+
+TEST(Host, DefaultPluginStandsBesideTheProgram) {
+  EXPECT_TRUE(std::filesystem::equivalent(Host::FindDefaultPlugin(), QLX_PLUGIN_FILE));
+}
+
+TEST(Host, LeavesNothingBehind) {
+  Diagnostics diagnostics;
+  for (int i = 0; i < 3; ++i) {
+    Host host(diagnostics);
+    host.LoadPlugin(QLX_PLUGIN_FILE);
+    EXPECT_TRUE(host.CreateModifier("fPIN"_id));
+    EXPECT_TRUE(host.GetPlugin()->CanUnload());
+    EXPECT_GE(host.GetMemoryCounts().fAllocations, 2U);
+    EXPECT_EQ(host.GetMemoryCounts().fAlive, 0U);
+  }
+  EXPECT_EQ(diagnostics.GetWarnings(), std::vector<std::string>());
+  EXPECT_EQ(gMemoryUtilities, nullptr);
+}
+
+}  // namespace
+}  // namespace qlx::host

@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "HostInterface.h"
+#include "MCLibrary.h"
+#include "model/Scene.h"
+#include "odd/OddPlugin.h"
+#include "services/Host.h"
+
+namespace qlx::host {
+namespace {
+
+using test::OddMode;
+using Vector = std::array<real32, 3>;
+using Warnings = std::vector<std::string>;
+
+// A scene with one element, and a plug-in.
+class PluginModifierTest : public testing::Test {
+ protected:
+  PluginModifierTest() : fElement(fScene->AddElement(fScene->GetRootElement(), "Foot")) {}
+  ~PluginModifierTest() override {
+    fModifier.Clear();
+    fScene->Close();
+    EXPECT_TRUE(!fHost.GetPlugin() || fHost.GetPlugin()->CanUnload());
+  }
+
+  void Load(const char* inFile) {
+    fHost.LoadPlugin(inFile);
+    fModifier = fHost.CreateModifier("fPIN"_id);
+  }
+  void LoadOdd(OddMode inMode) {
+    ASSERT_TRUE(fOdd.Open(QLX_ODD_PLUGIN_FILE)) << fOdd.GetErrorText();
+    fOdd.Find<test::SetOddMode>("OddSetMode")(inMode);
+    Load(QLX_ODD_PLUGIN_FILE);
+  }
+  void Set(const char* inField, const ParameterValue& inValue) {
+    ASSERT_NE(fModifier->GetParameterMap(), nullptr);
+    EXPECT_TRUE(fModifier->SetField(*fModifier->GetParameterMap()->Find(inField), inValue));
+  }
+  static ParameterValue Get(const PluginModifier& inModifier, const char* inField) {
+    return inModifier.GetField(*inModifier.GetParameterMap()->Find(inField));
+  }
+
+  Diagnostics fDiagnostics;
+  MCLibrary fOdd;  // one more opening, so that its mode can be set ahead of the host's
+  Host fHost{fDiagnostics};
+  TMCCountedPtr<Scene> fScene = MakeHosted<Scene>(fDiagnostics);
+  Element& fElement;
+  TMCCountedPtr<PluginModifier> fModifier;
+};
+
+TEST_F(PluginModifierTest, PinHoldsItsElement) {
+  Load(QLX_PLUGIN_FILE);
+  ASSERT_TRUE(fModifier);
+  EXPECT_STREQ(fModifier->GetClassName(), "PinModifier");
+  Set("fPositionSet", true);
+  Set("fActive", true);
+  Set("fPosition", Vector{1, 2, 3});
+  fElement.AddModifier(*fModifier, 0);
+  fScene->Evaluate(0);
+  EXPECT_EQ(fElement.GetEvaluated().GetPosition(), TVector3(1, 2, 3));
+  EXPECT_EQ(fElement.GetBase().GetPosition(), TVector3());
+  EXPECT_EQ(fDiagnostics.GetWarnings(), Warnings());
+}
+
+TEST_F(PluginModifierTest, OneIdentityAnswersForBoth) {
+  Load(QLX_PLUGIN_FILE);
+  const auto inner = MCQuery<I3DExModifier>(static_cast<I3DShModifier*>(fModifier.Get()));
+  ASSERT_TRUE(inner);
+  EXPECT_EQ(MCQuery<I3DShModifier>(inner), static_cast<I3DShModifier*>(fModifier.Get()));
+  EXPECT_TRUE(MCQuery<I3DShModifierHolder>(inner));
+  EXPECT_FALSE(fModifier->GetStreamIO()) << "neither has it, and they do not ask each other without end";
+  EXPECT_FALSE(MCQuery<IMFPart>(inner));
+}
+
+TEST_F(PluginModifierTest, ComponentsReferencesKeepTheWhole) {
+  Load(QLX_PLUGIN_FILE);
+  auto inner = MCQuery<I3DExModifier>(static_cast<I3DShModifier*>(fModifier.Get()));
+  fModifier.Clear();
+  EXPECT_FALSE(fHost.GetPlugin()->CanUnload());
+  EXPECT_EQ(inner->GetFlags(), 1U);
+  inner.Clear();
+  EXPECT_TRUE(fHost.GetPlugin()->CanUnload());
+}
+
+TEST_F(PluginModifierTest, FieldsRefuseWhatTheyCannotHold) {
+  Load(QLX_PLUGIN_FILE);
+  const ParameterField& position = *fModifier->GetParameterMap()->Find("fPosition");
+  EXPECT_FALSE(fModifier->SetField(position, Vector{0, std::numeric_limits<real32>::quiet_NaN(), 0}));
+  EXPECT_FALSE(fModifier->SetField(position, true));
+  EXPECT_EQ(fModifier->GetField(position), ParameterValue(Vector{}));
+}
+
+TEST_F(PluginModifierTest, CopyTakesTheFieldsAndTheSwitch) {
+  Load(QLX_PLUGIN_FILE);
+  Set("fGlobal", true);
+  Set("fPosition", Vector{1, 2, 3});
+  Set("fReserved", Vector{4, 5, 6});
+  fModifier->SetEnabled(false);
+  fElement.AddModifier(*fModifier, 0);
+  const auto copy = fModifier->Copy();
+  ASSERT_TRUE(copy);
+  EXPECT_FALSE(copy->IsEnabled());
+  EXPECT_EQ(copy->GetElement(), nullptr);
+  auto& pin = static_cast<PluginModifier&>(*copy);
+  for (const ParameterField& field : fModifier->GetParameterMap()->GetFields()) {
+    EXPECT_EQ(pin.GetField(field), fModifier->GetField(field)) << field.fName;
+  }
+  Set("fPosition", Vector{7, 8, 9});
+  EXPECT_EQ(Get(pin, "fPosition"), ParameterValue(Vector{1, 2, 3}));
+}
+
+TEST_F(PluginModifierTest, ResetClearsTheRecord) {
+  Load(QLX_PLUGIN_FILE);
+  Set("fActive", true);
+  fModifier->Reset();
+  EXPECT_EQ(Get(*fModifier, "fActive"), ParameterValue(false));
+}
+
+TEST_F(PluginModifierTest, EventThatThrowsIsReportedAndAnswersItsCode) {
+  Load(QLX_PLUGIN_FILE);
+  EXPECT_EQ(fModifier->SendEvent(5, static_cast<I3DShScene*>(fScene.Get())), MC_E_INVALIDARG);
+  EXPECT_EQ(fDiagnostics.GetWarnings().back(),
+            "PinModifier::HandleEvent failed with 0x80010005 (PinModifier, line 105)");
+  fHost.SetEventHandlingSuspended(true);
+  EXPECT_EQ(fModifier->SendEvent(5, static_cast<I3DShScene*>(fScene.Get())), MC_S_OK) << "nobody looks at the message";
+}
+
+TEST_F(PluginModifierTest, UnknownClassIsRefused) {
+  Load(QLX_PLUGIN_FILE);
+  EXPECT_FALSE(fHost.CreateModifier("none"_id));
+  EXPECT_EQ(fDiagnostics.GetWarnings().size(), 1U);
+}
+
+TEST_F(PluginModifierTest, BlockOfAnotherSizeIsNeverWritten) {
+  for (const OddMode mode : {OddMode::kSmallBlock, OddMode::kNullBlock}) {
+    LoadOdd(mode);
+    ASSERT_TRUE(fModifier);
+    EXPECT_EQ(fModifier->GetParameterMap(), nullptr);
+    const ParameterField& last = *FindParameterMap("fPIN"_id)->Find("fReserved");
+    EXPECT_FALSE(fModifier->SetField(last, Vector{1, 1, 1}));
+    EXPECT_EQ(fDiagnostics.GetWarnings().front(),
+              "PinModifier: its parameters cannot be used, the block is not the one that the host knows");
+    EXPECT_FALSE(fModifier->Copy());
+    fModifier.Clear();
+  }
+}
+
+TEST_F(PluginModifierTest, ComponentsOwnCopyIsTakenOver) {
+  LoadOdd(OddMode::kClones);
+  Set("fPosition", Vector{1, 2, 3});
+  fModifier->SendEvent(42, nullptr);  // its private number
+  const auto copy = fModifier->Copy();
+  ASSERT_TRUE(copy);
+  auto& pin = static_cast<PluginModifier&>(*copy);
+  EXPECT_EQ(Get(pin, "fPosition"), ParameterValue(Vector{2, 2, 3}));
+  const auto exchanger = MCQuery<IExDataExchanger>(static_cast<I3DShModifier*>(&pin));
+  EXPECT_EQ(exchanger->GetSecondaryResourceId(), 42);
+  EXPECT_TRUE(MCQuery<I3DShModifierHolder>(exchanger)) << "it is aggregated as any other";
+}
+
+TEST_F(PluginModifierTest, FailureIsToldOnceForAnElementAndTheSceneGoesOn) {
+  const struct {
+    OddMode fMode;
+    Warnings fWarnings;
+  } kRows[] = {
+      {OddMode::kThrows,
+       {"element \"Foot\": PinModifier::SetTreeElement failed with 0x80010004: threw a foreign exception, odd"}},
+      {OddMode::kFails, {"element \"Foot\": PinModifier::SetTreeElement failed with 0x80010006"}},
+      {OddMode::kNotImplemented, {}},
+  };
+  for (const auto& row : kRows) {
+    LoadOdd(row.fMode);
+    const std::size_t before = fDiagnostics.GetWarnings().size();
+    fElement.AddModifier(*fModifier, 0);
+    for (int32 time = 0; time < 3; ++time) {
+      fScene->Evaluate(time);
+    }
+    const Warnings told(fDiagnostics.GetWarnings().begin() + static_cast<std::ptrdiff_t>(before),
+                        fDiagnostics.GetWarnings().end());
+    EXPECT_EQ(told, row.fWarnings);
+    fElement.RemoveAllModifiers();
+    fModifier.Clear();
+  }
+}
+
+TEST_F(PluginModifierTest, ComponentThatIsNoModifierIsRefusedAndEnded) {
+  LoadOdd(OddMode::kNoModifier);
+  EXPECT_FALSE(fModifier);
+  EXPECT_EQ(fDiagnostics.GetWarnings(), Warnings{"PinModifier is no modifier: it lacks an interface of one"});
+  EXPECT_TRUE(fHost.GetPlugin()->CanUnload());
+}
+
+TEST_F(PluginModifierTest, ComponentMayUseItsOuterObjectWhileItEnds) {
+  LoadOdd(OddMode::kAsksAtItsEnd);
+  ASSERT_TRUE(fModifier);
+  fModifier.Clear();
+  EXPECT_TRUE(fHost.GetPlugin()->CanUnload());
+  EXPECT_EQ(fHost.GetMemoryCounts().fAlive, 0U);
+}
+
+TEST_F(PluginModifierTest, PluginWhoseStartFailsIsRefused) {
+  ASSERT_TRUE(fOdd.Open(QLX_ODD_PLUGIN_FILE));
+  fOdd.Find<test::SetOddMode>("OddSetMode")(OddMode::kStartFails);
+  EXPECT_THROW(fHost.LoadPlugin(QLX_ODD_PLUGIN_FILE), UserError);
+  EXPECT_EQ(fHost.GetPlugin(), nullptr);
+}
+
+}  // namespace
+}  // namespace qlx::host

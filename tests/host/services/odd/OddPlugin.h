@@ -1,0 +1,21 @@
+// A plug-in that does what none should: what a host has to live with. It offers one class, the pin's.
+#pragma once
+
+namespace qlx::test {
+
+enum class OddMode {
+  kPlain,
+  kSmallBlock,      // the public block is a byte too short
+  kNullBlock,       // there is none
+  kClones,          // makes its own copies: the position goes up by one, and a private number goes along
+  kThrows,          // the working call throws what no component may throw
+  kFails,           // the working call answers a failure
+  kNotImplemented,  // the working call is not there
+  kNoModifier,      // the component lacks the interface of one
+  kAsksAtItsEnd,    // the component uses its outer object while it is ended
+  kStartFails,      // start-up throws
+};
+
+using SetOddMode = void (*)(OddMode);
+
+}  // namespace qlx::test
