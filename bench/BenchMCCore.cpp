@@ -75,8 +75,8 @@ void ReadVector(benchmark::State& ioState) {
   std::vector<int64> array(static_cast<std::size_t>(ioState.range(0)));
   for (auto _ : ioState) {
     int64 sum = 0;
-    for (std::size_t i = 0; i < array.size(); ++i) {
-      sum += array[i];
+    for (const int64 value : array) {
+      sum += value;
     }
     benchmark::DoNotOptimize(sum);
   }

@@ -51,6 +51,13 @@ class HostObject : public First, public Rest... {
  protected:
   HostObject() = default;
 
+  // Gives back a reference that is not the last. A component that answers without counting does not end the object.
+  void GiveBackReference() noexcept {
+    if (fRefCount > 1) {
+      --fRefCount;
+    }
+  }
+
   virtual bool Offers(const MCGuid& /*inID*/) const { return true; }
 
   // Answers an id that is none of the object's own interfaces.

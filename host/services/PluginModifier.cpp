@@ -44,7 +44,7 @@ Interface* PluginModifier::AskInner() {
   void* view = nullptr;
   const bool found = fInner->QueryInterface(Interface::kInterfaceID, &view) == MC_S_OK && view;
   if (found) {
-    Modifier::Release();
+    GiveBackReference();
   }
   return found ? static_cast<Interface*>(view) : nullptr;
 }
