@@ -25,6 +25,11 @@ if(QLX_SANITIZE)
   endif()
 endif()
 
+option(QLX_FUZZ "Build the fuzzers: clang only" OFF)
+if(QLX_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)  # every layer tells the engine which way it went
+endif()
+
 # Exceptions cross between the library and the programs, so both use the one C++ runtime that lies beside them.
 if(MINGW)
   foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libgcc_s_dw2-1.dll libwinpthread-1.dll)

@@ -42,12 +42,12 @@ step() {
   wait $pid
 }
 
-# sources PATTERN... - our files whose names match, each ended by a zero byte.
+# sources PATTERN... - our files whose names match, each ended by a zero byte. The inputs of fuzz targets are no texts.
 sources() {
   local name names=()
   for name in "$@"; do
     names+=(-o -name "$name")
   done
-  find "$root" \( -path "$root/build" -o -path "$root/out" -o -name .git -o -name node_modules \) -prune -o \
+  find "$root" \( -path "$root/build" -o -path "$root/out" -o -path "$root/fuzz/corpus" -o -name .git -o -name node_modules \) -prune -o \
     -type f \( "${names[@]:1}" \) -print0
 }
