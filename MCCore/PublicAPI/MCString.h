@@ -19,6 +19,8 @@
 
 namespace qlx {
 
+class IMCTranscoder;
+
 class TMCString : public TMCObject {
  public:
   // The virtual operations stand in the order of their slots.
@@ -50,6 +52,14 @@ class TMCString : public TMCObject {
   bool operator!=(const char* inText) const { return !(*this == inText); }
   void Assign(const char* inText, MCSize byteLength);
 
+  // 16-bit characters up to a 0. A fixed form keeps those that it has room for whole: here a cut splits no character.
+  // Null leaves the text as it is.
+  void FromUnicode(const uint16* inText);
+  // Bytes of another encoding, read until the transcoder ends the text or `inCount` bytes are read; then as above.
+  // The bytes must not lie in this text. Reads them twice, and leaves the transcoder ready for another text.
+  void FromTranscoded(const uint8* inBytes, IMCTranscoder* inTranscoder);
+  void FromTranscoded(const uint8* inBytes, MCSize inCount, IMCTranscoder* inTranscoder);
+
   uint32 Length() const noexcept { return fLength; }
   uint32 ByteLength() const noexcept { return fByteLength; }
   // The capacity in bytes, the NUL not counted.
@@ -65,19 +75,39 @@ class TMCString : public TMCObject {
   uint8 GetByte(int32 index) const;
   // Copies the bytes and a NUL; the caller supplies the room.
   void ToCString(char* outDest) const;
+  // Writes the characters and a 0, at most `unitCount` values together; more are reported and left out. A byte that
+  // begins no character ends the reading, and zeros fill the room.
+  void ToUnicode(uint16* outDest, uint32 unitCount) const;
   // The first four bytes as an id, 0 for those past the end.
   MCID ToID() const;
 
   // Index of the first occurrence at or after `startIndex`; -1 when there is none, or nothing to look for.
   int32 Find(const TMCString& inText, int32 startIndex = 0) const;
   int32 FindChar(uint16 inChar, int32 startIndex = 0) const;
+  // The same by bytes.
+  int32 FindBytes(const TMCString& inText, int32 startIndex = 0) const;
+  int32 FindByte(char inByte, int32 startIndex = 0) const;
 
   // Cuts to a smaller count of characters.
   void SetLength(uint32 length);
+  // Removes bytes; true when it did. What is left is then cut by the count of *characters*: exact for texts of
+  // single-byte characters, and short of their ends for others.
+  bool DeleteBytes(int32 index, int32 count);
   // True when it removed something. The count of characters is narrowed to a signed 16-bit value as it is taken off
   // `Length()`: texts of this system never come near that limit.
   bool Delete(int32 index, int32 count);
   void FromInt(int32 inValue);
+  // Replaces bytes by the host's table: direction 1 leads out of this system, 0 into it. Bytes without a translation,
+  // and texts for which a fixed form has no room, are reported and dropped. Without a table the text stays.
+  void TranslateAscii(int32 direction);
+  // The text as other systems have it: `TranslateAscii(1)` where the code page is the Western one. This text keeps
+  // its bytes unless it is the target itself. Without memory both stay as they are.
+  void ExportTranslated(TMCString& outTarget);
+  // The other way. A text that begins with '@' holds variants for several systems, "@W" before ours: ours stays.
+  void ImportTranslated();
+  // The same by bytes, and whatever the code page.
+  void ImportTranslatedBytes();
+
   // Ids that are no text (at most '!!!!') read as decimal numbers, others as their characters up to a NUL. With
   // `literal` it is always the four bytes.
   void FromID(MCID id, bool literal = false);
@@ -92,6 +122,15 @@ class TMCString : public TMCObject {
   // The bytes of a part, as the constructors from a part of a text understand it: a length of 0, or one that runs past
   // the end, means up to the end.
   static uint32 FindSubString(const TMCString& inSource, int32 index, int32 length, uint32& outOffset);
+
+  // The body of the two above it, from a source with `Next()` and `Restart()`.
+  template <class Source>
+  void FromCharacters(Source inSource);
+  // Makes room for a longer text at `inOffset`, in place of one byte; false where there is none.
+  bool GrowForEscape(uint32& ioOffset, uint32 inWrite, uint32 inCount);
+  // Saves the text as `Saved`, translates it into the target and restores it.
+  template <class Saved>
+  void ExportAndRestore(TMCString& outTarget);
 
   void AppendBytes(const char* inText, uint32 inCount);
   void CountCharacters();

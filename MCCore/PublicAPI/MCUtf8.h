@@ -42,4 +42,28 @@ constexpr uint16 MCUtf8Decode(const char* inText, uint32 inCount) noexcept {
   }
 }
 
+// Bytes that `inChar` takes. Halves of surrogate pairs are characters like any other and take three.
+constexpr uint32 MCUtf8EncodedLength(uint16 inChar) noexcept {
+  return inChar < 0x80 ? 1 : inChar < 0x800 ? 2 : 3;
+}
+
+// Writes those bytes, at most three, and answers how many they are.
+constexpr uint32 MCUtf8Encode(uint16 inChar, char* outBytes) noexcept {
+  const auto tail = [=](int inShift) { return static_cast<char>(0x80 | (inChar >> inShift & 0x3F)); };
+  switch (MCUtf8EncodedLength(inChar)) {
+    case 1:
+      outBytes[0] = static_cast<char>(inChar);
+      return 1;
+    case 2:
+      outBytes[0] = static_cast<char>(0xC0 | inChar >> 6);
+      outBytes[1] = tail(0);
+      return 2;
+    default:
+      outBytes[0] = static_cast<char>(0xE0 | inChar >> 12);
+      outBytes[1] = tail(6);
+      outBytes[2] = tail(0);
+      return 3;
+  }
+}
+
 }  // namespace qlx

@@ -1,3 +1,4 @@
+#include <langinfo.h>
 #include <locale.h>
 #include <wctype.h>
 
@@ -22,11 +23,22 @@ class CaseLocale {
   CaseLocale(const CaseLocale&) = delete;
   CaseLocale& operator=(const CaseLocale&) = delete;
 
-  wint_t Fold(wint_t inChar) const noexcept {
+  static const CaseLocale& Get() noexcept {
+    static const CaseLocale sLocale;
+    return sLocale;
+  }
+
+  wint_t Lower(wint_t inChar) const noexcept {
     if (fLocale) {
       return towlower_l(inChar, fLocale);
     }
     return inChar >= 'A' && inChar <= 'Z' ? inChar + ('a' - 'A') : inChar;
+  }
+  wint_t Upper(wint_t inChar) const noexcept {
+    if (fLocale) {
+      return towupper_l(inChar, fLocale);
+    }
+    return inChar >= 'a' && inChar <= 'z' ? inChar - ('a' - 'A') : inChar;
   }
 
  private:
@@ -51,13 +63,11 @@ wint_t NextCodePoint(const char*& ioText) noexcept {
   return code;
 }
 
-}  // namespace
-
-int32 PlatformCompareCaseless(const char* inA, const char* inB) noexcept {
-  static const CaseLocale sLocale;
+int32 CompareCaseless(const char* inA, const char* inB) noexcept {
+  const CaseLocale& locale = CaseLocale::Get();
   while (*inA && *inB) {
-    const wint_t a = sLocale.Fold(NextCodePoint(inA));
-    const wint_t b = sLocale.Fold(NextCodePoint(inB));
+    const wint_t a = locale.Lower(NextCodePoint(inA));
+    const wint_t b = locale.Lower(NextCodePoint(inB));
     if (a != b) {
       return a < b ? -1 : 1;
     }
@@ -65,13 +75,79 @@ int32 PlatformCompareCaseless(const char* inA, const char* inB) noexcept {
   return (*inA != 0) - (*inB != 0);
 }
 
+// Writes `inCode` over `inCount` bytes when it takes so many.
+void WriteCodePoint(wint_t inCode, char* outBytes, std::ptrdiff_t inCount) noexcept {
+  const std::ptrdiff_t count = inCode < 0x80 ? 1 : inCode < 0x800 ? 2 : inCode < 0x10000 ? 3 : 4;
+  constexpr uint8 kLeads[] = {0, 0, 0xC0, 0xE0, 0xF0};
+  if (count != inCount) {
+    return;
+  }
+  for (std::ptrdiff_t i = count - 1; i > 0; --i) {
+    outBytes[i] = static_cast<char>(0x80 | (inCode & 0x3F));
+    inCode >>= 6;
+  }
+  outBytes[0] = static_cast<char>(kLeads[count] | inCode);
+}
+
+template <class Mapping>
+void MapCase(char* ioText, Mapping&& inMapping) noexcept {
+  while (*ioText) {
+    const char* next = ioText;
+    const wint_t code = NextCodePoint(next);
+    const bool isCharacter = next - ioText > 1 || code < 0x80;
+    if (const wint_t mapped = inMapping(code); isCharacter && mapped != code) {
+      WriteCodePoint(mapped, ioText, next - ioText);
+    }
+    ioText += next - ioText;
+  }
+}
+
+void ToUpper(char* ioText) noexcept {
+  MapCase(ioText, [](wint_t code) { return CaseLocale::Get().Upper(code); });
+}
+
+void ToLower(char* ioText) noexcept {
+  MapCase(ioText, [](wint_t code) { return CaseLocale::Get().Lower(code); });
+}
+
+const char* NextCharacter(const char* inText) noexcept {
+  if (*inText) {
+    NextCodePoint(inText);
+  }
+  return inText;
+}
+
 // Byte texts are UTF-8 on these systems, which has no characters that begin with a lead byte of a code page.
-bool PlatformHasWesternCodePage() noexcept {
+bool IsLeadByte(uint8) noexcept {
   return false;
 }
 
-bool PlatformIsLeadByte(uint8) noexcept {
-  return false;
+uint32 CodePageNumber() noexcept {
+  constexpr uint32 kUtf8 = 65001;
+  return kUtf8;
 }
+
+// That of the user's locale, which need not be the one that the process runs in.
+uint16 ReadDecimalSeparator() noexcept {
+  uint16 separator = '.';
+  if (const locale_t locale = newlocale(LC_NUMERIC_MASK | LC_CTYPE_MASK, "", static_cast<locale_t>(nullptr))) {
+    const char* const text = nl_langinfo_l(RADIXCHAR, locale);
+    if (text && *text) {
+      separator = MCUtf8Decode(text, static_cast<uint32>(std::strlen(text)));
+    }
+    freelocale(locale);
+  }
+  return separator ? separator : uint16{'.'};
+}
+
+uint16 DecimalSeparator() noexcept {
+  static const uint16 sSeparator = ReadDecimalSeparator();
+  return sSeparator;
+}
+
+}  // namespace
+
+const PlatformText kSystemText = {CompareCaseless, ToUpper,        ToLower,         NextCharacter,
+                                  IsLeadByte,      CodePageNumber, DecimalSeparator};
 
 }  // namespace qlx

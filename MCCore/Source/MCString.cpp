@@ -7,25 +7,19 @@
 #include "MCException.h"
 #include "MCMemory.h"
 #include "MCPlatformText.h"
+#include "MCStringLengths.h"
 #include "MCUtf8.h"
 
 namespace qlx {
 
+using detail::CheckedSum;
+using detail::SequenceLengthAt;
+
 namespace {
-
-constexpr uint32 kLargestLength = std::numeric_limits<uint32>::max();
-
-uint32 SequenceLengthAt(const char* inText, uint32 inOffset) {
-  return MCUtf8SequenceLength(static_cast<uint8>(inText[inOffset]));
-}
 
 uint32 CheckedLength(MCSize byteLength) {
   MC_ASSERT((byteLength) <= static_cast<MCSize>(std::numeric_limits<uint32>::max()));
-  return static_cast<uint32>(std::min<MCSize>(byteLength, kLargestLength));
-}
-
-uint32 CheckedSum(uint32 inA, uint32 inB) {
-  return inB <= kLargestLength - inA ? inA + inB : kLargestLength;
+  return static_cast<uint32>(std::min<MCSize>(byteLength, std::numeric_limits<uint32>::max()));
 }
 
 }  // namespace
@@ -181,41 +175,6 @@ bool TMCString::operator==(const char* inText) const {
   return inText && std::strcmp(CStr(), inText) == 0;
 }
 
-bool TMCString::CanInsert(const TMCString& inText, int32 index) const {
-  return inText.fByteLength != 0 && index >= 0 && static_cast<uint32>(index) <= fLength;
-}
-
-void TMCString::Insert(const TMCString& inText, int32 index) {
-  if (!CanInsert(inText, index)) {
-    return;
-  }
-  if (&inText == this) {
-    Insert(TMCString1023(inText), index);
-    return;
-  }
-  const uint32 added = inText.fByteLength;
-  const uint32 insertAt = ByteOffset(index);
-  const uint32 newByteLength = CheckedSum(fByteLength, added);
-  const uint32 moveEnd = std::min(CheckedSum(insertAt, added), fMaxLength);
-  const bool fits = newByteLength <= fMaxLength;
-  char* const baseString = Buffer();
-  if (fits) {
-    const char* const moveTo = baseString + moveEnd;
-    MC_ASSERT(moveTo < (baseString + fMaxLength));
-  } else {
-    MC_ASSERT(newByteLength <= fMaxLength);
-  }
-  // What does not fit falls off the end: first of the tail, then of the operand.
-  const uint32 end = std::min(newByteLength, fMaxLength);
-  MCMemoryMove(baseString + moveEnd, baseString + insertAt, end - moveEnd);
-  MCMemoryCopy(baseString + insertAt, inText.CStr(), moveEnd - insertAt);
-  SetByteLength(end);
-  WriteNul();
-  if (fits) {
-    fLength += inText.fLength;
-  }
-}
-
 void TMCString::SetByteLength(uint32 byteLength) {
   MC_ASSERT(byteLength <= fMaxLength);
   fByteLength = std::min(byteLength, fMaxLength);
@@ -276,92 +235,6 @@ MCID TMCString::ToID() const {
     id = id << 8 | GetByte(i);
   }
   return id;
-}
-
-int32 TMCString::Find(const TMCString& inText, int32 startIndex) const {
-  if (startIndex < 0 || static_cast<uint32>(startIndex) > fLength || inText.fByteLength == 0) {
-    return -1;
-  }
-  const std::string_view text(CStr(), fByteLength);
-  const std::string_view wanted(inText.CStr(), inText.fByteLength);
-  int32 index = startIndex;
-  for (MCSize offset = ByteOffset(startIndex); offset < text.size(); ++offset) {
-    if (MCUtf8BeginsCharacter(static_cast<uint8>(text[offset]))) {
-      if (text.substr(offset, wanted.size()) == wanted) {
-        return index;
-      }
-      ++index;
-    }
-  }
-  return -1;
-}
-
-int32 TMCString::FindChar(uint16 inChar, int32 startIndex) const {
-  if (startIndex < 0 || static_cast<uint32>(startIndex) > fLength) {
-    return -1;
-  }
-  const char* const text = CStr();
-  int32 index = startIndex;
-  for (uint32 offset = ByteOffset(startIndex); offset < fByteLength; ++index) {
-    const uint32 step = SequenceLengthAt(text, offset);
-    if (!MC_ASSERT_TEXT(step, "Invalid UTF8 string")) {
-      return -1;
-    }
-    if (MCUtf8Decode(text + offset, fByteLength - offset) == inChar) {
-      return index;
-    }
-    offset += step;
-  }
-  return -1;
-}
-
-bool TMCString::Delete(int32 index, int32 count) {
-  if (index < 0 || count < 1 || static_cast<uint32>(index) >= fLength) {
-    return false;
-  }
-  const uint32 removed = std::min(static_cast<uint32>(count), fLength - static_cast<uint32>(index));
-  const uint32 first = ByteOffset(index);
-  const char* const text = CStr();
-  uint32 end = first;
-  uint32 step = 1;
-  for (uint32 i = 0; i < removed && end < fByteLength; ++i) {
-    if (const uint32 length = SequenceLengthAt(text, end)) {
-      step = length;
-    }
-    end += step;
-  }
-  end = std::min(end, fByteLength);
-  fLength -= static_cast<uint32>(static_cast<int32>(static_cast<int16>(removed)));
-  MCMemoryMove(Buffer() + first, Buffer() + end, fByteLength - end);
-  SetByteLength(fByteLength - (end - first));
-  WriteNul();
-  return true;
-}
-
-void TMCString::FromInt(int32 inValue) {
-  char scratch[13];
-  char* const end = scratch + sizeof scratch;
-  char* first = end;
-  uint32 rest = inValue < 0 ? 0U - static_cast<uint32>(inValue) : static_cast<uint32>(inValue);
-  do {
-    *--first = static_cast<char>('0' + rest % 10);
-    rest /= 10;
-  } while (rest);
-  if (inValue < 0) {
-    *--first = '-';
-  }
-  Assign(first, static_cast<MCSize>(end - first));
-}
-
-void TMCString::FromID(MCID id, bool literal) {
-  constexpr MCID kLargestNumber = 0x21212121;
-  if (!literal && id <= kLargestNumber) {
-    FromInt(static_cast<int32>(id));
-    return;
-  }
-  const char text[5] = {static_cast<char>(id >> 24), static_cast<char>(id >> 16), static_cast<char>(id >> 8),
-                        static_cast<char>(id), 0};
-  Assign(text, literal ? 4 : std::strlen(text));
 }
 
 TMCString1023 operator+(const TMCString& inA, const TMCString& inB) {

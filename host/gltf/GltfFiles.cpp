@@ -55,15 +55,6 @@ class PartFile {
 
 }  // namespace
 
-std::string PathText(const fs::path& inPath) {
-  const std::u8string text = inPath.generic_u8string();
-  return {text.begin(), text.end()};
-}
-
-fs::path PathOfText(std::string_view inText) {
-  return fs::path(std::u8string(inText.begin(), inText.end()));
-}
-
 std::vector<uint8> ReadWholeFile(const fs::path& inFile) {
   std::error_code error;
   const fs::file_status status = fs::status(inFile, error);

@@ -3,17 +3,12 @@
 
 #include <filesystem>
 #include <span>
-#include <string>
-#include <string_view>
 #include <vector>
 
+#include "MCFilePath.h"
 #include "MCTypes.h"
 
 namespace qlx::host {
-
-// UTF-8 on every system.
-std::string PathText(const std::filesystem::path& inPath);
-std::filesystem::path PathOfText(std::string_view inText);
 
 // Throws `GltfProblem` with what is wrong (not the name): not there, a folder, not readable.
 std::vector<uint8> ReadWholeFile(const std::filesystem::path& inFile);

@@ -5,6 +5,7 @@
 #include "COMSafeUtilities.h"
 #include "HostRoot.h"
 #include "MCFaults.h"
+#include "MCFilePath.h"
 #include "MCPlatform.h"
 
 namespace qlx::host {
@@ -25,18 +26,13 @@ void Host::LoadPlugin(const std::filesystem::path& inFile) {
   fPlugin.reset();
   auto plugin = std::make_unique<PluginLibrary>(inFile);
   if (const MCResult result = plugin->Start(&GetRoot()); result != MC_S_OK) {
-    const std::u8string file = inFile.u8string();
-    throw UserError(std::string(file.begin(), file.end()),
-                    fmt::format("its start-up failed with 0x{:08X}", static_cast<uint32>(result)));
+    throw UserError(PathText(inFile), fmt::format("its start-up failed with 0x{:08X}", static_cast<uint32>(result)));
   }
   fPlugin = std::move(plugin);
 }
 
 std::filesystem::path Host::FindDefaultPlugin() {
-  const auto toPath = [](const std::string& inText) {
-    return std::filesystem::path(std::u8string(inText.begin(), inText.end()));
-  };
-  return toPath(ProgramFile()).parent_path() / toPath(LibraryFileName("qlx"));
+  return PathOfText(ProgramFile()).parent_path() / PathOfText(LibraryFileName("qlx"));
 }
 
 TMCCountedPtr<PluginModifier> Host::CreateModifier(MCID inClass) {

@@ -7,16 +7,12 @@
 #include "ComponentCall.h"
 #include "HostExtensions.h"
 #include "MCCountedPtr.h"
+#include "MCFilePath.h"
 #include "model/Diagnostics.h"
 
 namespace qlx::host {
 
 namespace {
-
-std::string TextOf(const std::filesystem::path& inPath) {
-  const std::u8string text = inPath.u8string();
-  return {text.begin(), text.end()};
-}
 
 // Runs a call into the library and answers its result, or the code of what came out of it instead.
 template <class Body>
@@ -30,10 +26,10 @@ void CheckFile(const std::filesystem::path& inFile) {
   std::error_code error;
   const auto status = std::filesystem::status(inFile, error);
   if (!std::filesystem::exists(status)) {
-    throw UserError(TextOf(inFile), "no such plug-in library");
+    throw UserError(PathText(inFile), "no such plug-in library");
   }
   if (std::filesystem::is_directory(status)) {
-    throw UserError(TextOf(inFile), "is a folder, not a plug-in library");
+    throw UserError(PathText(inFile), "is a folder, not a plug-in library");
   }
 }
 
@@ -65,7 +61,7 @@ const std::vector<std::string>& PluginLibrary::GetExportNames() {
 
 PluginLibrary::PluginLibrary(const std::filesystem::path& inFile) : fFile(inFile) {
   CheckFile(inFile);
-  const std::string file = TextOf(inFile);
+  const std::string file = PathText(inFile);
   if (!fLibrary.Open(file.c_str())) {
     throw UserError(file, "not a library that can be loaded (" + ReasonOf(fLibrary.GetErrorText(), file) + ")");
   }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "MCFilePath.h"
 #include "model/Diagnostics.h"
 #include "services/Host.h"
 
@@ -19,11 +20,6 @@ std::string ProblemOf(const std::filesystem::path& inFile) {
   return "loaded";
 }
 
-std::string TextOf(const std::filesystem::path& inPath) {
-  const std::u8string text = inPath.u8string();
-  return {text.begin(), text.end()};
-}
-
 TEST(PluginLibrary, LoadsTheBuiltPlugin) {
   const PluginLibrary library(QLX_PLUGIN_FILE);
   EXPECT_TRUE(library.CanUnload());
@@ -34,9 +30,9 @@ TEST(PluginLibrary, ErrorsNameTheFileAndWhatIsWrong) {
   const std::filesystem::path folder = std::filesystem::temp_directory_path();
   const std::filesystem::path text = folder / u8"qlx-no-library-\u00e4.txt";
   std::ofstream(text) << "not a library";
-  EXPECT_EQ(ProblemOf(folder / "qlx-missing.so"), TextOf(folder / "qlx-missing.so") + ": no such plug-in library");
-  EXPECT_EQ(ProblemOf(folder), TextOf(folder) + ": is a folder, not a plug-in library");
-  const std::string start = TextOf(text) + ": not a library that can be loaded (";
+  EXPECT_EQ(ProblemOf(folder / "qlx-missing.so"), PathText(folder / "qlx-missing.so") + ": no such plug-in library");
+  EXPECT_EQ(ProblemOf(folder), PathText(folder) + ": is a folder, not a plug-in library");
+  const std::string start = PathText(text) + ": not a library that can be loaded (";
   EXPECT_EQ(ProblemOf(text).substr(0, start.size()), start);
   EXPECT_EQ(ProblemOf(QLX_NO_PLUGIN_FILE),
             std::string(QLX_NO_PLUGIN_FILE) + ": not a plug-in, it lacks the export MCDllCleanUp");

@@ -1,0 +1,7 @@
+#include "MCPlatformText.h"
+
+namespace qlx {
+
+const PlatformText* gPlatformText = &kSystemText;
+
+}  // namespace qlx

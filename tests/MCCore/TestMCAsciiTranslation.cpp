@@ -1,0 +1,225 @@
+#include "MCAsciiTranslation.h"
+
+#include <gtest/gtest.h>
+
+#include "AssertionGuard.h"
+#include "MCString.h"
+#include "PlatformTextGuard.h"
+#include "TestMemory.h"
+#include "TranslationTable.h"
+
+namespace qlx {
+
+using test::AssertionGuard;
+using test::HostedTable;
+using test::PlatformTextGuard;
+using test::TableImage;
+using test::TestMemory;
+
+namespace {
+
+const char* const kUntranslatable = "Untranslatable character";
+const char* const kMissing = "Missing escape string";
+const char* const kSkipped = "Skipping char in TranslateAscii";
+
+// Outwards: 'a' becomes 'A', 'x' goes, 'e' becomes "<e>", 'n' nothing, 'm' has no text though it should.
+// Inwards: 'A' becomes 'a'.
+TableImage SomeTable() {
+  TableImage image;
+  image.fTables[1]['a'] = 'A';
+  image.fTables[1]['x'] = 0;
+  image.fTables[1]['e'] = image.fTables[1]['n'] = image.fTables[1]['m'] = 0x1B;
+  image.fTables[0]['A'] = 'a';
+  // The first block's last byte, of its own text the end, is the second one's length.
+  image.fBlocks = {4, 'q', 'Q', 0, 8, 'e', '<', 'e', '>', 0, 'n', 0, 0};
+  return image;
+}
+
+}  // namespace
+
+TEST(MCAsciiTranslation, ReadsTransposedTables) {
+  TestMemory memory;
+  TMCAsciiTranslationTable table;
+  const std::vector<uint8> bytes = SomeTable().Bytes();
+  ASSERT_EQ(table.ReadImage(bytes.data(), bytes.size()), MC_S_OK);
+  EXPECT_EQ(table.Translate('a', 1), 'A');
+  EXPECT_EQ(table.Translate('a', 0), 'a');
+  EXPECT_EQ(table.Translate(0x1F, 0), bytes[0xF1]);
+  EXPECT_EQ(table.Translate(0x1F, 0), 0x1F);
+  EXPECT_EQ(table.Translate(0xE2, 1), bytes[256 + 0x2E]);
+}
+
+TEST(MCAsciiTranslation, TheSecondBlockBeginsAtTheLastByteOfTheFirst) {
+  TestMemory memory;
+  TMCAsciiTranslationTable table;
+  const std::vector<uint8> bytes = SomeTable().Bytes();
+  ASSERT_EQ(table.ReadImage(bytes.data(), bytes.size()), MC_S_OK);
+  EXPECT_EQ(memory.GetLiveBlocks(), 2);
+  EXPECT_STREQ(table.GetEscapeString('q', 0), "Q");
+  EXPECT_EQ(table.GetEscapeString('q', 1), nullptr);
+  EXPECT_EQ(table.GetEscapeString(8, 0), nullptr);  // the second's length is no key of the first
+  EXPECT_STREQ(table.GetEscapeString('e', 1), "<e>");
+  EXPECT_STREQ(table.GetEscapeString('n', 1), "");
+  EXPECT_EQ(table.GetEscapeString('m', 1), nullptr);
+}
+
+TEST(MCAsciiTranslation, ImagesThatAreNotWholeAreRefused) {
+  TestMemory memory;
+  const struct {
+    const char* fLabel;
+    std::vector<uint8> fBlocks;
+    MCResult fResult;
+    const char* fText;  // of 'k' in direction 0
+  } kRows[] = {{"no blocks", {}, MC_E_EOF, nullptr},
+               {"an absent block is followed by itself", {0}, MC_S_OK, nullptr},
+               {"the text's end is the second block, which is absent", {3, 'k', 'K', 0}, MC_S_OK, "K"},
+               {"the first block ends early", {3, 'k', 'K'}, MC_E_EOF, nullptr},
+               {"the second block ends early", {4, 'k', 'K', 0, 2, 'z'}, MC_E_EOF, nullptr},
+               {"a text without an end", {3, 'k', 'K', 1, 0}, MC_S_OK, nullptr},
+               {"a key without a text", {1, 'k', 0}, MC_E_EOF, nullptr}};
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.fLabel);
+    TableImage image;
+    image.fBlocks = row.fBlocks;
+    TMCAsciiTranslationTable table;
+    const std::vector<uint8> bytes = image.Bytes();
+    EXPECT_EQ(table.ReadImage(bytes.data(), bytes.size()), row.fResult);
+    EXPECT_STREQ(table.GetEscapeString('k', 0), row.fText);
+  }
+  test::WithEachAllocationRefused(memory, [](int step) {
+    const std::vector<uint8> bytes = SomeTable().Bytes();
+    TMCAsciiTranslationTable table;
+    EXPECT_EQ(table.ReadImage(bytes.data(), bytes.size()), step < 2 ? MC_E_OUTOFMEMORY : MC_S_OK);
+    EXPECT_EQ(table.Translate('a', 1), step < 2 ? 0 : 'A');
+  });
+  EXPECT_EQ(TMCAsciiTranslationTable().ReadImage(nullptr, 0), MC_E_EOF);
+}
+
+TEST(MCAsciiTranslation, TextsAreTranslated) {
+  TestMemory memory;
+  const HostedTable host(SomeTable().Bytes());
+  const struct {
+    const char* fLabel;
+    const char* fText;
+    const char* fFixed;
+    const char* fGrown;
+    std::vector<std::string> fFixedReports;
+    std::vector<std::string> fGrownReports;
+  } kRows[] = {
+      {"byte by byte", "baba", "bAbA", "bAbA", {}, {}},
+      {"untranslatable bytes are dropped",
+       "xax",
+       "A",
+       "A",
+       {kUntranslatable, kUntranslatable},
+       {kUntranslatable, kUntranslatable}},
+      {"a missing text is dropped", "ama", "AA", "AA", {kMissing}, {kMissing}},
+      {"an escape moves the tail", "beb", "b<e>b", "b<e>b", {}, {}},
+      {"one at the end", "be", "b<e>", "b<e>", {}, {}},
+      {"one that grows again and again", "eee", "<e><e><e>", "<e><e><e>", {}, {}},
+      {"what was dropped is room",
+       "xxe",
+       "<e>",
+       "<e>",
+       {kUntranslatable, kUntranslatable},
+       {kUntranslatable, kUntranslatable}},
+      {"some room", "xeb", "<e>b", "<e>b", {kUntranslatable}, {kUntranslatable}},
+      {"a fixed form has no room", "12345678901234e", "12345678901234", "12345678901234<e>", {kSkipped}, {}},
+      {"for the first of two, though for the second",
+       "123456789012ee",
+       "123456789012<e>",
+       "123456789012<e><e>",
+       {kSkipped},
+       {}},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.fLabel);
+    const AssertionGuard guard(row.fFixedReports);
+    TMCString15 text(row.fText);
+    text.TranslateAscii(1);
+    EXPECT_STREQ(text.CStr(), row.fFixed);
+    EXPECT_EQ(text.Length(), std::strlen(row.fFixed));
+    const AssertionGuard second(row.fGrownReports);
+    TMCDynamicString grown(row.fText);
+    grown.TranslateAscii(1);
+    EXPECT_STREQ(grown.CStr(), row.fGrown);
+  }
+}
+
+TEST(MCAsciiTranslation, WithoutATableTheTextStays) {
+  AssertionGuard guard({"asciiTranslationTable"});
+  TMCString15 text("abc");
+  text.TranslateAscii(0);
+  EXPECT_STREQ(text.CStr(), "abc");
+}
+
+TEST(MCAsciiTranslation, AGrowingTextThatFindsNoMemoryIsEmpty) {
+  TestMemory memory;
+  const HostedTable host(SomeTable().Bytes());
+  AssertionGuard guard({kSkipped});
+  TMCDynamicString text("abe");
+  memory.RefuseAfter(0);
+  text.TranslateAscii(1);
+  memory.RefuseNothing();
+  EXPECT_STREQ(text.CStr(), "");
+  EXPECT_EQ(text.Length(), 0U);
+}
+
+TEST(MCAsciiTranslation, ExportsToAnotherTextAndKeepsItsOwn) {
+  TestMemory memory;
+  AssertionGuard guard;
+  const HostedTable host(SomeTable().Bytes());
+  PlatformTextGuard platform;
+  platform.UseWesternCodePage();
+  TMCString15 text("beta");
+  TMCDynamicString target;
+  text.ExportTranslated(target);
+  EXPECT_STREQ(target.CStr(), "b<e>tA");
+  EXPECT_STREQ(text.CStr(), "beta");
+  text.ExportTranslated(text);
+  EXPECT_STREQ(text.CStr(), "b<e>tA");
+  TMCDynamicString longText(std::string(2000, 'a').c_str());
+  longText.ExportTranslated(target);
+  EXPECT_STREQ(target.CStr(), std::string(2000, 'A').c_str());
+  EXPECT_EQ(longText.GetByte(0), 'a');
+  platform.UseUtf8CodePage();
+  text = "beta";
+  text.ExportTranslated(target);
+  EXPECT_STREQ(target.CStr(), "beta");
+}
+
+TEST(MCAsciiTranslation, ImportsTheVariantOfThisSystem) {
+  TestMemory memory;
+  AssertionGuard guard;
+  const HostedTable host(SomeTable().Bytes());
+  PlatformTextGuard platform;
+  const struct {
+    const char* fLabel;
+    const char* fText;
+    const char* fUtf8;     // without translation
+    const char* fWestern;  // with it
+    const char* fBytes;
+  } kRows[] = {{"no variants", "A@WB", "A@WB", "a@WB", "a@WB"},
+               {"ours first", "@WmyA@Mx", "myA", "mya", "mya"},
+               {"ours last", "@Mx@WmyA", "myA", "mya", "mya"},
+               {"ours is not there", "@MxA", "", "", ""},
+               {"empty", "", "", "", ""},
+               {"more characters than one byte", "@W\xC3\xA9@M", "\xC3\xA9", "\xC3\xA9", "\xC3\xA9"}};
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.fLabel);
+    TMCString31 text(row.fText);
+    platform.UseUtf8CodePage();
+    text.ImportTranslated();
+    EXPECT_STREQ(text.CStr(), row.fUtf8);
+    text = row.fText;
+    platform.UseWesternCodePage();
+    text.ImportTranslated();
+    EXPECT_STREQ(text.CStr(), row.fWestern);
+    text = row.fText;
+    platform.UseUtf8CodePage();
+    text.ImportTranslatedBytes();
+    EXPECT_STREQ(text.CStr(), row.fBytes);
+  }
+}
+
+}  // namespace qlx
