@@ -437,4 +437,12 @@ bool Element::Offers(const MCGuid& inID) const {
   return true;
 }
 
+MCResult Element::FindPart(const MCGuid& inID, void** outObject) {
+  // What a climb through parents ends at. The scene keeps it; its root stands for it in the tree.
+  if (inID == AttributesSet::kInterfaceID && fScene != nullptr && &fScene->GetRootElement() == this) {
+    return MCStoreCounted<AttributesSet>(fScene, outObject);
+  }
+  return HostObject::FindPart(inID, outObject);
+}
+
 }  // namespace qlx::host

@@ -141,6 +141,7 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
 
  protected:
   bool Offers(const MCGuid& inID) const override;
+  MCResult FindPart(const MCGuid& inID, void** outObject) override;
 
  private:
   friend class Scene;
