@@ -42,6 +42,18 @@ endfunction()
 
 # Tests are many and each case is short: their own code is optimised little, which halves the time to compile it.
 set(qlx_test_speed $<$<CONFIG:Release>:-O1>)
+if(QLX_SANITIZE)
+  set(qlx_test_speed -O0)
+endif()
+
+# qlx_precompile(NAME header...) - compiles large headers of other projects once for all sources of a target. The presets
+# that only check turn it on; `release` stays without, so that a source that forgets an include is noticed.
+option(QLX_PRECOMPILE "Compile the large headers of other projects once" OFF)
+function(qlx_precompile name)
+  if(QLX_PRECOMPILE)
+    target_precompile_headers(${name} PRIVATE ${ARGN})
+  endif()
+endfunction()
 
 # qlx_tests(NAME FOLDER dir [DEPENDS target...]) - one test program a layer, each case a ctest test.
 function(qlx_tests name)
@@ -54,5 +66,6 @@ function(qlx_tests name)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} qlx_test_support GTest::gtest mccore_program)
   target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
   target_compile_options(${name} PRIVATE ${qlx_test_speed})
+  qlx_precompile(${name} <gtest/gtest.h>)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
 endfunction()
