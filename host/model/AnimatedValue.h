@@ -1,6 +1,7 @@
 // Values behind parameters and time lines: what a parameter reads and writes, wherever the value lives.
 #pragma once
 
+#include <array>
 #include <functional>
 
 #include "Curve.h"
@@ -25,18 +26,33 @@ class ValueAccess {
   virtual AnimatedValue* AsAnimated() { return nullptr; }
 };
 
-// One animatable number ('qfix').
+// The numbers that a value is made of: four of a colour ('colo'), one of a truth value ('bool', 0 or 1), one of a
+// number ('qfix'). Those past the width of the type are 0.
+inline constexpr std::size_t kMostNumbers = 4;
+using ValueNumbers = std::array<real32, kMostNumbers>;
+
+uint32 WidthOfType(MCID inType);
+// Between numbers and the bytes of the type. A truth value is true from a half on.
+ValueNumbers SplitValue(MCID inType, const void* inValue);
+void JoinValue(MCID inType, const ValueNumbers& inNumbers, void* outValue);
+bool IsFiniteValue(MCID inType, const ValueNumbers& inNumbers);
+
+// A value of one of these types that can have keys. Each of its numbers has a curve; the curves have their keys at the
+// same times, and with the same serials, as every edit goes through all of them.
 class AnimatedValue : public ValueAccess {
  public:
-  MCID GetType() const override { return "qfix"_id; }
   AnimatedValue* AsAnimated() override { return this; }
+  uint32 GetWidth() const { return WidthOfType(GetType()); }
 
-  // From the curve, or the base value where there are no keys. False when it is dead.
-  virtual bool SampleAt(int32 inTime, real32& outValue) const = 0;
+  // From the curves, or the base value where there are no keys. False when it is dead.
+  virtual bool SampleAt(int32 inTime, void* outValue) const = 0;
   // Null when it is dead or was never animated.
-  virtual const Curve* GetCurve() const = 0;
-  // False, with nothing done, when it is dead.
-  virtual bool EditCurve(const std::function<void(Curve&)>& inEdit) = 0;
+  virtual const Curve* GetCurve(uint32 inNumber) const = 0;
+  // Runs the edit on the curve of each number, in order. False, with nothing done, when it is dead.
+  virtual bool EditCurves(const std::function<void(Curve&, uint32)>& inEdit) = 0;
+
+  // True while it is alive and has keys.
+  bool HasKeys() const;
 };
 
 }  // namespace qlx::host

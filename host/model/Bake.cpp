@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <unordered_map>
 
 #include "MCFrameTime.h"
@@ -75,6 +76,7 @@ class Baker {
       baked.fFrames.push_back(baked.fElement->GetEvaluated());
       baked.fBefore.push_back(baked.fElement->GetUnmodified());
     }
+    AddValues(inFrame);
   }
 
   BakeResult Finish() {
@@ -85,6 +87,13 @@ class Baker {
     }
     std::ranges::sort(fResult.fElements, {},
                       [&places](const BakedElement& baked) { return places.at(baked.fElement); });
+    std::unordered_map<const ValueSet*, std::size_t> sets;
+    for (const auto& values : fScene.GetValueSets()) {
+      sets.emplace(values.get(), sets.size());
+    }
+    std::ranges::sort(fResult.fValues, {}, [&sets](const BakedValue& baked) {
+      return std::pair(sets.at(baked.fValues.get()), baked.fIndex);
+    });
     return std::move(fResult);
   }
 
@@ -92,12 +101,54 @@ class Baker {
   void Check(const Element& inElement, std::size_t inFrame) const {
     for (const ChannelInfo& info : kChannels) {
       if (!std::isfinite(inElement.GetValue(info.fChannel))) {
-        const int64 frame = int64{fResult.fRange.fFirst} + static_cast<int64>(inFrame);
-        throw UserError(
-            "element \"" + inElement.GetNameText() + "\", " + info.fName + ", frame " + std::to_string(frame),
-            "the value is not a finite number");
+        ThrowNotFinite("element \"" + inElement.GetNameText() + "\", " + info.fName, inFrame);
       }
     }
+  }
+
+  void AddValues(std::size_t inFrame) {
+    for (const ValueSet* const values : fScene.GetAnimatedValues()) {
+      Check(*values, inFrame);
+    }
+    for (ValueSet* const values : fScene.GetTouchedValues()) {
+      for (std::size_t i = 0; i < values->GetCount(); ++i) {
+        if (values->IsModified(i)) {
+          FindValue(*values, i, inFrame);
+        }
+      }
+    }
+    for (BakedValue& baked : fResult.fValues) {
+      baked.fFrames.push_back(baked.fValues->GetEvaluated(baked.fIndex));
+      baked.fBefore.push_back(baked.fValues->GetUnmodified(baked.fIndex));
+    }
+  }
+
+  // A write that is not finite is refused, but a curve may run past the largest number.
+  void Check(const ValueSet& inValues, std::size_t inFrame) const {
+    for (std::size_t i = 0; i < inValues.GetCount(); ++i) {
+      const ValueInfo& info = inValues.GetInfo(i);
+      if (!IsFiniteValue(info.fType, inValues.GetEvaluated(i))) {
+        ThrowNotFinite(inValues.GetLabel() + ", " + info.fName, inFrame);
+      }
+    }
+  }
+
+  void FindValue(ValueSet& inValues, std::size_t inIndex, std::size_t inFrame) {
+    const auto [place, isNew] = fValuePlaces.try_emplace({&inValues, inIndex}, fResult.fValues.size());
+    if (isNew) {
+      BakedValue& baked = fResult.fValues.emplace_back();
+      baked.fValues = inValues.shared_from_this();
+      baked.fIndex = inIndex;
+      for (std::size_t frame = 0; frame < inFrame; ++frame) {
+        baked.fBefore.push_back(inValues.SampleAt(inIndex, fResult.fTimes[frame]));
+      }
+      baked.fFrames = baked.fBefore;
+    }
+  }
+
+  [[noreturn]] void ThrowNotFinite(const std::string& inWhat, std::size_t inFrame) const {
+    const int64 frame = int64{fResult.fRange.fFirst} + static_cast<int64>(inFrame);
+    throw UserError(inWhat + ", frame " + std::to_string(frame), "the value is not a finite number");
   }
 
   BakedElement& Find(Element& inElement, std::size_t inFrame) {
@@ -118,6 +169,7 @@ class Baker {
   Scene& fScene;
   BakeResult fResult;
   std::unordered_map<const Element*, std::size_t> fPlaces;
+  std::map<std::pair<const ValueSet*, std::size_t>, std::size_t> fValuePlaces;
 };
 
 }  // namespace

@@ -121,6 +121,12 @@ bool Curve::SelectKey(int32 inTime, bool inSelected) {
   return true;
 }
 
+void Curve::MakeSteps() {
+  for (CurveKey& key : fKeys) {
+    key.fInterpolation = Interpolation::kStep;
+  }
+}
+
 const CurveKey* Curve::FindSerial(uint32 inSerial) const {
   std::size_t hint = 0;
   return FindSerial(inSerial, hint);

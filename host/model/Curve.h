@@ -44,6 +44,8 @@ class Curve {
   bool MoveKey(uint32 inSerial, int32 inTime, std::size_t& ioHint);
   bool SelectKey(int32 inTime, bool inSelected);
   void Clear() { fKeys.clear(); }
+  // Lets every key hold its value up to the next one.
+  void MakeSteps();
   void Reserve(std::size_t inCount) { fKeys.reserve(inCount); }
 
   // Null for a key that is gone. `ioHint` is the index at which the key was last; any value is safe.

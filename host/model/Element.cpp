@@ -386,6 +386,23 @@ void Element::ForEachTimeLine(IForEachTimeLineCallback* inCallback) {
   fTimeLines->Visit(*inCallback);
 }
 
+void Element::AttachValues(AttachedValues inAttached) {
+  if (fAttached == nullptr) {
+    fAttached = std::make_unique<std::vector<AttachedValues>>();
+  }
+  fAttached->push_back(std::move(inAttached));
+  fParameters = nullptr;
+  fTimeLines = nullptr;
+  if (fScene != nullptr) {
+    fScene->StructureChanged();
+  }
+}
+
+const std::vector<AttachedValues>& Element::GetAttachedValues() const {
+  static const std::vector<AttachedValues> kNone;
+  return fAttached == nullptr ? kNone : *fAttached;
+}
+
 // What it shows
 
 void Element::SetShownObject(SceneObject* inObject) {

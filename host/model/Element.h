@@ -25,6 +25,13 @@ class ParameterGroup;
 class Scene;
 class SceneObject;
 class Shader;
+class ValueSet;
+
+struct AttachedValues {
+  MCID fID = 0;       // of the group: "came"
+  std::string fName;  // "Camera"
+  std::shared_ptr<ValueSet> fValues;
+};
 
 // The scene holds its elements; an element that was taken out of its scene answers null for it and does nothing else.
 // Values are kept three times: the base values (what a person set), the curves of animated channels, and the evaluated
@@ -94,6 +101,11 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   void AddModifier(Modifier& inModifier, std::size_t inIndex);
   void RemoveModifier(std::size_t inIndex);
   void RemoveAllModifiers();
+
+  // Values that the element has beside its transform, each set as a group of parameters: of its camera, its light, a
+  // user's own. To be attached as a scene is built. Elements may share a set.
+  void AttachValues(AttachedValues inAttached);
+  const std::vector<AttachedValues>& GetAttachedValues() const;
 
   // What the element shows.
   void SetShownObject(SceneObject* inObject);
@@ -202,6 +214,7 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   std::size_t fIndexInParent = 0;
   std::vector<TMCCountedPtr<Element>> fChildren;
   TMCCountedPtr<SceneObject> fObject;
+  std::unique_ptr<std::vector<AttachedValues>> fAttached;  // few elements have any
   Figure* fFigure = nullptr;
   Figure* fMemberOf = nullptr;
   std::unique_ptr<ElementParameters> fParameters;  // both are made on first use

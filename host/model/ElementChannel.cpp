@@ -28,24 +28,25 @@ bool ElementChannel::Write(const void* inValue) {
   return element != nullptr && element->SetValue(fChannel, value);
 }
 
-bool ElementChannel::SampleAt(int32 inTime, real32& outValue) const {
+bool ElementChannel::SampleAt(int32 inTime, void* outValue) const {
   const Element* const element = Find();
   if (element == nullptr) {
     return false;
   }
-  outValue = element->SampleAt(inTime)[fChannel];
+  const real32 value = element->SampleAt(inTime)[fChannel];
+  std::memcpy(outValue, &value, sizeof(value));
   return true;
 }
 
-const Curve* ElementChannel::GetCurve() const {
+const Curve* ElementChannel::GetCurve(uint32 /*inNumber*/) const {
   const Element* const element = Find();
   return element == nullptr ? nullptr : element->GetCurve(fChannel);
 }
 
-bool ElementChannel::EditCurve(const std::function<void(Curve&)>& inEdit) {
+bool ElementChannel::EditCurves(const std::function<void(Curve&, uint32)>& inEdit) {
   Element* const element = Find();
   if (element != nullptr) {
-    element->EditCurve(fChannel, inEdit);
+    element->EditCurve(fChannel, [&inEdit](Curve& curve) { inEdit(curve, 0); });
   }
   return element != nullptr;
 }

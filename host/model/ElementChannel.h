@@ -21,11 +21,12 @@ class ElementChannel final : public AnimatedValue {
   ElementChannel(std::shared_ptr<const ElementLink> inLink, Channel inChannel)
       : fLink(std::move(inLink)), fChannel(inChannel) {}
 
+  MCID GetType() const override { return "qfix"_id; }
   bool Read(void* outValue) const override;
   bool Write(const void* inValue) override;
-  bool SampleAt(int32 inTime, real32& outValue) const override;
-  const Curve* GetCurve() const override;
-  bool EditCurve(const std::function<void(Curve&)>& inEdit) override;
+  bool SampleAt(int32 inTime, void* outValue) const override;
+  const Curve* GetCurve(uint32 inNumber) const override;
+  bool EditCurves(const std::function<void(Curve&, uint32)>& inEdit) override;
 
  private:
   // Null when the element is gone, or in no scene.

@@ -7,6 +7,7 @@
 
 #include "Element.h"
 #include "HostParameters.h"
+#include "ValueParameters.h"
 
 namespace qlx::host {
 
@@ -44,6 +45,10 @@ std::string TextOfValue(const ValueAccess& inValue) {
     case "re64"_id:
     case "sr64"_id:
       return as(real64{});
+    case "colo"_id: {
+      const ValueNumbers colour = SplitValue("colo"_id, bytes);
+      return fmt::format("{} {} {} {}", colour[0], colour[1], colour[2], colour[3]);
+    }
     default:
       return {};
   }
@@ -51,8 +56,7 @@ std::string TextOfValue(const ValueAccess& inValue) {
 
 bool IsAnimated(ValueAccess& inValue) {
   const AnimatedValue* const animated = inValue.AsAnimated();
-  const Curve* const curve = animated == nullptr ? nullptr : animated->GetCurve();
-  return curve != nullptr && !curve->IsEmpty();
+  return animated != nullptr && animated->HasKeys();
 }
 
 void VisitGroup(const ParameterGroup& inGroup, const std::string& inPath,
@@ -85,6 +89,10 @@ ElementParameters::ElementParameters(Element& inElement)
   add(transform.AddGroup("ROTA"_id, "Rotation"), {Channel::kRotationX, Channel::kRotationY, Channel::kRotationZ});
   add(transform, {Channel::kUniformScale});
   add(transform.AddGroup("XYZ "_id, "Scale by axis"), {Channel::kScaleX, Channel::kScaleY, Channel::kScaleZ});
+  for (const AttachedValues& attached : inElement.GetAttachedValues()) {
+    AddParameters(fRoot->AddGroup(attached.fID, attached.fName.c_str()), attached.fValues, 0,
+                  attached.fValues->GetCount());
+  }
 }
 
 ElementParameters::~ElementParameters() {

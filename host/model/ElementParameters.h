@@ -1,4 +1,5 @@
-// The parameters of an element: its transform, as a tree of groups.
+// The parameters of an element: its transform, as a tree of groups, and behind it a group for each set of values that
+// is attached to it.
 //
 //   amet                      what an element has
 //     TRAN                    its transform

@@ -1,17 +1,30 @@
 #include "Parameter.h"
 
-#include <cmath>
 #include <cstring>
 
 #include "ParamHolder.h"
 
 namespace qlx::host {
 
+namespace {
+
+// Custom values have names of any length. Not by `new`: a text of the foundation then stands in its memory service, and
+// a parameter may outlive that.
+std::shared_ptr<const TMCString> MakeName(const char* inName) {
+  auto name = std::make_shared<const TMCString63>(inName);
+  if (std::strlen(inName) == name->ByteLength()) {
+    return name;
+  }
+  return std::make_shared<const TMCString1023>(inName);
+}
+
+}  // namespace
+
 Parameter::Parameter(MCID inID, const char* inName, std::unique_ptr<ValueAccess> inValue)
-    : fID(inID), fName(inName), fValue(std::move(inValue)) {}
+    : fID(inID), fName(MakeName(inName)), fValue(std::move(inValue)) {}
 
 Parameter::Parameter(MCID inID, const char* inName, TMCCountedPtr<ParameterGroup> inGroup)
-    : fID(inID), fName(inName), fGroup(std::move(inGroup)) {}
+    : fID(inID), fName(MakeName(inName)), fGroup(std::move(inGroup)) {}
 
 Parameter::~Parameter() = default;
 
@@ -55,19 +68,13 @@ MCResult Parameter::ReadValueAtTime(int32 inTime, ParamHolder& outValue) {
   if (animated == nullptr || !Fits(outValue, animated->GetType())) {
     return MC_E_INVALIDARG;
   }
-  real32 value = 0;
-  if (!animated->SampleAt(inTime, value)) {
-    return MC_E_NOTVALID;
-  }
-  std::memcpy(outValue.GetData(), &value, sizeof(value));
-  return MC_S_OK;
+  return animated->SampleAt(inTime, outValue.GetData()) ? MC_S_OK : MC_E_NOTVALID;
 }
 
 void Parameter::DeleteKey(int32 inTime) {
   AnimatedValue* const animated = GetAnimated();
-  const Curve* const curve = animated == nullptr ? nullptr : animated->GetCurve();
-  if (curve != nullptr && !curve->IsEmpty()) {
-    animated->EditCurve([&](Curve& edited) { edited.DeleteKeyAt(inTime); });
+  if (animated != nullptr && animated->HasKeys()) {
+    animated->EditCurves([&](Curve& edited, uint32 /*number*/) { edited.DeleteKeyAt(inTime); });
   }
 }
 
@@ -76,13 +83,13 @@ MCResult Parameter::SetKey(int32 inTime, const ParamHolder& inValue) {
   if (animated == nullptr || !Fits(inValue, animated->GetType())) {
     return MC_E_INVALIDARG;
   }
-  real32 value = 0;
-  std::memcpy(&value, inValue.GetData(), sizeof(value));
-  if (!std::isfinite(value)) {
+  const ValueNumbers numbers = SplitValue(animated->GetType(), inValue.GetData());
+  if (!IsFiniteValue(animated->GetType(), numbers)) {
     return MC_E_INVALIDARG;
   }
-  const bool isSet = animated->EditCurve(
-      [&](Curve& curve) { curve.SetKey({.fTime = inTime, .fValue = value, .fInterpolation = Interpolation::kStep}); });
+  const bool isSet = animated->EditCurves([&](Curve& curve, uint32 number) {
+    curve.SetKey({.fTime = inTime, .fValue = numbers[number], .fInterpolation = Interpolation::kStep});
+  });
   return isSet ? MC_S_OK : MC_E_NOTVALID;
 }
 

@@ -29,7 +29,7 @@ class Parameter final : public HostObject<ParamInfo, IKeyframeHolder> {
   // ParamInfo
   MCID MC_CALL GetDataType() override { return fValue ? fValue->GetType() : 0; }
   MCID MC_CALL GetParamID() override { return fID; }
-  const TMCString& MC_CALL GetParamName() override { return fName; }
+  const TMCString& MC_CALL GetParamName() override { return *fName; }
   bool MC_CALL IsGroup() override { return static_cast<bool>(fGroup); }
   TimeBasedData* MC_CALL GetGroupData() override;
   void MC_CALL GetHolder(TimeBasedData** outHolder) override;
@@ -53,7 +53,7 @@ class Parameter final : public HostObject<ParamInfo, IKeyframeHolder> {
   AnimatedValue* GetAnimated() const { return fValue ? fValue->AsAnimated() : nullptr; }
 
   MCID fID;
-  TMCString63 fName;
+  std::shared_ptr<const TMCString> fName;  // few are long
   std::unique_ptr<ValueAccess> fValue;
   TMCCountedPtr<ParameterGroup> fGroup;
   ParameterGroup* fHolder = nullptr;

@@ -84,6 +84,12 @@ void Scene::Close() {
   fFigures.clear();
   fSelection.clear();
   fTouched.clear();
+  fAnimatedValues.clear();
+  fTouchedValues.clear();
+  for (const auto& values : fValueSets) {
+    values->fScene = nullptr;
+  }
+  fValueSets.clear();
   for (const auto& element : held) {
     element->LeaveScene();
   }
@@ -205,6 +211,11 @@ Figure& Scene::AddFigure(std::string_view inName, Element& inRoot, std::vector<E
   return figure;
 }
 
+std::shared_ptr<ValueSet> Scene::AddValues(std::string inLabel) {
+  fValueSets.push_back(std::make_shared<ValueSet>(*this, std::move(inLabel)));
+  return fValueSets.back();
+}
+
 // Time
 
 void Scene::SetFrameRate(real32 inRate) {
@@ -249,6 +260,12 @@ void Scene::RefreshWorkLists() {
   }
   fAnimated.clear();
   fModified.clear();
+  fAnimatedValues.clear();
+  for (const auto& values : fValueSets) {
+    if (values->IsAnimated()) {
+      fAnimatedValues.push_back(values.get());
+    }
+  }
   for (Element* const element : GetTreeOrder()) {
     if (element->IsAnimated()) {
       fAnimated.push_back(element);
@@ -260,7 +277,7 @@ void Scene::RefreshWorkLists() {
   fWorkListsValid = true;
 }
 
-// Elements without curves have their base values already, unless the last evaluation wrote them.
+// What has no curves has its base values already, unless the last evaluation wrote them.
 void Scene::TakeValues(int32 inTime) {
   for (Element* const element : fTouched) {
     element->fIsTouched = false;
@@ -271,6 +288,14 @@ void Scene::TakeValues(int32 inTime) {
   fTouched.clear();
   for (Element* const element : fAnimated) {
     element->BeginEvaluation(inTime);
+  }
+  for (ValueSet* const values : fTouchedValues) {
+    values->fIsTouched = false;
+    values->BeginEvaluation(inTime);
+  }
+  fTouchedValues.clear();
+  for (ValueSet* const values : fAnimatedValues) {
+    values->BeginEvaluation(inTime);
   }
 }
 
@@ -288,6 +313,13 @@ void Scene::Touch(Element& inElement) {
   if (fEvaluating && !inElement.fIsTouched) {
     inElement.fIsTouched = true;
     fTouched.push_back(&inElement);
+  }
+}
+
+void Scene::Touch(ValueSet& inValues) {
+  if (fEvaluating && !inValues.fIsTouched) {
+    inValues.fIsTouched = true;
+    fTouchedValues.push_back(&inValues);
   }
 }
 

@@ -10,6 +10,7 @@
 #include "Element.h"
 #include "HostObject.h"
 #include "SceneObjects.h"
+#include "ValueSet.h"
 
 namespace qlx::host {
 
@@ -43,9 +44,12 @@ class Scene final : public HostObject<I3DShScene, AttributesSet> {
   SceneObject& AddObject(std::string_view inName);
   Shader& AddShader(std::string_view inName);
   Figure& AddFigure(std::string_view inName, Element& inRoot, std::vector<Element*> inMembers);
+  // Values of something that is no element; the label says of what, for messages. They end with the scene.
+  std::shared_ptr<ValueSet> AddValues(std::string inLabel);
   const std::vector<TMCCountedPtr<SceneObject>>& GetObjects() const { return fObjects; }
   const std::vector<TMCCountedPtr<Shader>>& GetShaders() const { return fShaders; }
   const std::vector<std::unique_ptr<Figure>>& GetFigures() const { return fFigures; }
+  const std::vector<std::shared_ptr<ValueSet>>& GetValueSets() const { return fValueSets; }
 
   // Time. A rate that is not valid throws `UserError`; so does a range that ends before it starts.
   void SetFrameRate(real32 inRate);
@@ -63,6 +67,11 @@ class Scene final : public HostObject<I3DShScene, AttributesSet> {
   const std::vector<Element*>& GetTouched() const { return fTouched; }
   // Marks, during an evaluation; does nothing outside of one.
   void Touch(Element& inElement);
+  // The same of sets of values.
+  const std::vector<ValueSet*>& GetTouchedValues() const { return fTouchedValues; }
+  void Touch(ValueSet& inValues);
+  // Those with curves, as of the last evaluation.
+  const std::vector<ValueSet*>& GetAnimatedValues() const { return fAnimatedValues; }
 
   // Selection, in order.
   void Select(std::vector<Element*> inElements) { fSelection = std::move(inElements); }
@@ -91,6 +100,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet> {
 
  private:
   friend class Element;
+  friend class ValueSet;
   class TimeRange;
   class Master;
 
@@ -112,6 +122,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet> {
   std::vector<TMCCountedPtr<SceneObject>> fObjects;
   std::vector<TMCCountedPtr<Shader>> fShaders;
   std::vector<std::unique_ptr<Figure>> fFigures;
+  std::vector<std::shared_ptr<ValueSet>> fValueSets;
   real32 fFrameRate = 24.0f;
   int32 fStart = 0;
   int32 fEnd = 0;
@@ -122,6 +133,8 @@ class Scene final : public HostObject<I3DShScene, AttributesSet> {
   std::vector<Element*> fAnimated;  // elements with curves, and with modifiers, in tree order
   std::vector<Element*> fModified;
   std::vector<Element*> fTouched;
+  std::vector<ValueSet*> fAnimatedValues;  // with curves
+  std::vector<ValueSet*> fTouchedValues;
   std::vector<Element*> fSelection;
   mutable TMatrix33 fDecomposedAxes;  // see `DecomposeGlobal`
   mutable TreeTransform fDecomposed;

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "ParameterIDs.h"
 #include "Scene.h"
+#include "ValueParameters.h"
 
 namespace qlx::host {
 
@@ -23,7 +25,25 @@ Element* ElementList::Get(Scene* inScene, uint32 inIndex, Test inTest, const voi
   return inIndex < fElements.size() ? fElements[inIndex] : nullptr;
 }
 
-Shader::Shader(Scene& inScene, std::string_view inName) : fScene(&inScene), fName(inName.data(), inName.size()) {}
+namespace {
+
+// One walk over the time lines of something that may go meanwhile.
+template <class Owner>
+void VisitTimeLines(Owner& inOwner, ValueAttributes& inAttributes, IForEachTimeLineCallback* inCallback) {
+  if (inCallback != nullptr) {
+    const TMCCountedPtr<Owner> keep = MCShare(&inOwner);
+    inAttributes.GetTimeLines().Visit(*inCallback);
+  }
+}
+
+}  // namespace
+
+Shader::Shader(Scene& inScene, std::string_view inName)
+    : fScene(&inScene),
+      fName(inName.data(), inName.size()),
+      fValues(inScene.AddValues("shader \"" + std::string(inName) + "\"")) {}
+
+Shader::~Shader() = default;
 
 I3DShScene* Shader::GetScene() {
   return fScene;
@@ -37,28 +57,51 @@ TreeElement* Shader::GetUser(uint32 inIndex) {
   return fUsers.Get(fScene, inIndex, uses, this);
 }
 
+ValueAttributes& Shader::GetAttributes() {
+  if (fAttributes == nullptr) {
+    fAttributes = std::make_unique<ValueAttributes>(static_cast<I3DShShader*>(this));
+    AddParameters(fAttributes->GetRoot(), fValues, 0, fValues->GetCount());
+    AddTimeLines(fAttributes->GetTimeLines(), fValues);
+  }
+  return *fAttributes;
+}
+
+TimeBasedData* Shader::GetTimeBasedData() {
+  return &GetAttributes().GetRoot();
+}
+
+void Shader::ForEachTimeLine(IForEachTimeLineCallback* inCallback) {
+  VisitTimeLines(*this, GetAttributes(), inCallback);
+}
+
+// The parameters are those of the object's own groups.
 class MorphData final : public HostObject<I3DShMorphData, I3DShMorphTarget> {
  public:
-  explicit MorphData(const std::vector<MorphGroup>& inGroups) {
-    for (const MorphGroup& group : inGroups) {
-      fNames.emplace_back(group.fName.c_str());
-      fCounts.push_back(static_cast<uint32>(group.fMorphs.size()));
+  explicit MorphData(const ParameterGroup& inGroups) {
+    for (const auto& group : inGroups.GetParameters()) {
+      fGroups.push_back(group);
     }
   }
 
-  uint32 MC_CALL GetGroupCount() override { return static_cast<uint32>(fNames.size()); }
+  uint32 MC_CALL GetGroupCount() override { return static_cast<uint32>(fGroups.size()); }
   const TMCString* MC_CALL GetGroupName(uint32 inGroup) override {
-    return inGroup < fNames.size() ? &fNames[inGroup] : nullptr;
+    return inGroup < fGroups.size() ? &fGroups[inGroup]->GetParamName() : nullptr;
   }
-  uint32 MC_CALL GetMorphCount(uint32 inGroup) override { return inGroup < fCounts.size() ? fCounts[inGroup] : 0; }
-  void MC_CALL GetMorph(IMCUnknown** outMorph, uint32 /*inGroup*/, uint32 /*inMorph*/) override {
-    StoreForCaller<IMCUnknown>(outMorph, nullptr);
+  uint32 MC_CALL GetMorphCount(uint32 inGroup) override {
+    return inGroup < fGroups.size() ? fGroups[inGroup]->GetGroup()->GetParamCount() : 0;
   }
+  void MC_CALL GetMorph(IMCUnknown** outMorph, uint32 inGroup, uint32 inMorph) override {
+    ParamInfo* morph = nullptr;
+    if (inMorph < GetMorphCount(inGroup)) {
+      morph = fGroups[inGroup]->GetGroup()->GetParameters()[inMorph].Get();
+    }
+    StoreForCaller<IMCUnknown>(outMorph, morph);
+  }
+  // Weights are current at all times: nothing hangs on the notice.
   void MC_CALL MorphChanged() override {}
 
  private:
-  std::vector<TMCString255> fNames;
-  std::vector<uint32> fCounts;
+  std::vector<TMCCountedPtr<Parameter>> fGroups;
 };
 
 SceneObject::SceneObject(Scene& inScene, std::string_view inName)
@@ -66,9 +109,45 @@ SceneObject::SceneObject(Scene& inScene, std::string_view inName)
 
 SceneObject::~SceneObject() = default;
 
-void SceneObject::AddMorphGroup(MorphGroup inGroup) {
-  fMorphGroups.push_back(std::move(inGroup));
+void SceneObject::AddMorphGroup(std::string inName, std::vector<std::string> inMorphs,
+                                const std::vector<real32>& inWeights) {
+  if (fScene == nullptr) {
+    return;
+  }
+  if (!fValues) {
+    fValues = fScene->AddValues("object \"" + std::string(fName.CStr()) + "\"");
+  }
+  const std::size_t first = fValues->GetCount();
+  ParameterIDs ids;
+  for (std::size_t i = 0; i < inMorphs.size(); ++i) {
+    fValues->Add({ids.Make(inMorphs[i]), inMorphs[i]}, {i < inWeights.size() ? inWeights[i] : 0});
+  }
+  fMorphGroups.push_back({std::move(inName), std::move(inMorphs), first});
   fMorphData = nullptr;
+  fAttributes = nullptr;
+}
+
+ValueAttributes& SceneObject::GetAttributes() {
+  if (fAttributes == nullptr) {
+    fAttributes = std::make_unique<ValueAttributes>(static_cast<I3DShObject*>(this));
+    ParameterIDs ids;
+    for (const MorphGroup& morphs : fMorphGroups) {
+      ParameterGroup& group = fAttributes->GetRoot().AddGroup(ids.Make(morphs.fName), morphs.fName.c_str());
+      AddParameters(group, fValues, morphs.fFirst, morphs.fMorphs.size());
+    }
+    if (fValues) {
+      AddTimeLines(fAttributes->GetTimeLines(), fValues);
+    }
+  }
+  return *fAttributes;
+}
+
+TimeBasedData* SceneObject::GetTimeBasedData() {
+  return &GetAttributes().GetRoot();
+}
+
+void SceneObject::ForEachTimeLine(IForEachTimeLineCallback* inCallback) {
+  VisitTimeLines(*this, GetAttributes(), inCallback);
 }
 
 I3DShScene* SceneObject::GetScene() {
@@ -84,7 +163,7 @@ void SceneObject::SetShaders(std::vector<Shader*> inShaders) {
 
 void SceneObject::GetObjectData(IMCUnknown** outData) {
   if (!fMorphGroups.empty() && !fMorphData) {
-    fMorphData = MakeHosted<MorphData>(fMorphGroups);
+    fMorphData = MakeHosted<MorphData>(GetAttributes().GetRoot());
   }
   StoreForCaller<IMCUnknown>(outData, static_cast<I3DShMorphData*>(fMorphData.Get()));
 }

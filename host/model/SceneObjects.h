@@ -1,10 +1,12 @@
 // What elements show: objects (geometry with morphs), shaders (materials), figures (skins with joints).
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "HostObject.h"
+#include "HostParameters.h"
 #include "HostScene.h"
 #include "MCString.h"
 
@@ -12,6 +14,8 @@ namespace qlx::host {
 
 class Element;
 class Scene;
+class ValueAttributes;
+class ValueSet;
 
 // The elements that something is true of, in tree order, kept until the scene changes.
 class ElementList {
@@ -25,51 +29,76 @@ class ElementList {
   std::vector<Element*> fElements;
 };
 
-// Shaders and objects outlive their scene where a component holds one: they then answer null for it.
-class Shader final : public HostObject<I3DShShader> {
+// Shaders and objects outlive their scene where a component holds one: they then answer null for it, and their values
+// can no longer be read.
+class Shader final : public HostObject<I3DShShader, I3DShAttributes, I3DShAnimated, ITimeLineOwner> {
  public:
   Shader(Scene& inScene, std::string_view inName);
+  ~Shader() override;
+  // The values of the surface, to be filled as a scene is built.
+  const std::shared_ptr<ValueSet>& GetValues() const { return fValues; }
+
   I3DShScene* MC_CALL GetScene() override;
   const TMCString& MC_CALL GetName() override { return fName; }
   TreeElement* MC_CALL GetUser(uint32 inIndex) override;
+  TimeBasedData* MC_CALL GetTimeBasedData() override;
+  ITimeLineOwner* MC_CALL GetTimeLineOwner() override { return this; }
+  void MC_CALL ForEachTimeLine(IForEachTimeLineCallback* inCallback) override;
 
  private:
   friend class Scene;
+  ValueAttributes& GetAttributes();
+
   Scene* fScene;
   TMCString255 fName;
   ElementList fUsers;
+  std::shared_ptr<ValueSet> fValues;
+  std::unique_ptr<ValueAttributes> fAttributes;  // made on first use
 };
 
-// The morphs of an object, in one group a primitive set. They have names only: the weights, and what animates them,
-// stay in the file, so no morph is given out as a parameter.
+// The morphs of an object: its weights stand in the object's values, from `fFirst` on.
 struct MorphGroup {
   std::string fName;
   std::vector<std::string> fMorphs;
+  std::size_t fFirst = 0;
 };
 
 class MorphData;
 
-class SceneObject final : public HostObject<I3DShObject> {
+// Two elements whose morphs have weights of their own show two objects.
+class SceneObject final : public HostObject<I3DShObject, I3DShAttributes, I3DShAnimated, ITimeLineOwner> {
  public:
   SceneObject(Scene& inScene, std::string_view inName);
   ~SceneObject() override;
   void SetShaders(std::vector<Shader*> inShaders);
   const std::vector<Shader*>& GetShaders() const { return fShaders; }
-  void AddMorphGroup(MorphGroup inGroup);
+  // With a weight for each of the morphs; those that are missing are 0.
+  void AddMorphGroup(std::string inName, std::vector<std::string> inMorphs, const std::vector<real32>& inWeights);
   const std::vector<MorphGroup>& GetMorphGroups() const { return fMorphGroups; }
+  // The weights of all morphs; null without any.
+  const std::shared_ptr<ValueSet>& GetValues() const { return fValues; }
 
   I3DShScene* MC_CALL GetScene() override;
   const TMCString& MC_CALL GetName() override { return fName; }
   void MC_CALL GetObjectData(IMCUnknown** outData) override;
   TreeElement* MC_CALL GetInstance(uint32 inIndex) override;
+  // A group of parameters for each group of morphs.
+  TimeBasedData* MC_CALL GetTimeBasedData() override;
+  ITimeLineOwner* MC_CALL GetTimeLineOwner() override { return this; }
+  void MC_CALL ForEachTimeLine(IForEachTimeLineCallback* inCallback) override;
 
  private:
   friend class Scene;
+  friend class MorphData;
+  ValueAttributes& GetAttributes();
+
   Scene* fScene;
   TMCString255 fName;
   std::vector<Shader*> fShaders;
   std::vector<MorphGroup> fMorphGroups;
-  TMCCountedPtr<MorphData> fMorphData;  // made when it is asked for
+  TMCCountedPtr<MorphData> fMorphData;  // both are made when they are asked for
+  std::unique_ptr<ValueAttributes> fAttributes;
+  std::shared_ptr<ValueSet> fValues;
   ElementList fInstances;
 };
 

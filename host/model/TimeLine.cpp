@@ -1,7 +1,7 @@
 #include "TimeLine.h"
 
-#include <cmath>
-#include <cstring>
+#include "Element.h"
+#include "ValueParameters.h"
 
 namespace qlx::host {
 
@@ -10,8 +10,10 @@ namespace {
 // A track of positions holds a twelfth of the scene unit.
 constexpr real64 kPositionUnits = 12.0;
 
-bool IsNumberType(MCID inTypeId) {
-  return inTypeId == "qfix"_id || inTypeId == "re32"_id;
+// The type of the track itself, and for a plain number also its other name.
+bool Understands(const Track& inTrack, MCID inTypeId) {
+  const MCID type = inTrack.fValue->GetType();
+  return inTypeId == type || (type == "qfix"_id && inTypeId == "re32"_id);
 }
 
 }  // namespace
@@ -28,7 +30,7 @@ class TimeLineKey final : public HostObject<ITimeLineKey, IKeyValue> {
 
   void MC_CALL SetTime(int32 inTime) override {
     if (Find() != nullptr) {
-      fTrack->fValue->EditCurve([&](Curve& curve) { curve.MoveKey(fSerial, inTime, fHint); });
+      fTrack->fValue->EditCurves([&](Curve& curve, uint32 /*number*/) { curve.MoveKey(fSerial, inTime, fHint); });
     }
   }
 
@@ -39,22 +41,30 @@ class TimeLineKey final : public HostObject<ITimeLineKey, IKeyValue> {
 
   IKeyValue* MC_CALL GetValue() override { return this; }
 
-  uint32 MC_CALL GetValueSize() override { return sizeof(real32); }
-  MCID MC_CALL GetValueType() override { return "qfix"_id; }
+  uint32 MC_CALL GetValueSize() override {
+    return GetValueType() == "bool"_id ? sizeof(uint8) : WidthOfType(GetValueType()) * sizeof(real32);
+  }
+  MCID MC_CALL GetValueType() override { return fTrack->fValue->GetType(); }
 
   MCResult MC_CALL ReadValue(void* outBuffer, MCID inTypeId, bool& /*outScratch*/) override {
-    const CurveKey* const key = Find();
-    if (key == nullptr || outBuffer == nullptr || !IsNumberType(inTypeId)) {
+    if (outBuffer == nullptr || !Understands(*fTrack, inTypeId)) {
       return MC_E_INVALIDARG;
     }
-    const auto value = static_cast<real32>(static_cast<real64>(key->fValue) / fTrack->fUnits);
-    std::memcpy(outBuffer, &value, sizeof(value));
+    ValueNumbers numbers{};
+    for (uint32 i = 0; i < fTrack->fValue->GetWidth(); ++i) {
+      const CurveKey* const key = Find(i);
+      if (key == nullptr) {
+        return MC_E_INVALIDARG;
+      }
+      numbers[i] = static_cast<real32>(static_cast<real64>(key->fValue) / fTrack->fUnits);
+    }
+    JoinValue(GetValueType(), numbers, outBuffer);
     return MC_S_OK;
   }
 
  private:
-  const CurveKey* Find() {
-    const Curve* const curve = fTrack->fValue->GetCurve();
+  const CurveKey* Find(uint32 inNumber = 0) {
+    const Curve* const curve = fTrack->fValue->GetCurve(inNumber);
     return curve == nullptr ? nullptr : curve->FindSerial(fSerial, fHint);
   }
 
@@ -70,26 +80,29 @@ TimeLine::TimeLine(Track inTrack) : fTrack(std::make_shared<const Track>(std::mo
 TimeLine::~TimeLine() = default;
 
 MCResult TimeLine::InsertKey(int32 inTime, const void* inValue, MCID inTypeId) {
-  if (inValue == nullptr || !IsNumberType(inTypeId)) {
+  if (inValue == nullptr || !Understands(*fTrack, inTypeId)) {
     return MC_E_INVALIDARG;
   }
-  real32 given = 0;
-  std::memcpy(&given, inValue, sizeof(given));
-  const auto value = static_cast<real32>(static_cast<real64>(given) * fTrack->fUnits);
-  if (!std::isfinite(value)) {
+  const MCID type = fTrack->fValue->GetType();
+  ValueNumbers numbers = SplitValue(type, inValue);
+  for (real32& number : numbers) {
+    number = static_cast<real32>(static_cast<real64>(number) * fTrack->fUnits);
+  }
+  if (!IsFiniteValue(type, numbers)) {
     return MC_E_INVALIDARG;
   }
-  const bool isSet = fTrack->fValue->EditCurve([&](Curve& curve) { curve.SetKey({.fTime = inTime, .fValue = value}); });
+  const bool isSet = fTrack->fValue->EditCurves(
+      [&](Curve& curve, uint32 number) { curve.SetKey({.fTime = inTime, .fValue = numbers[number]}); });
   return isSet ? MC_S_OK : MC_E_NOTVALID;
 }
 
 uint32 TimeLine::GetKeyCount() {
-  const Curve* const curve = fTrack->fValue->GetCurve();
+  const Curve* const curve = fTrack->fValue->GetCurve(0);
   return curve == nullptr ? 0 : static_cast<uint32>(curve->GetKeys().size());
 }
 
 ITimeLineKey* TimeLine::GetKey(uint32 inIndex) {
-  const Curve* const curve = fTrack->fValue->GetCurve();
+  const Curve* const curve = fTrack->fValue->GetCurve(0);
   if (curve == nullptr || inIndex >= curve->GetKeys().size()) {
     return nullptr;
   }
@@ -97,14 +110,13 @@ ITimeLineKey* TimeLine::GetKey(uint32 inIndex) {
 }
 
 void TimeLine::DeleteKeyAt(int32 inTime) {
-  const Curve* const curve = fTrack->fValue->GetCurve();
-  if (curve != nullptr && !curve->IsEmpty()) {
-    fTrack->fValue->EditCurve([&](Curve& edited) { edited.DeleteKeyAt(inTime); });
+  if (fTrack->fValue->HasKeys()) {
+    fTrack->fValue->EditCurves([&](Curve& edited, uint32 /*number*/) { edited.DeleteKeyAt(inTime); });
   }
 }
 
 void TimeLine::FindKeyAfter(int32 inTime, SceneTime& outTime, ITimeLineKey** outKey) {
-  const Curve* const curve = fTrack->fValue->GetCurve();
+  const Curve* const curve = fTrack->fValue->GetCurve(0);
   const CurveKey* const key = curve == nullptr ? nullptr : curve->FindAfter(inTime);
   if (key != nullptr) {
     outTime = SceneTime{key->fTime, 0};
@@ -113,13 +125,13 @@ void TimeLine::FindKeyAfter(int32 inTime, SceneTime& outTime, ITimeLineKey** out
 }
 
 void TimeLine::FindKeyBefore(int32 inTime, ITimeLineKey** outKey, int32 /*inZero*/) {
-  const Curve* const curve = fTrack->fValue->GetCurve();
+  const Curve* const curve = fTrack->fValue->GetCurve(0);
   const CurveKey* const key = curve == nullptr ? nullptr : curve->FindBefore(inTime);
   StoreForCaller(outKey, key == nullptr ? nullptr : GetKeyObject(*key));
 }
 
 ITimeLineKey* TimeLine::GetKeyObject(const CurveKey& inKey) {
-  const Curve& curve = *fTrack->fValue->GetCurve();
+  const Curve& curve = *fTrack->fValue->GetCurve(0);
   if (fKeys.size() > 2 * curve.GetKeys().size()) {
     ForgetDeletedKeys(curve);
   }
@@ -141,23 +153,29 @@ void TimeLine::ForgetDeletedKeys(const Curve& inCurve) {
   fKeys.swap(kept);
 }
 
+void TimeLines::Add(Track inTrack) {
+  fTimeLines.push_back(MakeHosted<TimeLine>(std::move(inTrack)));
+}
+
+void TimeLines::Visit(IForEachTimeLineCallback& inCallback) const {
+  for (const auto& timeLine : fTimeLines) {
+    inCallback.Visit(timeLine.Get(), nullptr);
+  }
+}
+
 ElementTimeLines::ElementTimeLines(Element& inElement) : fLink(std::make_shared<ElementLink>(&inElement)) {
-  for (std::size_t i = 0; i < kChannelCount; ++i) {
-    const Channel channel = kChannels[i].fChannel;
-    const bool isPosition = (MaskOf(channel) & kPositionMask) != 0;
-    fTimeLines[i] = MakeHosted<TimeLine>(
-        Track{std::make_unique<ElementChannel>(fLink, channel), kChannels[i].fID, isPosition ? kPositionUnits : 1.0});
+  for (const ChannelInfo& info : kChannels) {
+    const bool isPosition = (MaskOf(info.fChannel) & kPositionMask) != 0;
+    fTimeLines.Add(
+        {std::make_unique<ElementChannel>(fLink, info.fChannel), info.fID, isPosition ? kPositionUnits : 1.0});
+  }
+  for (const AttachedValues& attached : inElement.GetAttachedValues()) {
+    AddTimeLines(fTimeLines, attached.fValues);
   }
 }
 
 ElementTimeLines::~ElementTimeLines() {
   fLink->fElement = nullptr;
-}
-
-void ElementTimeLines::Visit(IForEachTimeLineCallback& inCallback) {
-  for (const auto& timeLine : fTimeLines) {
-    inCallback.Visit(timeLine.Get(), nullptr);
-  }
 }
 
 }  // namespace qlx::host

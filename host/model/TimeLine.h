@@ -3,9 +3,9 @@
 // A time line may be held longer than what it animates; it is empty then, and edits do nothing.
 #pragma once
 
-#include <array>
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 #include "AnimatedValue.h"
 #include "Channels.h"
@@ -15,7 +15,7 @@
 
 namespace qlx::host {
 
-// A value as its track holds it: `fUnits` units of the value are one of the track.
+// A value as its track holds it: `fUnits` units of the value are one of the track. Keys have the value's type.
 struct Track {
   std::unique_ptr<AnimatedValue> fValue;
   MCID fID = 0;
@@ -50,17 +50,27 @@ class TimeLine final : public HostObject<ITimeLine, IAttribute> {
   std::unordered_map<uint32, TMCCountedPtr<TimeLineKey>> fKeys;
 };
 
-// The time lines of an element, one for each of its channels.
+// The time lines of all values of a thing.
+class TimeLines {
+ public:
+  void Add(Track inTrack);
+  void Visit(IForEachTimeLineCallback& inCallback) const;
+
+ private:
+  std::vector<TMCCountedPtr<TimeLine>> fTimeLines;
+};
+
+// Those of an element: one for each of its channels, and for each value that is attached to it.
 class ElementTimeLines {
  public:
   explicit ElementTimeLines(Element& inElement);
   ~ElementTimeLines();
 
-  void Visit(IForEachTimeLineCallback& inCallback);
+  void Visit(IForEachTimeLineCallback& inCallback) const { fTimeLines.Visit(inCallback); }
 
  private:
   std::shared_ptr<ElementLink> fLink;
-  std::array<TMCCountedPtr<TimeLine>, kChannelCount> fTimeLines;
+  TimeLines fTimeLines;
 };
 
 }  // namespace qlx::host

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "MatrixQuaternion.h"
 #include "ModelTest.h"
 #include "ParamHolder.h"
 #include "model/ElementParameters.h"
@@ -168,8 +169,11 @@ TEST_F(Parameters, TypesMakeCopyAndEndValues) {
   const struct {
     MCID type;
     uint32 size;
-  } rows[] = {{"bool"_id, 1}, {"shrt"_id, 2},  {"actn"_id, 4},  {"qfix"_id, 4},  {"re64"_id, 8},
-              {"qfv2"_id, 8}, {"dire"_id, 12}, {"colo"_id, 16}, {"mx33"_id, 36}, {"str "_id, 64}};
+  } rows[] = {{"bool"_id, 1},  {"in16"_id, 2},  {"shrt"_id, 2},  {"in32"_id, 4},  {"long"_id, 4},
+              {"actn"_id, 4},  {"re32"_id, 4},  {"sr32"_id, 4},  {"qfix"_id, 4},  {"re64"_id, 8},
+              {"vec2"_id, 8},  {"VEC2"_id, 8},  {"qfv2"_id, 8},  {"vec3"_id, 12}, {"VEC3"_id, 12},
+              {"qfv3"_id, 12}, {"dire"_id, 12}, {"colo"_id, 16}, {"mx33"_id, 36}, {"mqua"_id, sizeof(MatrixQuaternion)},
+              {"str "_id, 64}};
   for (const auto& row : rows) {
     ParamType* const type = GetParamTypes().GetParamType(row.type);
     ASSERT_NE(type, nullptr);

@@ -154,7 +154,7 @@ TEST(Scene, ElementsAnswerForWhatTheyShow) {
   TMCCountedPtr<IMCUnknown> data;
   object.GetObjectData(data.WriteInto());
   EXPECT_FALSE(data) << "no morphs";
-  object.AddMorphGroup({"Face", {"Smile", "Frown"}});
+  object.AddMorphGroup("Face", {"Smile", "Frown"}, {0.5f});
   object.GetObjectData(data.WriteInto());
   const auto morphs = MCQuery<I3DShMorphData>(data);
   ASSERT_TRUE(morphs);
