@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "GltfPointers.h"
+
 namespace qlx::host {
 
 namespace {
@@ -37,30 +39,40 @@ AddedData::AddedData(const Json& inDocument)
     : fFirstAccessor(static_cast<int>(ArrayOf(inDocument, "accessors").size())),
       fView(static_cast<int>(ArrayOf(inDocument, "bufferViews").size())) {}
 
-int AddedData::Add(std::span<const real32> inValues, int inType) {
+// Every accessor begins where a real may stand.
+int AddedData::Add(std::span<const uint8> inBytes, int inComponentType, int inType, std::size_t inCount) {
+  fBytes.resize((fBytes.size() + sizeof(real32) - 1) / sizeof(real32) * sizeof(real32));
   tinygltf::Accessor accessor;
   accessor.bufferView = fView;
   accessor.byteOffset = fBytes.size();
-  accessor.componentType = TINYGLTF_COMPONENT_TYPE_FLOAT;
+  accessor.componentType = inComponentType;
   accessor.type = inType;
-  accessor.count =
-      inValues.size() / static_cast<std::size_t>(tinygltf::GetNumComponentsInType(static_cast<uint32>(inType)));
+  accessor.count = inCount;
   fParts.accessors.push_back(std::move(accessor));
-  const std::size_t offset = fBytes.size();
-  fBytes.resize(offset + inValues.size_bytes());
-  std::memcpy(fBytes.data() + offset, inValues.data(), inValues.size_bytes());
+  fBytes.insert(fBytes.end(), inBytes.begin(), inBytes.end());
   return fFirstAccessor + static_cast<int>(fParts.accessors.size()) - 1;
 }
 
 int AddedData::AddTimes(std::span<const real32> inSeconds) {
-  const int index = Add(inSeconds, TINYGLTF_TYPE_SCALAR);
+  const int index = AddValues(inSeconds, TINYGLTF_TYPE_SCALAR);
   fParts.accessors.back().minValues = {static_cast<real64>(inSeconds.front())};
   fParts.accessors.back().maxValues = {static_cast<real64>(inSeconds.back())};
   return index;
 }
 
 int AddedData::AddValues(std::span<const real32> inValues, int inType) {
-  return Add(inValues, inType);
+  std::vector<uint8> bytes(inValues.size_bytes());
+  std::memcpy(bytes.data(), inValues.data(), bytes.size());
+  const auto width = static_cast<std::size_t>(tinygltf::GetNumComponentsInType(static_cast<uint32>(inType)));
+  return Add(bytes, TINYGLTF_COMPONENT_TYPE_FLOAT, inType, inValues.size() / width);
+}
+
+int AddedData::AddTruths(std::span<const real32> inValues) {
+  std::vector<uint8> bytes;
+  for (const real32 value : inValues) {
+    bytes.push_back(value >= 0.5f ? 1 : 0);
+  }
+  return Add(bytes, TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE, TINYGLTF_TYPE_SCALAR, bytes.size());
 }
 
 void AddedData::PutInto(Json& ioDocument, std::size_t inBuffer, std::size_t inOffset) {
@@ -83,34 +95,31 @@ ClipChange::ClipChange(const Json& inDocument, std::optional<std::size_t> inClip
   }
   const Json& channels = inDocument["animations"][*fClip]["channels"];
   for (std::size_t i = 0; i < channels.size(); ++i) {
-    const Json& target = channels[i]["target"];
-    if (const Json* node = FindMember(target, "node")) {
-      fChannels[{node->get<int>(), target["path"].get<std::string>()}] = i;
+    if (const auto target = TargetOf(inDocument, channels[i], Place())) {
+      fChannels[target->fPointer] = i;
     }
   }
 }
 
-void ClipChange::SetTrack(int inNode, const char* inPath, int inInput, int inOutput, Interpolation inInterpolation) {
+void ClipChange::SetTrack(const std::string& inPointer, Json inTarget, int inInput, int inOutput,
+                          Interpolation inInterpolation) {
   tinygltf::AnimationSampler sampler;
   sampler.input = inInput;
   sampler.output = inOutput;
   sampler.interpolation = NameOf(inInterpolation);
-  fAdded.samplers.push_back(std::move(sampler));
-  tinygltf::AnimationChannel channel;
-  channel.target_node = inNode;
-  channel.target_path = inPath;
-  fAdded.channels.push_back(std::move(channel));
+  fAddedSamplers.samplers.push_back(std::move(sampler));
+  fAdded.push_back({inPointer, std::move(inTarget)});
 }
 
-void ClipChange::RemoveTrack(int inNode, const char* inPath) {
-  const auto found = fChannels.find({inNode, inPath});
+void ClipChange::RemoveTrack(const std::string& inPointer) {
+  const auto found = fChannels.find(inPointer);
   if (found != fChannels.end()) {
     fRemoved.insert(found->second);
   }
 }
 
 void ClipChange::PutInto(Json& ioDocument) {
-  if (fAdded.channels.empty() && fRemoved.empty()) {
+  if (fAdded.empty() && fRemoved.empty()) {
     return;
   }
   if (!fClip) {
@@ -137,23 +146,19 @@ void ClipChange::MakeClip(Json& ioDocument) {
 }
 
 void ClipChange::PutTracks(Json& ioClip) {
-  const std::size_t first = ioClip["samplers"].size();
-  for (std::size_t i = 0; i < fAdded.channels.size(); ++i) {
-    fAdded.channels[i].sampler = static_cast<int>(first + i);
-  }
-  if (fAdded.channels.empty()) {
+  if (fAdded.empty()) {
     return;
   }
+  const std::size_t first = ioClip["samplers"].size();
   tinygltf::Model parts;
-  parts.animations.push_back(fAdded);
-  const Json added = EncodeParts(parts)["animations"][0];
-  Append(ioClip["samplers"], added["samplers"]);
-  for (std::size_t i = 0; i < fAdded.channels.size(); ++i) {
-    const auto present = fChannels.find({fAdded.channels[i].target_node, fAdded.channels[i].target_path});
+  parts.animations.push_back(fAddedSamplers);
+  Append(ioClip["samplers"], EncodeParts(parts)["animations"][0]["samplers"]);
+  for (std::size_t i = 0; i < fAdded.size(); ++i) {
+    const auto present = fChannels.find(fAdded[i].fPointer);
     if (present != fChannels.end()) {
       ioClip["channels"][present->second]["sampler"] = first + i;
     } else {
-      ioClip["channels"].push_back(added["channels"][i]);
+      ioClip["channels"].push_back({{"sampler", first + i}, {"target", std::move(fAdded[i].fTarget)}});
     }
   }
 }

@@ -19,9 +19,11 @@ class AddedData {
  public:
   explicit AddedData(const Json& inDocument);
 
-  // Both answer the accessor's index. `inType` is tinygltf's.
+  // Each answers the accessor's index. `inType` is tinygltf's.
   int AddTimes(std::span<const real32> inSeconds);
   int AddValues(std::span<const real32> inValues, int inType);
+  // One byte each, 0 or 1.
+  int AddTruths(std::span<const real32> inValues);
 
   bool IsEmpty() const { return fBytes.empty(); }
   const std::vector<uint8>& GetBytes() const { return fBytes; }
@@ -29,7 +31,7 @@ class AddedData {
   void PutInto(Json& ioDocument, std::size_t inBuffer, std::size_t inOffset);
 
  private:
-  int Add(std::span<const real32> inValues, int inType);
+  int Add(std::span<const uint8> inBytes, int inComponentType, int inType, std::size_t inCount);
 
   int fFirstAccessor;
   int fView;
@@ -42,8 +44,10 @@ class ClipChange {
  public:
   ClipChange(const Json& inDocument, std::optional<std::size_t> inClip);
 
-  void SetTrack(int inNode, const char* inPath, int inInput, int inOutput, Interpolation inInterpolation);
-  void RemoveTrack(int inNode, const char* inPath);
+  // What is animated goes by its pointer, "/nodes/3/translation" as well as "/materials/0/emissiveFactor". `inTarget`
+  // is the target of a new channel; one that animates the same already keeps its own.
+  void SetTrack(const std::string& inPointer, Json inTarget, int inInput, int inOutput, Interpolation inInterpolation);
+  void RemoveTrack(const std::string& inPointer);
   // Samplers that no channel uses any more go; ones that none used before stay. So does an animation without a channel.
   void PutInto(Json& ioDocument);
 
@@ -53,11 +57,15 @@ class ClipChange {
   void DropChannels(Json& ioClip) const;
   void DropSamplers(Json& ioClip, const std::vector<bool>& inWereUsed) const;
 
-  using Target = std::pair<int, std::string>;  // node and path
+  struct Added {
+    std::string fPointer;
+    Json fTarget;
+  };
   std::optional<std::size_t> fClip;
-  std::map<Target, std::size_t> fChannels;  // of the document
+  std::map<std::string, std::size_t> fChannels;  // of the document, by pointer
   std::set<std::size_t> fRemoved;
-  tinygltf::Animation fAdded;  // a channel and a sampler for each track, in the same order
+  std::vector<Added> fAdded;
+  tinygltf::Animation fAddedSamplers;  // one for each that is added, in the same order
 };
 
 }  // namespace qlx::host

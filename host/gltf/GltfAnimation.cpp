@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 
+#include "GltfPointers.h"
 #include "GltfUnits.h"
 
 namespace qlx::host {
@@ -44,22 +45,46 @@ Channel ChannelAt(Channel inFirst, std::size_t inComponent) {
   return static_cast<Channel>(static_cast<std::size_t>(inFirst) + inComponent);
 }
 
+// One component of all keys. `inFactor` is what glTF's numbers are multiplied by.
+void FillCurve(Curve& ioCurve, const Keys& inKeys, std::size_t inComponent, real64 inFactor) {
+  ioCurve.Reserve(inKeys.GetCount());
+  const auto get = [&](std::size_t inKey, std::size_t inPart) {
+    return static_cast<real32>(inKeys.Get(inKey, inPart, inComponent) * inFactor);
+  };
+  for (std::size_t i = 0; i < inKeys.GetCount(); ++i) {
+    CurveKey key;
+    key.fTime = (*inKeys.fTicks)[i];
+    key.fInTangent = get(i, 0);
+    key.fValue = get(i, 1);
+    key.fOutTangent = get(i, 2);
+    key.fInterpolation = inKeys.fInterpolation;
+    ioCurve.SetKey(key);
+  }
+}
+
 // Translation or scale.
 void FillVector(Element& ioElement, Channel inFirst, const Keys& inKeys, real64 inFactor) {
   for (std::size_t component = 0; component < 3; ++component) {
-    Curve& curve = ioElement.GetOrMakeCurve(ChannelAt(inFirst, component));
-    curve.Reserve(inKeys.GetCount());
-    const auto get = [&](std::size_t inKey, std::size_t inPart) {
-      return static_cast<real32>(inKeys.Get(inKey, inPart, component) * inFactor);
-    };
-    for (std::size_t i = 0; i < inKeys.GetCount(); ++i) {
-      CurveKey key;
-      key.fTime = (*inKeys.fTicks)[i];
-      key.fInTangent = get(i, 0);
-      key.fValue = get(i, 1);
-      key.fOutTangent = get(i, 2);
-      key.fInterpolation = inKeys.fInterpolation;
-      curve.SetKey(key);
+    FillCurve(ioElement.GetOrMakeCurve(ChannelAt(inFirst, component)), inKeys, component, inFactor);
+  }
+}
+
+// The alpha of a colour that has none in glTF gets the same keys, all opaque, as all curves of a value have.
+void FillValues(const ValueTarget& inTarget, const Keys& inKeys) {
+  const std::size_t width = inTarget.fRule->fWidth;
+  for (std::size_t i = 0; i < inTarget.fCount; ++i) {
+    const std::size_t value = inTarget.fFirst + i;
+    for (uint32 number = 0; number < WidthOfType(inTarget.fRule->fType); ++number) {
+      Curve& curve = inTarget.fValues->GetOrMakeCurve(value, number);
+      if (number < width) {
+        FillCurve(curve, inKeys, i * width + number, inTarget.fRule->GetFactor());
+      }
+      for (std::size_t key = 0; number >= width && key < inKeys.GetCount(); ++key) {
+        curve.SetKey({.fTime = (*inKeys.fTicks)[key], .fValue = inTarget.fValues->GetBase(value)[number]});
+      }
+      if (inTarget.fRule->fType == "bool"_id) {
+        curve.MakeSteps();
+      }
     }
   }
 }
@@ -113,7 +138,11 @@ std::vector<int32> TicksOf(const std::vector<real32>& inSeconds) {
 
 class ClipReader {
  public:
-  ClipReader(const GltfModel& inModel, std::size_t inClip) : fModel(inModel), fClip(inModel.fParts.animations[inClip]) {
+  ClipReader(const Json& inDocument, const GltfModel& inModel, std::size_t inClip)
+      : fDocument(inDocument),
+        fChannels(inDocument["animations"][inClip]["channels"]),
+        fModel(inModel),
+        fClip(inModel.fParts.animations[inClip]) {
     for (const tinygltf::AnimationSampler& sampler : fClip.samplers) {
       if (!fTicks.contains(sampler.input)) {
         fTimes.push_back(ReadReals(fModel, sampler.input));
@@ -122,19 +151,17 @@ class ClipReader {
     }
   }
 
-  void Fill(const std::vector<Element*>& inElements) const {
-    for (const tinygltf::AnimationChannel& channel : fClip.channels) {
-      const std::string& path = channel.target_path;
-      if (path != "translation" && path != "rotation" && path != "scale") {
-        continue;  // passes through
+  // What is neither a transform nor one of the values passes through.
+  void Fill(const std::vector<Element*>& inElements, const ValueTargets& inValues) const {
+    for (std::size_t i = 0; i < fChannels.size(); ++i) {
+      const auto target = TargetOf(fDocument, fChannels[i], Place());
+      if (!target) {
+        continue;
       }
-      Element& element = *inElements[static_cast<std::size_t>(channel.target_node)];
-      if (path == "rotation") {
-        FillRotation(element, KeysOf(channel, 4));
-      } else if (path == "translation") {
-        FillVector(element, Channel::kPositionX, KeysOf(channel, 3), kInchesPerMetre);
-      } else {
-        FillVector(element, Channel::kScaleX, KeysOf(channel, 3), 1.0);
+      if (const ValueTarget* const values = inValues.Find(target->fPointer)) {
+        FillValues(*values, KeysOf(i, values->GetNumbersInKey()));
+      } else if (target->fNode) {
+        FillTransform(*inElements[*target->fNode], target->fPath, i);
       }
     }
   }
@@ -157,12 +184,25 @@ class ClipReader {
   }
 
  private:
-  Keys KeysOf(const tinygltf::AnimationChannel& inChannel, std::size_t inWidth) const {
-    const tinygltf::AnimationSampler& sampler = fClip.samplers[static_cast<std::size_t>(inChannel.sampler)];
+  void FillTransform(Element& ioElement, const std::string& inPath, std::size_t inChannel) const {
+    if (inPath == "rotation") {
+      FillRotation(ioElement, KeysOf(inChannel, 4));
+    } else if (inPath == "translation") {
+      FillVector(ioElement, Channel::kPositionX, KeysOf(inChannel, 3), kInchesPerMetre);
+    } else if (inPath == "scale") {
+      FillVector(ioElement, Channel::kScaleX, KeysOf(inChannel, 3), 1.0);
+    }
+  }
+
+  Keys KeysOf(std::size_t inChannel, std::size_t inWidth) const {
+    const auto number = static_cast<std::size_t>(fClip.channels[inChannel].sampler);
+    const tinygltf::AnimationSampler& sampler = fClip.samplers[number];
     return {&fTicks.at(sampler.input), ReadReals(fModel, sampler.output), InterpolationOf(sampler.interpolation),
             inWidth};
   }
 
+  const Json& fDocument;
+  const Json& fChannels;
   const GltfModel& fModel;
   const tinygltf::Animation& fClip;
   std::map<int, std::vector<int32>> fTicks;  // of each accessor of key times
@@ -193,10 +233,11 @@ std::vector<std::string> ListClipNames(const GltfModel& inModel) {
   return names;
 }
 
-void ReadClip(const GltfModel& inModel, std::size_t inClip, const std::vector<Element*>& inElements,
-              std::optional<real32> inFrameRate, Scene& ioScene) {
-  const ClipReader reader(inModel, inClip);
-  reader.Fill(inElements);
+void ReadClip(const Json& inDocument, const GltfModel& inModel, std::size_t inClip,
+              const std::vector<Element*>& inElements, const ValueTargets& inValues, std::optional<real32> inFrameRate,
+              Scene& ioScene) {
+  const ClipReader reader(inDocument, inModel, inClip);
+  reader.Fill(inElements, inValues);
   ioScene.SetFrameRate(inFrameRate ? *inFrameRate : GuessFrameRate(reader.GetTimes()));
   ioScene.SetTimeRange(reader.GetFirst(), reader.GetLast());
 }

@@ -1,17 +1,44 @@
 #include "GltfChanges.h"
 
+#include <cmath>
+
+#include "GltfExtensions.h"
+#include "GltfPointers.h"
 #include "GltfScene.h"
+#include "GltfValueRules.h"
 
 namespace qlx::host {
 
+namespace {
+
+// Below it every whole number is a 32-bit real.
+constexpr real32 kWholeReals = 16777216;
+
+// A property of an extension may be the first that its object has of it.
+void ListExtensionOf(const std::string& inPointer, Json& ioDocument) {
+  constexpr std::string_view kExtensions = "/extensions/";
+  const std::size_t at = inPointer.find(kExtensions);
+  if (at != std::string::npos && !inPointer.starts_with("/nodes/")) {
+    const std::size_t start = at + kExtensions.size();
+    ListExtension(ioDocument, inPointer.substr(start, inPointer.find('/', start) - start).c_str());
+  }
+}
+
+}  // namespace
+
 GltfChanges::GltfChanges(Json& ioDocument, const GltfModel& inModel, std::optional<std::size_t> inClip,
-                         real32 inFrameRate)
-    : fDocument(ioDocument), fModel(inModel), fFrameRate(inFrameRate), fData(ioDocument), fClip(ioDocument, inClip) {}
+                         real32 inFrameRate, Diagnostics& ioDiagnostics)
+    : fDocument(ioDocument),
+      fModel(inModel),
+      fFrameRate(inFrameRate),
+      fDiagnostics(ioDiagnostics),
+      fData(ioDocument),
+      fClip(ioDocument, inClip) {}
 
 void GltfChanges::AddBaked(int inNode, const BakeResult& inBake, const BakedElement& inElement) {
   for (const NodePath& path : kNodePaths) {
     if ((inElement.fChannels & path.fChannels) != 0) {
-      SetTrack(inNode, path, TrackOfBake(inBake, inElement, path));
+      SetNodeTrack(inNode, path, TrackOfBake(inBake, inElement, path));
     }
   }
 }
@@ -22,27 +49,89 @@ void GltfChanges::AddEdited(int inNode, const Element& inElement, ChannelMask in
       continue;
     }
     if (const auto track = TrackOfCurves(inElement, path, fFrameRate)) {
-      SetTrack(inNode, path, *track);
+      SetNodeTrack(inNode, path, *track);
     } else {
-      fClip.RemoveTrack(inNode, path.fName);
+      fClip.RemoveTrack(PointerOfNode(static_cast<std::size_t>(inNode), path.fName));
     }
     SetBase(inNode, path, inElement.GetBase());
   }
 }
 
+void GltfChanges::AddValues(const ValueTargets& inTargets, const BakeResult* inBake) {
+  std::map<const ValueSet*, std::map<std::size_t, const BakedValue*>> baked;
+  for (std::size_t i = 0; inBake != nullptr && i < inBake->fValues.size(); ++i) {
+    const BakedValue& value = inBake->fValues[i];
+    baked[value.fValues.get()][value.fIndex] = &value;
+  }
+  for (const ValueTarget& target : inTargets.GetAll()) {
+    const auto found = baked.find(target.fValues.get());
+    const auto first = found == baked.end() ? std::size_t{0} : target.fFirst;
+    const bool isBaked = found != baked.end() && found->second.lower_bound(first) != found->second.end() &&
+                         found->second.lower_bound(first)->first < target.fFirst + target.fCount;
+    if (isBaked) {
+      SetValueTrack(target, TrackOfBake(*inBake, found->second, target));
+    } else {
+      AddEdited(target);
+    }
+  }
+}
+
+void GltfChanges::AddEdited(const ValueTarget& inTarget) {
+  bool isEdited = false;
+  for (std::size_t i = 0; i < inTarget.fCount; ++i) {
+    isEdited |= inTarget.fValues->IsEdited(inTarget.fFirst + i);
+  }
+  if (!isEdited) {
+    return;
+  }
+  if (const auto track = TrackOfCurves(inTarget, fFrameRate)) {
+    SetValueTrack(inTarget, *track);
+  } else {
+    fClip.RemoveTrack(inTarget.fPointer);
+  }
+  SetBase(inTarget, false);
+}
+
 AddedData& GltfChanges::Finish() {
+  const bool hadPointers = HasPointers(fDocument);
   fClip.PutInto(fDocument);
+  if (HasPointers(fDocument)) {
+    ListExtension(fDocument, kPointerExtension);
+  } else if (hadPointers) {
+    UnlistExtension(fDocument, kPointerExtension);
+  }
   return fData;
 }
 
-void GltfChanges::SetTrack(int inNode, const NodePath& inPath, const Track& inTrack) {
+void GltfChanges::SetNodeTrack(int inNode, const NodePath& inPath, const Track& inTrack) {
   ReplaceMatrix(inNode);  // an animated node may have none
+  const auto node = static_cast<std::size_t>(inNode);
+  SetTrack(PointerOfNode(node, inPath.fName), MakeNodeTarget(node, inPath.fName),
+           fData.AddValues(inTrack.fValues, inPath.fType), inTrack);
+}
+
+// What a pointer names must be there, and weights belong to their node.
+void GltfChanges::SetValueTrack(const ValueTarget& inTarget, const Track& inTrack) {
+  const bool isTruth = inTarget.fRule->fType == "bool"_id;
+  const int values =
+      isTruth ? fData.AddTruths(inTrack.fValues) : fData.AddValues(inTrack.fValues, inTarget.GetAccessorType());
+  SetTrack(inTarget.fPointer,
+           inTarget.fNode ? MakeNodeTarget(*inTarget.fNode, "weights") : MakePointerTarget(inTarget.fPointer), values,
+           inTrack);
+  if (!inTarget.fNode) {
+    SetBase(inTarget, true);
+  }
+  if (inTrack.fIsLimited) {
+    WarnOfLimits(inTarget);
+  }
+}
+
+void GltfChanges::SetTrack(const std::string& inPointer, Json inTarget, int inValues, const Track& inTrack) {
   const auto [times, isNew] = fTimes.try_emplace(inTrack.fTicks, 0);
   if (isNew) {
     times->second = fData.AddTimes(SecondsOfTrack(inTrack.fTicks));
   }
-  const int values = fData.AddValues(inTrack.fValues, inPath.fType);
-  fClip.SetTrack(inNode, inPath.fName, times->second, values, inTrack.fInterpolation);
+  fClip.SetTrack(inPointer, std::move(inTarget), times->second, inValues, inTrack.fInterpolation);
 }
 
 // A value that is still the one that was read keeps its text.
@@ -52,6 +141,42 @@ void GltfChanges::SetBase(int inNode, const NodePath& inPath, const ChannelValue
     ReplaceMatrix(inNode);
     fDocument["nodes"][static_cast<std::size_t>(inNode)][inPath.fName] = PathValue(inPath, inValues);
   }
+}
+
+void GltfChanges::SetBase(const ValueTarget& inTarget, bool inMustBeThere) {
+  bool isChanged = false;
+  bool isWithin = true;
+  std::vector<real32> numbers;
+  for (std::size_t i = 0; i < inTarget.fCount; ++i) {
+    const ValueNumbers& base = inTarget.fValues->GetBase(inTarget.fFirst + i);
+    isChanged |= base != inTarget.fRead[i];
+    isWithin &= AppendValue(*inTarget.fRule, base, numbers);
+  }
+  const Json::json_pointer place(inTarget.fPointer);
+  if (!isChanged && (!inMustBeThere || fDocument.contains(place))) {
+    return;
+  }
+  const bool isList = inTarget.fNode || inTarget.fRule->fWidth > 1;
+  Json value = isList ? Json::array() : Json();
+  for (const real32 number : numbers) {
+    (isList ? value.emplace_back() : value) = ShortNumber(number);
+  }
+  const bool wasWhole = !isList && fDocument.contains(place) && fDocument[place].is_number_integer();
+  if (inTarget.fRule->fType == "bool"_id) {
+    value = numbers[0] >= 0.5f;
+  } else if (wasWhole && numbers[0] == std::trunc(numbers[0]) && std::fabs(numbers[0]) < kWholeReals) {
+    value = static_cast<int32>(numbers[0]);
+  }
+  fDocument[place] = std::move(value);
+  ListExtensionOf(inTarget.fPointer, fDocument);
+  if (isChanged && !isWithin) {
+    WarnOfLimits(inTarget);
+  }
+}
+
+void GltfChanges::WarnOfLimits(const ValueTarget& inTarget) {
+  fDiagnostics.Warn(PlaceOfPointer(inTarget.fPointer) + ": what is not " + LimitText(*inTarget.fRule) +
+                    " is written at the limit");
 }
 
 void GltfChanges::ReplaceMatrix(int inNode) {

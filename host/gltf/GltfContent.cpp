@@ -4,6 +4,8 @@
 #include <cmath>
 #include <map>
 
+#include "GltfPointers.h"
+
 namespace qlx::host {
 
 namespace {
@@ -97,9 +99,12 @@ class ContentCheck {
 };
 
 class AnimationCheck {
+  // What a sampler's output may hold beside reals: nothing, normalised integers, integers of any kind.
+  enum class Numbers : uint8 { kReal, kNormalized, kAny };
+
  public:
-  AnimationCheck(const Json& inDocument, const GltfModel& inModel)
-      : fDocument(inDocument), fModel(inModel), fTimesChecked(inModel.fParts.accessors.size()) {}
+  AnimationCheck(const Json& inDocument, const GltfModel& inModel, const ValueTargets& inValues)
+      : fDocument(inDocument), fModel(inModel), fValues(inValues), fTimesChecked(inModel.fParts.accessors.size()) {}
 
   void Check(const tinygltf::Animation& inAnimation, const Json& inSource, const Place& inPlace) {
     for (std::size_t i = 0; i < inAnimation.samplers.size(); ++i) {
@@ -160,35 +165,43 @@ class AnimationCheck {
       Fail(inPlace.Member("sampler"), std::to_string(index) + " is out of range, there are " +
                                           std::to_string(inAnimation.samplers.size()) + " samplers");
     }
-    const tinygltf::AnimationChannel& channel = inAnimation.channels[inIndex];
-    const Json& target = inSource["target"];
-    if (!target.contains("node")) {
-      return;  // an extension says what it animates, or nothing does
+    const auto target = TargetOf(fDocument, inSource, inPlace);
+    if (!target) {
+      return;  // another extension says what it animates, or nothing does
     }
-    const tinygltf::AnimationSampler& sampler = inAnimation.samplers[static_cast<std::size_t>(channel.sampler)];
-    const std::string& path = channel.target_path;
-    if (path == "translation" || path == "scale") {
-      CheckOutput(sampler, TINYGLTF_TYPE_VEC3, 1, false, inPlace);
-    } else if (path == "rotation") {
-      CheckOutput(sampler, TINYGLTF_TYPE_VEC4, 1, true, inPlace);
-    } else if (path == "weights") {
-      const std::size_t morphs =
-          CountMorphs(fDocument, fModel.fParts.nodes[static_cast<std::size_t>(channel.target_node)].mesh);
-      CheckOutput(sampler, TINYGLTF_TYPE_SCALAR, morphs, true, inPlace);
-    } else if (!target.contains("extensions")) {
-      Fail(inPlace.Member("target").Member("path"), Quoted(path) + " is unknown");
-    }
-    const auto [earlier, isNew] = fTargets.try_emplace({channel.target_node, path}, inIndex);
+    CheckTarget(*target, inAnimation.samplers[static_cast<std::size_t>(index)], inSource["target"], inPlace);
+    const auto [earlier, isNew] = fTargets.try_emplace(target->fPointer, inIndex);
     if (!isNew) {
       Fail(inPlace.Member("target"), "the same as that of channel " + std::to_string(earlier->second));
     }
   }
 
+  void CheckTarget(const ChannelTarget& inTarget, const tinygltf::AnimationSampler& inSampler, const Json& inSource,
+                   const Place& inPlace) const {
+    const std::string& path = inTarget.fPath;
+    if (path == "translation" || path == "scale") {
+      CheckOutput(inSampler, TINYGLTF_TYPE_VEC3, 1, inTarget.fIsByPointer ? Numbers::kNormalized : Numbers::kReal,
+                  inPlace);
+    } else if (path == "rotation") {
+      CheckOutput(inSampler, TINYGLTF_TYPE_VEC4, 1, Numbers::kNormalized, inPlace);
+    } else if (path == "weights") {
+      const std::size_t morphs = CountMorphs(fDocument, fModel.fParts.nodes[*inTarget.fNode].mesh);
+      CheckOutput(inSampler, TINYGLTF_TYPE_SCALAR, morphs, Numbers::kNormalized, inPlace);
+    } else if (const ValueTarget* const value = fValues.Find(inTarget.fPointer)) {
+      const bool isTruth = value->fRule->fType == "bool"_id;
+      CheckOutput(inSampler, value->GetAccessorType(), value->fCount, isTruth ? Numbers::kAny : Numbers::kNormalized,
+                  inPlace);
+    } else if (!inTarget.fIsByPointer && !inSource.contains("extensions")) {
+      Fail(inPlace.Member("target").Member("path"), Quoted(path) + " is unknown");
+    }
+  }
+
   void CheckOutput(const tinygltf::AnimationSampler& inSampler, int inType, std::size_t inValuesInKey,
-                   bool inMayBeNormalized, const Place& inPlace) const {
+                   Numbers inNumbers, const Place& inPlace) const {
     const tinygltf::Accessor& output = AccessorAt(inSampler.output);
-    const bool isReal = output.componentType == TINYGLTF_COMPONENT_TYPE_FLOAT;
-    if (output.type != inType || !(isReal || (inMayBeNormalized && output.normalized))) {
+    const bool fits = output.componentType == TINYGLTF_COMPONENT_TYPE_FLOAT || inNumbers == Numbers::kAny ||
+                      (inNumbers == Numbers::kNormalized && output.normalized);
+    if (output.type != inType || !fits) {
       Fail(inPlace, "its sampler's output (accessor " + std::to_string(inSampler.output) +
                         ") is not of the type that the target takes");
     }
@@ -202,8 +215,9 @@ class AnimationCheck {
 
   const Json& fDocument;
   const GltfModel& fModel;
-  std::vector<bool> fTimesChecked;                              // by accessor
-  std::map<std::pair<int, std::string>, std::size_t> fTargets;  // channel of each node and path
+  const ValueTargets& fValues;
+  std::vector<bool> fTimesChecked;              // by accessor
+  std::map<std::string, std::size_t> fTargets;  // channel of each
 };
 
 }  // namespace
@@ -223,8 +237,8 @@ void CheckAccessorContent(const Json& inDocument, const GltfModel& inModel) {
   }
 }
 
-void CheckAnimations(const Json& inDocument, const GltfModel& inModel) {
-  AnimationCheck check(inDocument, inModel);
+void CheckAnimations(const Json& inDocument, const GltfModel& inModel, const ValueTargets& inValues) {
+  AnimationCheck check(inDocument, inModel, inValues);
   const Place root;
   for (std::size_t i = 0; i < inModel.fParts.animations.size(); ++i) {
     check.Check(inModel.fParts.animations[i], inDocument["animations"][i], root.Member("animations").At(i));

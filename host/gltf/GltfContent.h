@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GltfModel.h"
+#include "GltfValues.h"
 
 namespace qlx::host {
 
@@ -10,7 +11,8 @@ namespace qlx::host {
 
 void CheckAccessorContent(const Json& inDocument, const GltfModel& inModel);
 
-void CheckAnimations(const Json& inDocument, const GltfModel& inModel);
+// Channels of the values by their pointers too.
+void CheckAnimations(const Json& inDocument, const GltfModel& inModel, const ValueTargets& inValues);
 
 // Targets of the first primitive of a node's mesh: how many weights a key of it has.
 std::size_t CountMorphs(const Json& inDocument, int inMesh);

@@ -8,6 +8,7 @@
 #include "GltfContent.h"
 #include "GltfFiles.h"
 #include "GltfModifiers.h"
+#include "GltfPointers.h"
 #include "GltfScene.h"
 #include "GltfSchema.h"
 #include "GltfStructure.h"
@@ -25,7 +26,8 @@ struct GltfDocument::Content {
   std::optional<std::size_t> fClip;
   TMCCountedPtr<Scene> fScene;
   std::vector<Element*> fElements;  // of each node
-  bool fHasModifiers = false;       // elements have them; else they are data of the document
+  ValueTargets fValues;
+  bool fHasModifiers = false;  // elements have them; else they are data of the document
 
   ~Content() {
     if (fScene) {
@@ -60,13 +62,11 @@ void GltfDocument::Content::Decode() {
   fSource.fIsPretty = text.find('\n') != std::string::npos;
   text = {};
   CheckSchema(fDocument);
-  CheckRequiredExtensions(fDocument);
   CheckRanges(fDocument);
   CheckNodes(fDocument);
   fModel.fBuffers = LoadBuffers(fDocument, fSource.fContainer, fSource.fFile.parent_path());
   fModel.fParts = DecodeParts(fDocument);
   CheckAccessorContent(fDocument, fModel);
-  CheckAnimations(fDocument, fModel);
 }
 
 void GltfDocument::Content::ChooseClip(const std::string& inName) {
@@ -89,14 +89,20 @@ void GltfDocument::Content::ChooseClip(const std::string& inName) {
 void GltfDocument::Content::Build(const GltfReadOptions& inOptions, Host& inHost) {
   fScene = Scene::Create(inHost.GetDiagnostics());
   fElements = BuildScene(fDocument, fModel, *fScene);
+  fValues = ReadValues(fDocument, fElements, *fScene);
+  CheckAnimations(fDocument, fModel, fValues);
+  CheckPointers(fDocument, fValues, fScene->GetDiagnostics());
   if (fClip) {
-    ReadClip(fModel, *fClip, fElements, inOptions.fFrameRate, *fScene);
+    ReadClip(fDocument, fModel, *fClip, fElements, fValues, inOptions.fFrameRate, *fScene);
   } else if (inOptions.fFrameRate) {
     fScene->SetFrameRate(*inOptions.fFrameRate);
   }
   fHasModifiers = ReadModifiers(fDocument, fElements, inHost);
   for (Element* element : fElements) {
     element->ClearEditedChannels();
+  }
+  for (const auto& values : fScene->GetValueSets()) {
+    values->ClearEdited();
   }
 }
 
@@ -109,7 +115,7 @@ void GltfDocument::Content::Write(const fs::path& inFile, const BakeResult* inBa
     }
   }
   Json document = fDocument;
-  GltfChanges changes(document, fModel, fClip, fScene->GetFrameRate());
+  GltfChanges changes(document, fModel, fClip, fScene->GetFrameRate(), fScene->GetDiagnostics());
   for (std::size_t i = 0; i < fElements.size(); ++i) {
     const int node = static_cast<int>(i);
     const auto found = baked.find(fElements[i]);
@@ -118,6 +124,7 @@ void GltfDocument::Content::Write(const fs::path& inFile, const BakeResult* inBa
     }
     changes.AddEdited(node, *fElements[i], found == baked.end() ? ChannelMask{0} : found->second->fChannels);
   }
+  changes.AddValues(fValues, inBake);
   AddedData& added = changes.Finish();
   if (fHasModifiers) {
     WriteModifiers(document, fElements, inModifiers);

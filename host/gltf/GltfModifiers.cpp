@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "GltfExtensions.h"
 #include "GltfScene.h"
 #include "services/PluginModifier.h"
 
@@ -202,23 +203,6 @@ bool IsUsed(const Json& inDocument, const char* inExtension) {
   });
 }
 
-bool IsListed(const Json& inDocument, const char* inList, const char* inExtension) {
-  const Json& names = ArrayOf(inDocument, inList);
-  return std::find(names.begin(), names.end(), inExtension) != names.end();
-}
-
-// Takes the name from the list, and an empty list from the document: glTF allows none.
-void Unlist(Json& ioDocument, const char* inList, const char* inExtension) {
-  if (!IsListed(ioDocument, inList, inExtension)) {
-    return;
-  }
-  Json& names = ioDocument[inList];
-  names.erase(std::remove(names.begin(), names.end(), inExtension), names.end());
-  if (names.empty()) {
-    ioDocument.erase(inList);
-  }
-}
-
 // Takes an extension from a node, and with the last one their object.
 void RemoveExtension(Json& ioNode, const char* inName) {
   Json* extensions = FindMember(ioNode, "extensions");
@@ -279,10 +263,9 @@ void WriteModifiers(Json& ioDocument, const std::vector<Element*>& inElements, W
 void ListOwnExtensions(Json& ioDocument) {
   for (const char* own : {kModifiersExtension, kElementExtension}) {
     if (!IsUsed(ioDocument, own)) {
-      Unlist(ioDocument, "extensionsUsed", own);
-      Unlist(ioDocument, "extensionsRequired", own);
-    } else if (!IsListed(ioDocument, "extensionsUsed", own)) {
-      ioDocument["extensionsUsed"].push_back(own);
+      UnlistExtension(ioDocument, own);
+    } else {
+      ListExtension(ioDocument, own);
     }
   }
 }

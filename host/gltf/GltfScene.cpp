@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "GltfUnits.h"
+#include "GltfValues.h"
 #include "model/ElementPose.h"
 
 namespace qlx::host {
@@ -129,12 +130,27 @@ class SceneBuilder {
       const std::string name = NameOrNumber(fDocument, "meshes", i, "Mesh");
       SceneObject& object = fScene.AddObject(name);
       object.SetShaders(ShadersOf(meshes[i]));
-      std::vector<std::string> morphs = MorphsOf(meshes[i]);
-      if (!morphs.empty()) {
-        object.AddMorphGroup({name, std::move(morphs)});
-      }
-      fObjects.push_back(&object);
+      fObjects.push_back({&object});
     }
+  }
+
+  // Weights of morphs are a node's own: each node that shows a mesh with morphs gets an object of its own.
+  SceneObject& ObjectFor(std::size_t inNode) {
+    const auto number = static_cast<std::size_t>(fNodes[inNode].mesh);
+    const Json& mesh = fDocument["meshes"][number];
+    MeshObject& first = fObjects[number];
+    std::vector<std::string> morphs = MorphsOf(mesh);
+    if (morphs.empty()) {
+      return *first.fObject;
+    }
+    const std::string name = NameOrNumber(fDocument, "meshes", number, "Mesh");
+    SceneObject& object = first.fIsShown ? fScene.AddObject(name) : *first.fObject;
+    if (first.fIsShown) {
+      object.SetShaders(first.fObject->GetShaders());
+    }
+    first.fIsShown = true;
+    object.AddMorphGroup(name, std::move(morphs), WeightsOf(fDocument, fDocument["nodes"][inNode]));
+    return object;
   }
 
   std::vector<Shader*> ShadersOf(const Json& inMesh) const {
@@ -194,7 +210,7 @@ class SceneBuilder {
       element.SetBase(BaseValuesOf(fNodes[node]));
       WarnOfShear(node);
       if (fNodes[node].mesh >= 0) {
-        element.SetShownObject(fObjects[static_cast<std::size_t>(fNodes[node].mesh)]);
+        element.SetShownObject(&ObjectFor(node));
       }
       fElements[node] = &element;
       open.insert(open.end(), fNodes[node].children.rbegin(), fNodes[node].children.rend());
@@ -252,7 +268,11 @@ class SceneBuilder {
   std::vector<std::size_t> fDepths;
   std::vector<std::size_t> fWalkedFor;  // the skin that a node was last walked for
   std::vector<Shader*> fShaders;
-  std::vector<SceneObject*> fObjects;
+  struct MeshObject {
+    SceneObject* fObject;
+    bool fIsShown = false;
+  };
+  std::vector<MeshObject> fObjects;  // of each mesh: the first that shows it
   std::vector<Element*> fElements;
 };
 

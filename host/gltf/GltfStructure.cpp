@@ -220,15 +220,6 @@ void CheckNodes(const Json& inDocument) {
   CheckNoLoop(FindParents(nodes, place), place);
 }
 
-void CheckRequiredExtensions(const Json& inDocument) {
-  // Others concern what passes through unseen, or show where data is missing that the host needs.
-  for (const Json& name : ArrayOf(inDocument, "extensionsRequired")) {
-    if (name == "KHR_animation_pointer") {
-      throw GltfProblem("extensionsRequired: KHR_animation_pointer cannot be honoured");
-    }
-  }
-}
-
 Buffers LoadBuffers(const Json& inDocument, GltfContainer& ioContainer, const std::filesystem::path& inFolder) {
   const Json& list = ArrayOf(inDocument, "buffers");
   const Place root;

@@ -16,9 +16,6 @@ void CheckRanges(const Json& inDocument);
 // No node has two parents or is below itself; transforms are numbers that 32-bit reals hold.
 void CheckNodes(const Json& inDocument);
 
-// None of the extensions that the document requires may change what nodes and animations mean.
-void CheckRequiredExtensions(const Json& inDocument);
-
 // The bytes of each buffer: from the binary chunk, which moves there, a data URI, or a file beside the document.
 Buffers LoadBuffers(const Json& inDocument, GltfContainer& ioContainer, const std::filesystem::path& inFolder);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <set>
 
@@ -104,9 +105,10 @@ void InsertTicks(const Curve& inCurve, bool inIsRotation, real32 inFrameRate, st
   }
 }
 
-// With nothing but step keys at the same times the track stays one of steps, else it is linear.
-Track SampledTrack(const Element& inElement, const NodePath& inPath, const std::vector<const Curve*>& inCurves,
-                   real32 inFrameRate) {
+// With nothing but step keys at the same times the track stays one of steps, else it is linear. `inAppend` adds the
+// values of a time.
+Track SampledTrack(const std::vector<const Curve*>& inCurves, bool inIsRotation, real32 inFrameRate,
+                   const std::function<void(int32, std::vector<real32>&)>& inAppend) {
   std::set<int32> ticks;
   Track track;
   if (CommonInterpolation(inCurves) == Interpolation::kStep) {
@@ -116,14 +118,38 @@ Track SampledTrack(const Element& inElement, const NodePath& inPath, const std::
     }
   } else {
     for (const Curve* curve : inCurves) {
-      InsertTicks(*curve, IsRotation(inPath), inFrameRate, ticks);
+      InsertTicks(*curve, inIsRotation, inFrameRate, ticks);
     }
   }
   for (const int32 tick : ticks) {
     track.fTicks.push_back(tick);
-    AppendPathValue(inPath, inElement.SampleAt(tick), track.fValues);
+    inAppend(tick, track.fValues);
   }
   return track;
+}
+
+// The curves of the numbers that glTF has, in its order; null for one without keys.
+std::vector<const Curve*> CurvesOf(const ValueTarget& inTarget) {
+  std::vector<const Curve*> curves;
+  for (std::size_t i = 0; i < inTarget.fCount; ++i) {
+    for (uint32 number = 0; number < inTarget.fRule->fWidth; ++number) {
+      const Curve* const curve = inTarget.fValues->GetCurve(inTarget.fFirst + i, number);
+      curves.push_back(curve == nullptr || curve->IsEmpty() ? nullptr : curve);
+    }
+  }
+  return curves;
+}
+
+// Tangents have no limits: a spline may leave them between its keys.
+void KeepWithinLimits(Track& ioTrack, const ValueTarget& inTarget) {
+  const std::size_t width = inTarget.GetNumbersInKey();
+  const bool isCubic = ioTrack.fInterpolation == Interpolation::kCubicSpline;
+  for (std::size_t i = 0; i < ioTrack.fValues.size(); ++i) {
+    if (!isCubic || i / width % 3 == 1) {
+      const real32 value = std::clamp(ioTrack.fValues[i], inTarget.fRule->fLeast, inTarget.fRule->fMost);
+      ioTrack.fIsLimited |= value != std::exchange(ioTrack.fValues[i], value);
+    }
+  }
 }
 
 void AppendQuaternion(const TVector3& inAngles, std::vector<real32>& ioValues) {
@@ -171,7 +197,60 @@ std::optional<Track> TrackOfCurves(const Element& inElement, const NodePath& inP
   if (isPlain && interpolation) {
     return DirectTrack(curves, *interpolation, PathFactor(inElement, inPath));
   }
-  return SampledTrack(inElement, inPath, curves, inFrameRate);
+  return SampledTrack(curves, IsRotation(inPath), inFrameRate, [&](int32 tick, std::vector<real32>& values) {
+    AppendPathValue(inPath, inElement.SampleAt(tick), values);
+  });
+}
+
+std::optional<Track> TrackOfCurves(const ValueTarget& inTarget, real32 inFrameRate) {
+  std::vector<const Curve*> curves = CurvesOf(inTarget);
+  const std::size_t all = curves.size();
+  std::erase(curves, nullptr);
+  if (curves.empty()) {
+    return std::nullopt;
+  }
+  const std::optional<Interpolation> interpolation = CommonInterpolation(curves);
+  if (curves.size() == all && interpolation) {
+    Track track = DirectTrack(curves, *interpolation, 1.0 / inTarget.fRule->GetFactor());
+    KeepWithinLimits(track, inTarget);
+    return track;
+  }
+  bool isWithin = true;
+  Track track = SampledTrack(curves, false, inFrameRate, [&](int32 tick, std::vector<real32>& values) {
+    for (std::size_t i = 0; i < inTarget.fCount; ++i) {
+      isWithin &= AppendValue(*inTarget.fRule, inTarget.fValues->SampleAt(inTarget.fFirst + i, tick), values);
+    }
+  });
+  track.fIsLimited = !isWithin;
+  return track;
+}
+
+Track TrackOfBake(const BakeResult& inBake, const std::map<std::size_t, const BakedValue*>& inBaked,
+                  const ValueTarget& inTarget) {
+  Track track;
+  track.fTicks = inBake.fTimes;
+  if (inTarget.fRule->fType == "bool"_id) {
+    track.fInterpolation = Interpolation::kStep;
+  }
+  for (std::size_t frame = 0; frame < inBake.fTimes.size(); ++frame) {
+    for (std::size_t i = inTarget.fFirst; i < inTarget.fFirst + inTarget.fCount; ++i) {
+      const auto baked = inBaked.find(i);
+      const ValueNumbers numbers =
+          baked == inBaked.end() ? inTarget.fValues->SampleAt(i, inBake.fTimes[frame]) : baked->second->fFrames[frame];
+      track.fIsLimited |= !AppendValue(*inTarget.fRule, numbers, track.fValues);
+    }
+  }
+  return track;
+}
+
+bool AppendValue(const ValueRule& inRule, const ValueNumbers& inNumbers, std::vector<real32>& ioValues) {
+  bool isWithin = true;
+  for (std::size_t i = 0; i < inRule.fWidth; ++i) {
+    const auto number = static_cast<real32>(static_cast<real64>(inNumbers[i]) / inRule.GetFactor());
+    ioValues.push_back(std::clamp(number, inRule.fLeast, inRule.fMost));
+    isWithin &= ioValues.back() == number;
+  }
+  return isWithin;
 }
 
 Track TrackOfBake(const BakeResult& inBake, const BakedElement& inElement, const NodePath& inPath) {
