@@ -103,12 +103,9 @@ ClipChange::ClipChange(const Json& inDocument, std::optional<std::size_t> inClip
 
 void ClipChange::SetTrack(const std::string& inPointer, Json inTarget, int inInput, int inOutput,
                           Interpolation inInterpolation) {
-  tinygltf::AnimationSampler sampler;
-  sampler.input = inInput;
-  sampler.output = inOutput;
-  sampler.interpolation = NameOf(inInterpolation);
-  fAddedSamplers.samplers.push_back(std::move(sampler));
-  fAdded.push_back({inPointer, std::move(inTarget)});
+  fAdded.push_back({inPointer,
+                    std::move(inTarget),
+                    {{"input", inInput}, {"output", inOutput}, {"interpolation", NameOf(inInterpolation)}}});
 }
 
 void ClipChange::RemoveTrack(const std::string& inPointer) {
@@ -146,19 +143,14 @@ void ClipChange::MakeClip(Json& ioDocument) {
 }
 
 void ClipChange::PutTracks(Json& ioClip) {
-  if (fAdded.empty()) {
-    return;
-  }
-  const std::size_t first = ioClip["samplers"].size();
-  tinygltf::Model parts;
-  parts.animations.push_back(fAddedSamplers);
-  Append(ioClip["samplers"], EncodeParts(parts)["animations"][0]["samplers"]);
-  for (std::size_t i = 0; i < fAdded.size(); ++i) {
-    const auto present = fChannels.find(fAdded[i].fPointer);
+  for (Added& added : fAdded) {
+    const std::size_t sampler = ioClip["samplers"].size();
+    ioClip["samplers"].push_back(std::move(added.fSampler));
+    const auto present = fChannels.find(added.fPointer);
     if (present != fChannels.end()) {
-      ioClip["channels"][present->second]["sampler"] = first + i;
+      ioClip["channels"][present->second]["sampler"] = sampler;
     } else {
-      ioClip["channels"].push_back({{"sampler", first + i}, {"target", std::move(fAdded[i].fTarget)}});
+      ioClip["channels"].push_back({{"sampler", sampler}, {"target", std::move(added.fTarget)}});
     }
   }
 }

@@ -1,5 +1,5 @@
-// Data and channels that are added to a glTF document. They are made as tinygltf's objects and written by it; the JSON
-// that comes out is put behind what the document has, so nothing else in it changes.
+// Data and channels that are added to a glTF document. Data is made as tinygltf's objects and written by it, channels
+// as JSON (tinygltf knows none without a node). All is put behind what the document has, so nothing else in it changes.
 #pragma once
 
 #include <map>
@@ -60,12 +60,12 @@ class ClipChange {
   struct Added {
     std::string fPointer;
     Json fTarget;
+    Json fSampler;
   };
   std::optional<std::size_t> fClip;
   std::map<std::string, std::size_t> fChannels;  // of the document, by pointer
   std::set<std::size_t> fRemoved;
   std::vector<Added> fAdded;
-  tinygltf::Animation fAddedSamplers;  // one for each that is added, in the same order
 };
 
 }  // namespace qlx::host

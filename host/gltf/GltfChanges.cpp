@@ -95,9 +95,9 @@ void GltfChanges::AddEdited(const ValueTarget& inTarget) {
 AddedData& GltfChanges::Finish() {
   const bool hadPointers = HasPointers(fDocument);
   fClip.PutInto(fDocument);
-  if (HasPointers(fDocument)) {
+  if (fHasPointerTracks) {
     ListExtension(fDocument, kPointerExtension);
-  } else if (hadPointers) {
+  } else if (hadPointers && !HasPointers(fDocument)) {
     UnlistExtension(fDocument, kPointerExtension);
   }
   return fData;
@@ -106,19 +106,21 @@ AddedData& GltfChanges::Finish() {
 void GltfChanges::SetNodeTrack(int inNode, const NodePath& inPath, const Track& inTrack) {
   ReplaceMatrix(inNode);  // an animated node may have none
   const auto node = static_cast<std::size_t>(inNode);
-  SetTrack(PointerOfNode(node, inPath.fName), MakeNodeTarget(node, inPath.fName),
-           fData.AddValues(inTrack.fValues, inPath.fType), inTrack);
+  const int times = AddTimes(inTrack);
+  fClip.SetTrack(PointerOfNode(node, inPath.fName), MakeNodeTarget(node, inPath.fName), times,
+                 fData.AddValues(inTrack.fValues, inPath.fType), inTrack.fInterpolation);
 }
 
 // What a pointer names must be there, and weights belong to their node.
 void GltfChanges::SetValueTrack(const ValueTarget& inTarget, const Track& inTrack) {
   const bool isTruth = inTarget.fRule->fType == "bool"_id;
+  const int times = AddTimes(inTrack);
   const int values =
       isTruth ? fData.AddTruths(inTrack.fValues) : fData.AddValues(inTrack.fValues, inTarget.GetAccessorType());
-  SetTrack(inTarget.fPointer,
-           inTarget.fNode ? MakeNodeTarget(*inTarget.fNode, "weights") : MakePointerTarget(inTarget.fPointer), values,
-           inTrack);
+  Json target = inTarget.fNode ? MakeNodeTarget(*inTarget.fNode, "weights") : MakePointerTarget(inTarget.fPointer);
+  fClip.SetTrack(inTarget.fPointer, std::move(target), times, values, inTrack.fInterpolation);
   if (!inTarget.fNode) {
+    fHasPointerTracks = true;
     SetBase(inTarget, true);
   }
   if (inTrack.fIsLimited) {
@@ -126,12 +128,12 @@ void GltfChanges::SetValueTrack(const ValueTarget& inTarget, const Track& inTrac
   }
 }
 
-void GltfChanges::SetTrack(const std::string& inPointer, Json inTarget, int inValues, const Track& inTrack) {
+int GltfChanges::AddTimes(const Track& inTrack) {
   const auto [times, isNew] = fTimes.try_emplace(inTrack.fTicks, 0);
   if (isNew) {
     times->second = fData.AddTimes(SecondsOfTrack(inTrack.fTicks));
   }
-  fClip.SetTrack(inPointer, std::move(inTarget), times->second, inValues, inTrack.fInterpolation);
+  return times->second;
 }
 
 // A value that is still the one that was read keeps its text.

@@ -33,7 +33,7 @@ class GltfChanges {
  private:
   void SetNodeTrack(int inNode, const NodePath& inPath, const Track& inTrack);
   void SetValueTrack(const ValueTarget& inTarget, const Track& inTrack);
-  void SetTrack(const std::string& inPointer, Json inTarget, int inValues, const Track& inTrack);
+  int AddTimes(const Track& inTrack);
   void SetBase(int inNode, const NodePath& inPath, const ChannelValues& inValues);
   void SetBase(const ValueTarget& inTarget, bool inMustBeThere);
   void AddEdited(const ValueTarget& inTarget);
@@ -46,6 +46,7 @@ class GltfChanges {
   Diagnostics& fDiagnostics;
   AddedData fData;
   ClipChange fClip;
+  bool fHasPointerTracks = false;
   std::map<std::vector<int32>, int> fTimes;  // accessors of key times, shared where keys stand at the same times
 };
 

@@ -28,7 +28,7 @@ struct GltfModel {
 
 tinygltf::Model DecodeParts(const Json& inDocument);
 
-// New accessors, buffer views, samplers and channels as JSON, written by tinygltf.
+// New accessors and buffer views as JSON, written by tinygltf.
 Json EncodeParts(const tinygltf::Model& inParts);
 
 // True when the accessor's values can be read: its bytes are there, or it is all zeros and not absurdly long.

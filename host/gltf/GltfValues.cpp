@@ -98,7 +98,10 @@ class ValueReader {
     if (inValue == nullptr && !inRule.fDefault) {
       return;
     }
-    ValueNumbers numbers{0, 0, 0, 1};  // a colour without alpha is opaque
+    ValueNumbers numbers{};
+    if (inRule.fType == kColour) {
+      numbers[3] = 1;  // one without alpha is opaque
+    }
     if (inValue == nullptr) {
       std::fill_n(numbers.begin(), inRule.fWidth, *inRule.fDefault);
     } else if (!Take(*inValue, inRule, inPointer, numbers)) {

@@ -23,7 +23,7 @@ struct SceneText {
 
   // An accessor of 32-bit reals, with a buffer view of its own.
   std::size_t AddReals(const std::vector<real32>& inValues, const char* inType) {
-    const std::size_t width = std::string(inType) == "SCALAR" ? 1 : (std::string(inType) == "VEC3" ? 3 : 4);
+    const std::size_t width = std::string(inType) == "SCALAR" ? 1 : static_cast<std::size_t>(inType[3] - '0');
     fJson["bufferViews"].push_back(
         {{"buffer", 0}, {"byteOffset", fBytes.size()}, {"byteLength", inValues.size() * sizeof(real32)}});
     fJson["accessors"].push_back({{"bufferView", fJson["bufferViews"].size() - 1},
