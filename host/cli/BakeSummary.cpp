@@ -22,6 +22,37 @@ std::string ChannelNames(ChannelMask inMask) {
   return names;
 }
 
+// The names of the changed values of each set, by its label.
+std::vector<std::pair<std::string, std::string>> ValueNames(const BakeResult& inResult) {
+  std::vector<std::pair<std::string, std::string>> names;
+  const ValueSet* last = nullptr;
+  for (const BakedValue& value : inResult.fValues) {
+    const std::string& name = value.fValues->GetInfo(value.fIndex).fName;
+    if (last == value.fValues.get()) {
+      names.back().second += ", " + name;
+    } else {
+      names.emplace_back(value.fValues->GetLabel(), name);
+    }
+    last = value.fValues.get();
+  }
+  return names;
+}
+
+// "1 element", "2 elements and 1 other value", "3 values"
+std::string WhatChanged(const BakeResult& inResult) {
+  const std::string elements = Counted(inResult.fElements.size(), "element");
+  if (inResult.fValues.empty()) {
+    return elements;
+  }
+  return inResult.fElements.empty() ? Counted(inResult.fValues.size(), "value")
+                                    : elements + " and " + Counted(inResult.fValues.size(), "other value");
+}
+
+Json ValueAsJson(const BakedValue& inValue) {
+  const ValueInfo& info = inValue.fValues->GetInfo(inValue.fIndex);
+  return {{"of", inValue.fValues->GetLabel()}, {"id", TextFromID(info.fID)}, {"name", info.fName}};
+}
+
 Json ElementAsJson(const BakedElement& inElement) {
   Json channels = Json::array();
   for (const ChannelInfo* channel : ChannelsOf(inElement.fChannels)) {
@@ -35,17 +66,22 @@ Json ElementAsJson(const BakedElement& inElement) {
 }  // namespace
 
 std::string SummaryAsText(const BakeSummary& inSummary, const BakeResult& inResult) {
-  const std::vector<BakedElement>& elements = inResult.fElements;
-  std::string text = fmt::format("{}: {} changed on frames {} to {} at {} a second\n", inSummary.fOutput,
-                                 Counted(elements.size(), "element"), inResult.fRange.fFirst, inResult.fRange.fLast,
-                                 inSummary.fFrameRate);
-  const std::size_t listed = std::min(elements.size(), kElementsListed);
-  for (std::size_t i = 0; i < listed; ++i) {
-    text +=
-        fmt::format("  {}: {}\n", Printable(elements[i].fElement->GetNameText()), ChannelNames(elements[i].fChannels));
+  std::vector<std::string> lines;
+  for (const BakedElement& element : inResult.fElements) {
+    lines.push_back(Printable(element.fElement->GetNameText()) + ": " + ChannelNames(element.fChannels));
   }
-  if (listed < elements.size()) {
-    text += fmt::format("  and {}\n", Counted(elements.size() - listed, "more element"));
+  for (const auto& [label, names] : ValueNames(inResult)) {
+    lines.push_back(Printable(label + ": " + names));
+  }
+  std::string text =
+      fmt::format("{}: {} changed on frames {} to {} at {} a second\n", inSummary.fOutput, WhatChanged(inResult),
+                  inResult.fRange.fFirst, inResult.fRange.fLast, inSummary.fFrameRate);
+  const std::size_t listed = std::min(lines.size(), kElementsListed);
+  for (std::size_t i = 0; i < listed; ++i) {
+    text += fmt::format("  {}\n", lines[i]);
+  }
+  if (listed < lines.size()) {
+    text += fmt::format("  and {} more\n", lines.size() - listed);
   }
   if (!inSummary.fCsv.empty()) {
     text += inSummary.fCsv + ": the changed values as a table\n";
@@ -61,6 +97,10 @@ std::string SummaryAsJson(const BakeSummary& inSummary, const BakeResult& inResu
   for (const BakedElement& element : inResult.fElements) {
     elements.push_back(ElementAsJson(element));
   }
+  Json values = Json::array();
+  for (const BakedValue& value : inResult.fValues) {
+    values.push_back(ValueAsJson(value));
+  }
   const auto fileOrNull = [](const std::string& file) { return file.empty() ? Json() : Json(file); };
   return JsonText(
       {{"scene", inSummary.fScene},
@@ -72,6 +112,7 @@ std::string SummaryAsJson(const BakeSummary& inSummary, const BakeResult& inResu
        {"csv", fileOrNull(inSummary.fCsv)},
        {"plot", fileOrNull(inSummary.fPlot)},
        {"elements", std::move(elements)},
+       {"otherValues", std::move(values)},
        {"warnings", inSummary.fWarnings}});
 }
 

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <functional>
 #include <iterator>
 
 #include "ChannelText.h"
@@ -12,16 +13,26 @@ namespace qlx::host {
 
 namespace {
 
+// A column by its title and its numbers.
 struct Column {
-  const BakedElement* fElement;
-  const ChannelInfo* fChannel;
+  std::string fTitle;
+  std::function<real32(std::size_t)> fGet;  // by row
 };
 
 std::vector<Column> ColumnsOf(const BakeResult& inBake) {
   std::vector<Column> columns;
   for (const BakedElement& element : inBake.fElements) {
     for (const ChannelInfo* channel : ChannelsOf(element.fChannels)) {
-      columns.push_back({&element, channel});
+      columns.push_back({fmt::format("{} {} ({})", element.fElement->GetNameText(), TextFromID(channel->fID),
+                                     UnitOf(channel->fChannel)),
+                         [&element, channel](std::size_t row) { return element.fFrames[row][channel->fChannel]; }});
+    }
+  }
+  for (const BakedValue& value : inBake.fValues) {
+    const ValueInfo& info = value.fValues->GetInfo(value.fIndex);
+    for (uint32 i = 0; i < WidthOfType(info.fType); ++i) {
+      columns.push_back({fmt::format("{} {}{}", value.fValues->GetLabel(), info.fName, NumberName(info.fType, i)),
+                         [&value, i](std::size_t row) { return value.fFrames[row][i]; }});
     }
   }
   return columns;
@@ -38,18 +49,13 @@ std::string Quoted(const std::string& inField) {
   return quoted + '"';
 }
 
-std::string TitleOf(const Column& inColumn) {
-  return fmt::format("{} {} ({})", inColumn.fElement->fElement->GetNameText(), TextFromID(inColumn.fChannel->fID),
-                     UnitOf(inColumn.fChannel->fChannel));
-}
-
 }  // namespace
 
 std::string MakeCsv(const BakeResult& inBake) {
   const std::vector<Column> columns = ColumnsOf(inBake);
   std::string text = "frame,seconds";
   for (const Column& column : columns) {
-    text += ',' + Quoted(TitleOf(column));
+    text += ',' + Quoted(column.fTitle);
   }
   text += '\n';
   const auto out = std::back_inserter(text);
@@ -57,7 +63,7 @@ std::string MakeCsv(const BakeResult& inBake) {
     fmt::format_to(out, "{},{}", static_cast<int64>(inBake.fRange.fFirst) + static_cast<int64>(i),
                    static_cast<real64>(inBake.fTimes[i]) / kTicksPerSecond);
     for (const Column& column : columns) {
-      fmt::format_to(out, ",{}", column.fElement->fFrames[i][column.fChannel->fChannel]);
+      fmt::format_to(out, ",{}", column.fGet(i));
     }
     text += '\n';
   }
