@@ -3,45 +3,10 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
-#include <atomic>
-#include <cstdlib>
-#include <new>
 
+#include "CountedNew.h"
 #include "model/Scene.h"
 #include "services/Host.h"
-
-namespace {
-
-std::atomic<std::uint64_t> gNewCount{0};
-
-void* CountedNew(std::size_t inSize) {
-  gNewCount.fetch_add(1, std::memory_order_relaxed);
-  if (void* const block = std::malloc(inSize)) {
-    return block;
-  }
-  throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t inSize) {
-  return CountedNew(inSize);
-}
-void* operator new[](std::size_t inSize) {
-  return CountedNew(inSize);
-}
-void operator delete(void* inBlock) noexcept {
-  std::free(inBlock);
-}
-void operator delete[](void* inBlock) noexcept {
-  std::free(inBlock);
-}
-void operator delete(void* inBlock, std::size_t) noexcept {
-  std::free(inBlock);
-}
-void operator delete[](void* inBlock, std::size_t) noexcept {
-  std::free(inBlock);
-}
 
 namespace qlx::bench {
 
@@ -90,12 +55,12 @@ void EvaluatePinned(benchmark::State& ioState, Shape inShape, bool inGlobal) {
   int32 time = 0;
   scene->Evaluate(time);  // the first one makes room for its lists
   scene->Evaluate(++time);
-  const uint64 newsBefore = gNewCount;
+  const uint64 newsBefore = GetNewCount();
   const uint64 blocksBefore = host.GetMemoryCounts().fAllocations;
   for (auto _ : ioState) {
     scene->Evaluate(++time);
   }
-  const uint64 allocations = gNewCount - newsBefore + host.GetMemoryCounts().fAllocations - blocksBefore;
+  const uint64 allocations = GetNewCount() - newsBefore + host.GetMemoryCounts().fAllocations - blocksBefore;
   // The harness itself may allocate between two rounds, once or twice in all; an evaluation that does shows thousands.
   ioState.counters["allocations"] = static_cast<real64>(allocations) / static_cast<real64>(ioState.iterations());
   ioState.counters["an_element"] =
