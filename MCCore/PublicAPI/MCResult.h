@@ -21,6 +21,7 @@ inline constexpr MCResult MC_E_INVALIDARG = detail::Code(0x80010005);      // a 
 inline constexpr MCResult MC_E_NOTVALID = detail::Code(0x80010006);        // not valid on this object
 inline constexpr MCResult MC_E_BADTOKEN = detail::Code(0x80010024);        // a token stream holds something else
 inline constexpr MCResult MC_E_EOF = detail::Code(0x80010027);             // a token stream ended early
+inline constexpr MCResult MC_E_FILENOTFOUND = detail::Code(0x8001002B);    // a file is missing
 inline constexpr MCResult MC_E_CANCEL = detail::Code(0x80010080);          // the user cancelled
 inline constexpr MCResult MC_E_SILENT = detail::Code(0x80010081);          // thrown with no report at all
 inline constexpr MCResult MC_E_CANCEL2 = detail::Code(0x800101EA);         // a second cancel code

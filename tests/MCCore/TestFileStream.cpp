@@ -1,0 +1,279 @@
+// Files, buffered and not: the same content whatever the buffer, marks, failures, binary numbers.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "MCBinaryFileIO.h"
+#include "MCFilePath.h"
+#include "TokenText.h"
+
+namespace qlx {
+
+using test::AssertionGuard;
+using test::kStreamReport;
+using test::Rest;
+using test::TestMemory;
+
+namespace {
+
+constexpr uint32 kBoth = kStreamReadable | kStreamWritable;
+
+class FileStream : public testing::Test {
+ protected:
+  FileStream()
+      : fFolder(std::filesystem::temp_directory_path() /
+                PathOfText("qlx-\xC3\xA4-" + std::to_string(std::random_device{}()))) {
+    std::filesystem::create_directories(fFolder);
+  }
+  ~FileStream() override {
+    std::error_code ignored;
+    std::filesystem::remove_all(fFolder, ignored);
+  }
+
+  TMCDynamicString Path(const char* inName = "\xE8\xA1\xA8.bin") const {
+    return TMCDynamicString(PathText(fFolder / PathOfText(inName)).c_str());
+  }
+  void Make(const std::string& inContent) const {
+    std::ofstream(PathOfText(Path().CStr()), std::ios::binary) << inContent;
+  }
+  std::string Content() const {
+    std::ifstream stream(PathOfText(Path().CStr()), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  TestMemory fMemory;
+  std::filesystem::path fFolder;
+};
+
+// Sizes of the buffer: none, one byte, less than the data, more.
+class FileStreamBuffers : public FileStream, public testing::WithParamInterface<int32> {};
+
+}  // namespace
+
+TEST_P(FileStreamBuffers, AFileReadsAsItWasWritten) {
+  const AssertionGuard guard;
+  bool created = false;
+  TMCFileStream stream;
+  ASSERT_EQ(stream.Open(Path(), kBoth, GetParam(), &created), MC_S_OK);
+  EXPECT_TRUE(created);
+  stream.WriteText("0123456789").Seek(3, kFromStart).Write("abc", 3);
+  EXPECT_EQ(stream.Tell(), 6);
+  EXPECT_EQ(stream.GetLength(), 10);
+  uint8 byte = 0;
+  EXPECT_EQ(stream.GetByte(byte).state(), 0U);
+  EXPECT_EQ(byte, '6') << "reading goes on behind what was written";
+  stream.PutBack('6').PutBack('C');
+  EXPECT_EQ(stream.Tell(), 5);
+  EXPECT_TRUE(stream.Seek(0, kFromEnd).eof());
+  EXPECT_FALSE(stream.PutBack('9').eof());
+  char room[8] = {};
+  EXPECT_EQ(stream.Read(room, 8).gcount(), 1);
+  EXPECT_TRUE(stream.eof());
+  stream.WriteText("end").Seek(0, kFromStart);
+  EXPECT_EQ(Rest(stream), "012abC6789end");
+  stream.Close();
+  EXPECT_EQ(Content(), "012abC6789end");
+}
+
+TEST_P(FileStreamBuffers, TokensReadFromAFileAsFromMemory) {
+  std::string text;
+  for (int i = 0; i < 300; ++i) {
+    text += "valu " + std::to_string(i) + "\r\nDATA $00000004\r}{\"$$\r\n# comment\r\ntext \"a \\\"b\\\"\"\r\n";
+  }
+  Make(text);
+  TMCFileStream stream;
+  ASSERT_EQ(stream.Open(Path(), kStreamReadable, GetParam(), nullptr), MC_S_OK);
+  for (int i = 0; i < 300; ++i) {
+    ASSERT_EQ(MCToken::ReadTokenId(stream), "valu"_id);
+    ASSERT_EQ(MCToken::ReadInt32(stream), i);
+    ASSERT_EQ(MCToken::ReadTokenId(stream), "DATA"_id);
+    MCToken::SkipToken(stream);
+    ASSERT_EQ(MCToken::PeekKind(stream), MCToken::Kind::kWord);
+    ASSERT_EQ(MCToken::ReadTokenId(stream), "text"_id);
+    TMCString15 value;
+    MCToken::ReadString(stream, value);
+    ASSERT_EQ(value, "a \"b\"");
+  }
+  EXPECT_EQ(Rest(stream), "\r\n");
+}
+
+TEST_P(FileStreamBuffers, PositionAndLengthDoNotCountTheMark) {
+  Make("\xEF\xBB\xBF text ");
+  TMCFileStream stream;
+  ASSERT_EQ(stream.Open(Path(), kBoth, GetParam(), nullptr), MC_S_OK);
+  EXPECT_EQ(stream.GetMarkByteCount(), 3);
+  EXPECT_EQ(stream.GetEncoding(), &kUtf8MarkedEncoding);
+  EXPECT_EQ(stream.GetLength(), 6);
+  char word[8];
+  stream.ReadWord(word, sizeof word);
+  EXPECT_STREQ(word, "text");
+  EXPECT_EQ(stream.Tell(), 5);
+  stream.Seek(0, kFromStart).Write("T", 1);
+  stream.Close();
+  EXPECT_EQ(Content(), "\xEF\xBB\xBFTtext ");
+
+  ASSERT_EQ(stream.Open(Path(), kStreamWritable, GetParam(), nullptr), MC_S_OK);
+  EXPECT_EQ(stream.Tell(), 0);
+  stream.WriteText("new");
+  EXPECT_EQ(stream.GetLength(), 3);
+  stream.Close();
+  EXPECT_EQ(Content(), "\xEF\xBB\xBFnew") << "the encoding's mark is written at the start";
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, FileStreamBuffers, testing::Values(0, 1, 5, 4096));
+
+TEST_F(FileStream, AMissingFileIsMadeWhereItMayBe) {
+  const struct {
+    const char* fLabel;
+    uint32 fMode;
+    MCResult fResult;
+  } rows[] = {
+      {"to be read", kStreamReadable, MC_E_FILENOTFOUND},
+      {"must exist", kBoth | kStreamMustExist, MC_E_FILENOTFOUND},
+      {"to be written", kStreamWritable, MC_S_OK},
+      {"to be read and written", kBoth, MC_S_OK},
+  };
+  for (const auto& row : rows) {
+    std::filesystem::remove(PathOfText(Path().CStr()));
+    bool created = row.fResult != MC_S_OK;
+    TMCFileStream stream;
+    EXPECT_EQ(stream.Open(Path(), row.fMode, 0, &created), row.fResult) << row.fLabel;
+    EXPECT_EQ(created, row.fResult == MC_S_OK) << row.fLabel;
+    EXPECT_EQ(stream.fail(), row.fResult != MC_S_OK) << row.fLabel;
+    if (row.fResult == MC_S_OK) {
+      ASSERT_EQ(stream.Open(Path(), row.fMode | kStreamMustExist, 0, &created), MC_S_OK) << row.fLabel;
+      EXPECT_FALSE(created) << row.fLabel;
+    }
+  }
+}
+
+TEST_F(FileStream, AFileThatIsOnlyWrittenIsEmptiedFirst) {
+  TMCFileStream stream;
+  Make("before");
+  ASSERT_EQ(stream.Open(Path(), kBoth, 100, nullptr), MC_S_OK);
+  stream.WriteText("AB");
+  stream.Close();
+  EXPECT_EQ(Content(), "ABfore");
+  ASSERT_EQ(stream.Open(Path(), kStreamWritable, 100, nullptr), MC_S_OK);
+  stream.WriteText("x");
+  stream.Close();
+  EXPECT_EQ(Content(), "x");
+}
+
+TEST_F(FileStream, WhatCannotBeOpenedFails) {
+  TMCFileStream stream;
+  const AssertionGuard guard({kStreamReport, kStreamReport, kStreamReport});
+  EXPECT_EQ(stream.Open(TMCDynamicString(PathText(fFolder).c_str()), kStreamReadable, 0, nullptr), MC_E_NOTVALID);
+  EXPECT_EQ(stream.Open(Path("no/such/folder"), kBoth, 0, nullptr), MC_E_FILENOTFOUND);
+  EXPECT_EQ(stream.Open(Path(), 0, 0, nullptr), MC_E_FILENOTFOUND);
+  EXPECT_EQ(stream.state(), kStreamFailed);
+  uint8 byte = 0;
+  EXPECT_TRUE(stream.GetByte(byte).fail()) << "a stream without a file";
+  EXPECT_TRUE(stream.Write("x", 1).fail());
+  EXPECT_TRUE(stream.Seek(0, kFromStart).fail());
+}
+
+TEST_F(FileStream, TheBufferIsHalvedUntilThereIsMemory) {
+  // An allocator with so much memory, and no more.
+  class Small final : public IMemoryUtilities {
+   public:
+    explicit Small(MCSize inLargest) : fLargest(inLargest), fEarlier(std::exchange(gMemoryUtilities, this)) {}
+    ~Small() { gMemoryUtilities = fEarlier; }
+    MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
+    uint32 MC_CALL AddRef() override { return 1; }
+    uint32 MC_CALL Release() override { return 1; }
+    void* MC_CALL Allocate(MCSize inSize) override {
+      ++fRequests;
+      return inSize <= fLargest ? fEarlier->Allocate(inSize) : nullptr;
+    }
+    void* MC_CALL AllocateWithFlags(MCSize inSize, uint32) override { return Allocate(inSize); }
+    void* MC_CALL Reallocate(void*, MCSize) override { return nullptr; }
+    void MC_CALL Free(void* inBlock) override { fEarlier->Free(inBlock); }
+    void* MC_CALL NewObject(MCSize inSize) override { return Allocate(inSize); }
+    void MC_CALL DeleteObject(void* inObject) override { Free(inObject); }
+    void* MC_CALL NewArray(MCSize inSize) override { return Allocate(inSize); }
+    void MC_CALL DeleteArray(void* inArray) override { Free(inArray); }
+    int GetRequests() const { return fRequests; }
+
+   private:
+    MCSize fLargest;
+    IMemoryUtilities* fEarlier;
+    int fRequests = 0;
+  };
+  const TMCDynamicString path = Path();
+  TMCFileStream stream;
+  {
+    const Small memory(300);
+    EXPECT_EQ(stream.Open(path, kBoth, 1000, nullptr), MC_S_OK);
+    EXPECT_EQ(memory.GetRequests(), 3);  // 1000, 500, 250
+  }
+  stream.Close();
+  const Small memory(0);
+  EXPECT_EQ(stream.Open(path, kBoth, 1000, nullptr), MC_E_OUTOFMEMORY);
+  EXPECT_EQ(stream.Open(path, kBoth, 0, nullptr), MC_S_OK) << "no buffer needs no memory";
+}
+
+TEST_F(FileStream, AnEmptyEncodingIsReportedOnOutput) {
+  TMCFileStream stream;
+  stream.SetEncoding(nullptr);
+  {
+    const AssertionGuard guard({"fEncoding"});
+    EXPECT_EQ(stream.Open(Path(), kBoth, 0, nullptr), MC_S_OK);
+  }
+  const AssertionGuard guard;
+  EXPECT_EQ(stream.Open(Path(), kStreamReadable, 0, nullptr), MC_S_OK);
+}
+
+TEST_F(FileStream, BinaryNumbersFollowTheByteOrder) {
+  MCBinaryFileIO file;
+  ASSERT_EQ(file.Open(Path(), kBoth, 16, nullptr), MC_S_OK);
+  const auto write = [&] {
+    file.WriteInt8(-2).WriteUInt8(3).WriteInt16(-2).WriteUInt16(0x1234).WriteInt32(-2).WriteUInt32(0x12345678);
+    file.WriteFloat(1.5F).WriteDouble(-0.1);
+  };
+  write();
+  file.SetByteOrder(2);
+  write();
+  file.Flush();
+  const std::string bytes = Content();
+  ASSERT_EQ(bytes.size(), 52U);
+  EXPECT_EQ(bytes.substr(4, 2), "\x34\x12");
+  EXPECT_EQ(bytes.substr(30, 2), "\x12\x34");
+  file.Seek(0, kFromStart);
+  for (const int32 order : {1, 2}) {
+    file.SetByteOrder(order);
+    int8 i8 = 0;
+    uint8 u8 = 0;
+    int16 i16 = 0;
+    uint16 u16 = 0;
+    int32 i32 = 0;
+    uint32 u32 = 0;
+    real32 f32 = 0;
+    real64 f64 = 0;
+    file.ReadInt8(i8).ReadUInt8(u8).ReadInt16(i16).ReadUInt16(u16).ReadInt32(i32).ReadUInt32(u32);
+    file.ReadFloat(f32).ReadDouble(f64);
+    EXPECT_TRUE(i8 == -2 && u8 == 3 && i16 == -2 && u16 == 0x1234 && i32 == -2 && u32 == 0x12345678) << order;
+    EXPECT_TRUE(f32 == 1.5F && f64 == -0.1) << order;
+  }
+  const AssertionGuard guard({kStreamReport});
+  int32 cut = 7;
+  file.Seek(-3, kFromEnd).ReadInt32(cut);
+  EXPECT_EQ(cut, 0);
+  EXPECT_EQ(file.state(), kStreamEnd | kStreamFailed);
+}
+
+TEST_F(FileStream, BinaryFilesHaveNoMark) {
+  Make("\xEF\xBB\xBF!");
+  MCBinaryFileIO file;
+  ASSERT_EQ(file.Open(Path(), kStreamReadable, 0, nullptr), MC_S_OK);
+  uint32 value = 0;
+  file.ReadUInt32(value);
+  EXPECT_EQ(value, 0x21BFBBEFU);
+}
+
+}  // namespace qlx

@@ -1,0 +1,270 @@
+// Tokens, ids, groups: what is read, where reading stops, and how bad input ends.
+#include <gtest/gtest.h>
+
+#include "TokenText.h"
+
+namespace qlx {
+
+using MCToken::Kind;
+using test::AssertionGuard;
+using test::CodeOf;
+using test::ForeignStream;
+using test::Reading;
+using test::Rest;
+using test::TestMemory;
+using test::WrittenBy;
+
+namespace {
+
+// Every test runs on a stream of ours, whose bytes are taken from memory, and on a foreign one.
+template <class Stream>
+class TokenLexer : public testing::Test {
+ protected:
+  TestMemory fMemory;
+};
+using Streams = testing::Types<TMCMemoryStream, ForeignStream>;
+TYPED_TEST_SUITE(TokenLexer, Streams);
+
+struct TokenRow {
+  const char* fLabel;
+  std::string fText;
+  MCResult fResult;
+  std::string fToken;
+  std::string fKept;  // with quotes and comments
+  std::string fRest;
+};
+
+const std::string kLongWord(300, 'w');
+
+const TokenRow kTokenRows[] = {
+    {"word", " \t\r\nabc def", MC_S_OK, "abc", "abc", " def"},
+    {"word up to a comment", "abc#x", MC_S_OK, "abc", "abc", "#x"},
+    {"word up to a brace", "abc{", MC_S_OK, "abc", "abc", "{"},
+    {"word up to a quote", "abc\"x\"", MC_S_OK, "abc", "abc", "\"x\""},
+    {"a dollar within a word", "a$b ", MC_S_OK, "a$b", "a$b", " "},
+    {"braces", "{}", MC_S_OK, "{", "{", "}"},
+    {"closing brace", "}x", MC_S_OK, "}", "}", "x"},
+    {"text", "\"a {b} # $\" ", MC_S_OK, "a {b} # $", "\"a {b} # $\"", " "},
+    {"empty text", "\"\"x", MC_S_OK, "", "\"\"", "x"},
+    {"escapes", "\"\\\"\\\\\\n\" ", MC_S_OK, "\"\\n", "\"\\\"\\\\\\n\"", " "},
+    {"the old escape", "\"\x01\"\x01\x01\" ", MC_S_OK, "\"\x01", "\"\x01\"\x01\x01\"", " "},
+    {"comment", "# one\r# two\r\n abc ", MC_S_OK, "abc", "# one\r# two\rabc", " "},
+    {"block", "$00000003\r}\"$$ x", MC_S_OK, "$", "$", " x"},
+    {"block of unknown length", "$FFFFFFFFabc$x", MC_S_OK, "$", "$", "x"},
+    {"digits apart", "$ 00-00\r0003abcd$x", MC_S_OK, "$", "$", "x"},
+    {"data longer than the length", "$00000001\rabc$x", MC_S_OK, "$", "$", "x"},
+    {"long word", kLongWord + " x", MC_S_OK, kLongWord.substr(0, 255), kLongWord.substr(0, 255), " x"},
+    {"long text", '"' + kLongWord + "\"x", MC_S_OK, kLongWord.substr(0, 255), '"' + kLongWord.substr(0, 254), "x"},
+    {"a word that ends with the stream", "abc", MC_E_EOF, "abc", "abc", ""},
+    {"nothing", "", MC_E_EOF, "", "", ""},
+    {"blanks alone", " \r\n", MC_E_EOF, "", "", ""},
+    {"an open comment", "# abc", MC_E_EOF, "", "# abc", ""},
+    {"an open text", "\"abc", MC_E_EOF, "abc", "\"abc", ""},
+    {"an open escape", "\"abc\\", MC_E_EOF, "abc", "\"abc\\", ""},
+    {"an open block", "$00000003\rabc", MC_E_EOF, "", "", ""},
+};
+
+}  // namespace
+
+TYPED_TEST(TokenLexer, ReadsOneTokenAndStopsBehindIt) {
+  for (const TokenRow& row : kTokenRows) {
+    SCOPED_TRACE(row.fLabel);
+    for (const bool keepQuotes : {false, true}) {
+      auto stream = Reading<TypeParam>(row.fText);
+      MCToken::Buffer buffer;
+      EXPECT_EQ(MCToken::ReadToken(stream, buffer, keepQuotes), row.fResult);
+      EXPECT_EQ(buffer, keepQuotes ? row.fKept : row.fToken);
+      EXPECT_EQ(stream.eof(), row.fResult == MC_E_EOF);
+      EXPECT_EQ(Rest(stream), row.fRest);
+    }
+  }
+}
+
+TYPED_TEST(TokenLexer, SkippingStopsBehindATokenOrItsWholeGroup) {
+  struct Row {
+    const char* fLabel;
+    const char* fText;
+    MCResult fCode;
+    const char* fRest;
+    bool fInside;
+  };
+  const Row rows[] = {
+      {"value", " 1,2 3", 0, " 3", false},
+      {"of two tokens the first alone", "one two", 0, " two", false},
+      {"group", "{ a { } b } c", 0, " c", false},
+      {"a text that holds a brace", "{ \"{\" } c", 0, " c", false},
+      {"a comment that holds a brace", "{ # }\r } c", 0, " c", false},
+      {"a block that holds braces and quotes", "{ $00000004\r{}\"{$ } c", 0, " c", false},
+      {"a closing brace", "} c", 0, " c", false},
+      {"block", "$00000001\rx$ c", 0, " c", false},
+      {"rest of a group", "a { b } } c", 0, " c", true},
+      {"rest of an empty group", "} c", 0, " c", true},
+      {"a group without an end", "{ a { } ", MC_E_EOF, "", false},
+      {"length past the end ends at the next $", "{ $00FFFFFF\rab$ } c", 0, " c", false},
+      {"length + 1 beyond 31 bits", "{ $7FFFFFFF\rab$ } c", 0, " c", false},
+      {"length + 1 beyond 32 bits", "{ $FFFFFFFE\rab$ } c", 0, " c", false},
+      {"length that would lead back", "{ $FFFFFFF0\rab$ } c", 0, " c", false},
+      {"length past the end, no $", "{ $00FFFFFF\rab } c", MC_E_EOF, "", false},
+      {"header with another $", "{ $00$ } c", MC_E_BADTOKEN, "$ } c", false},
+      {"header cut by the end", "{ $0000", MC_E_EOF, "", false},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fLabel);
+    auto stream = Reading<TypeParam>(row.fText);
+    EXPECT_EQ(CodeOf([&] { row.fInside ? MCToken::SkipToEnd(stream) : MCToken::SkipToken(stream); }), row.fCode);
+    EXPECT_EQ(Rest(stream), row.fRest);
+    if (!row.fInside) {  // capturing ends where skipping does
+      auto again = Reading<TypeParam>(row.fText);
+      uint8* data = nullptr;
+      uint32 size = 0;
+      EXPECT_EQ(CodeOf([&] { MCToken::CaptureGroup(again, data, size); }), row.fCode);
+      EXPECT_EQ(Rest(again), row.fRest);
+      MCfree(data);
+    }
+  }
+}
+
+TYPED_TEST(TokenLexer, AMillionGroupsInEachOther) {
+  constexpr std::size_t kDepth = 1000000;
+  const std::string text =
+      std::string(kDepth, '{') + "a \"" + std::string(kDepth, 'x') + "\" " + std::string(kDepth, '}') + " end ";
+  auto stream = Reading<TypeParam>(text);
+  MCToken::SkipToken(stream);
+  EXPECT_EQ(Rest(stream), " end ");
+  stream.Seek(0, kFromStart);
+  uint8* data = nullptr;
+  uint32 size = 0;
+  MCToken::CaptureGroup(stream, data, size);
+  EXPECT_EQ(size, text.size() - 5);
+  MCfree(data);
+  stream.Seek(0, kFromStart);
+  TMCDynamicString captured;
+  MCToken::CaptureGroupText(stream, captured);
+  EXPECT_EQ(captured.ByteLength(), text.size() - 5 + 2 * kDepth);
+  auto open = Reading<TypeParam>(std::string_view(text).substr(0, kDepth));
+  EXPECT_EQ(CodeOf([&] { MCToken::SkipToken(open); }), MC_E_EOF);
+}
+
+TYPED_TEST(TokenLexer, IdsArePaddedAndStopAtBlanksAndCommas) {
+  struct Row {
+    const char* fText;
+    MCID fID;
+    const char* fRest;
+  };
+  const Row rows[] = {
+      {"pset 1", "pset"_id, " 1"},     {"\r\n  psetx", "pset"_id, "x"}, {"id   5", "id  "_id, "  5"},
+      {"id,self", "id  "_id, ",self"}, {"XYZ\r\n5", "XYZ "_id, "\n5"},  {"a'b'", 0x61006200, ""},
+      {"{}\"# ", "{}\"#"_id, " "},
+  };
+  const AssertionGuard guard;
+  for (const Row& row : rows) {
+    auto stream = Reading<TypeParam>(row.fText);
+    EXPECT_EQ(MCToken::ReadTokenId(stream), row.fID) << row.fText;
+    EXPECT_EQ(Rest(stream), row.fRest) << row.fText;
+  }
+  for (const char* const text : {"", "  ", "a", "abc"}) {
+    auto stream = Reading<TypeParam>(text);
+    EXPECT_EQ(CodeOf([&] { MCToken::ReadTokenId(stream); }), MC_E_EOF) << "an id cut by the end: " << text;
+  }
+}
+
+TYPED_TEST(TokenLexer, PeekingLeavesTheToken) {
+  const struct {
+    const char* fText;
+    Kind fKind;
+    const char* fRest;
+  } rows[] = {
+      {" # c\r\n a", Kind::kWord, "a"}, {" \"a\"", Kind::kString, "\"a\""}, {"$x", Kind::kBlock, "$x"},
+      {"{", Kind::kOpen, "{"},          {" }", Kind::kClose, "}"},          {" ", Kind::kEnd, ""},
+      {"# open", Kind::kEnd, ""},
+  };
+  for (const auto& row : rows) {
+    auto stream = Reading<TypeParam>(row.fText);
+    EXPECT_EQ(MCToken::PeekKind(stream), row.fKind) << row.fText;
+    EXPECT_EQ(Rest(stream), row.fRest) << row.fText;
+    stream.Seek(0, kFromStart);
+    bool atEnd = false;
+    EXPECT_EQ(CodeOf([&] { atEnd = MCToken::IsAtEnd(stream); }), row.fKind == Kind::kEnd ? MC_E_EOF : MC_S_OK);
+    EXPECT_EQ(atEnd, row.fKind == Kind::kClose) << row.fText;
+  }
+}
+
+TYPED_TEST(TokenLexer, BracesAreExpectedWhereTheyMustStand) {
+  const struct {
+    const char* fText;
+    MCResult fBegin;
+    MCResult fEnd;
+  } rows[] = {
+      {" { ", 0, MC_E_BADTOKEN},
+      {" } ", MC_E_BADTOKEN, 0},
+      {"\"{\"", MC_E_BADTOKEN, MC_E_BADTOKEN},
+      {"a ", MC_E_BADTOKEN, MC_E_BADTOKEN},
+      {"$00000001\r{$", MC_E_BADTOKEN, MC_E_BADTOKEN},
+      {"", MC_E_EOF, MC_E_EOF},
+  };
+  for (const auto& row : rows) {
+    auto begin = Reading<TypeParam>(row.fText);
+    EXPECT_EQ(CodeOf([&] { MCToken::ReadBegin(begin); }), row.fBegin) << row.fText;
+    auto end = Reading<TypeParam>(row.fText);
+    EXPECT_EQ(CodeOf([&] { MCToken::ReadEnd(end); }), row.fEnd) << row.fText;
+  }
+}
+
+TYPED_TEST(TokenLexer, CaptureTakesAGroupAsItStandsOrAsSingleTokens) {
+  auto stream = Reading<TypeParam>(" {\r\n a\t\"b \\\" c\" # note }\r\n $00000001\r}$ d{}\r\n} e");
+  uint8* data = nullptr;
+  uint32 size = 0;
+  MCToken::CaptureGroup(stream, data, size);
+  EXPECT_EQ(std::string(reinterpret_cast<char*>(data), size), " {\r\n a\t\"b \\\" c\" \r\n  d{}\r\n}");
+  MCfree(data);
+  EXPECT_EQ(Rest(stream), " e");
+  stream.Seek(0, kFromStart);
+  TMCDynamicString text;
+  MCToken::CaptureGroupText(stream, text);
+  EXPECT_STREQ(text.CStr(), "{ a \"b \\\" c\" d { } } ");
+  EXPECT_EQ(Rest(stream), " e");
+}
+
+TEST(TokenIds, ReadBackWithTheSameBits) {
+  const TestMemory memory;
+  const AssertionGuard guard;
+  const struct {
+    MCID fID;
+    const char* fWhole;
+    const char* fShort;
+  } rows[] = {
+      {"pset"_id, "pset", "pset"},  {"id  "_id, "id  ", "id"}, {"a  b"_id, "a  b", "a"},
+      {0x61006200, "a'b'", "a'b'"}, {0, "''''", "''''"},       {0xFF80C3A9, "\xFF\x80\xC3\xA9", "\xFF\x80\xC3\xA9"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(WrittenBy([&](TMCStream& s) { MCToken::WriteTokenId(s, row.fID); }), row.fWhole);
+    EXPECT_EQ(WrittenBy([&](TMCStream& s) { MCToken::WriteTokenId(s, row.fID, true); }), row.fShort);
+    EXPECT_EQ(MCToken::MakeToken(row.fWhole), row.fID);
+  }
+  for (const MCID id : {"pset"_id, "id  "_id, "x   "_id, MCID{0x61006200}, MCID{0}}) {
+    for (const bool dropBlanks : {false, true}) {
+      TMCMemoryStream stream;
+      MCToken::WriteTokenId(stream, id, dropBlanks);
+      stream.Write(" ", 1);
+      stream.Seek(0, kFromStart);
+      EXPECT_EQ(MCToken::ReadTokenId(stream), id);
+    }
+  }
+  EXPECT_EQ(MCToken::MakeToken(nullptr), "    "_id);
+  EXPECT_EQ(MCToken::MakeToken("ab"), "ab  "_id);
+  EXPECT_EQ(MCToken::MakeToken("abcdef"), "abcd"_id);
+}
+
+TEST(TokenIds, ACommaInTheirPlaceIsReportedAndLeft) {
+  const TestMemory memory;
+  {
+    const AssertionGuard guard({"c != tCOMMA"});
+    EXPECT_EQ(WrittenBy([](TMCStream& s) { MCToken::WriteTokenId(s, "a,b "_id); }), "a,b ");
+  }
+  const AssertionGuard guard({"c != tCOMMA"});
+  auto stream = Reading(" ,abc");
+  EXPECT_EQ(MCToken::ReadTokenId(stream), "    "_id);
+  EXPECT_EQ(Rest(stream), ",abc");
+}
+
+}  // namespace qlx
