@@ -20,6 +20,8 @@
 namespace qlx {
 
 class IMCTranscoder;
+template <class T>
+class TMCPtrArray;
 
 class TMCString : public TMCObject {
  public:
@@ -52,6 +54,8 @@ class TMCString : public TMCObject {
   bool operator!=(const char* inText) const { return !(*this == inText); }
   void Assign(const char* inText, MCSize byteLength);
 
+  // A byte with the count of bytes, and the bytes. Null leaves the text as it is.
+  void FromPascalString(const uint8* inText);
   // 16-bit characters up to a 0. A fixed form keeps those that it has room for whole: here a cut splits no character.
   // Null leaves the text as it is.
   void FromUnicode(const uint16* inText);
@@ -75,6 +79,8 @@ class TMCString : public TMCObject {
   uint8 GetByte(int32 index) const;
   // Copies the bytes and a NUL; the caller supplies the room.
   void ToCString(char* outDest) const;
+  // The low 8 bits of the byte length, then all bytes, without an end; the caller supplies the room.
+  void ToPascalString(uint8* outDest) const;
   // Writes the characters and a 0, at most `unitCount` values together; more are reported and left out. A byte that
   // begins no character ends the reading, and zeros fill the room.
   void ToUnicode(uint16* outDest, uint32 unitCount) const;
@@ -87,6 +93,20 @@ class TMCString : public TMCObject {
   // The same by bytes.
   int32 FindBytes(const TMCString& inText, int32 startIndex = 0) const;
   int32 FindByte(char inByte, int32 startIndex = 0) const;
+  // Index of the last such character at or before `startIndex`; -1 when there is none.
+  int32 ReverseFindChar(uint16 inChar, int32 startIndex) const;
+  // Equal but for the case of letters, by the platform. Only the first 1023 bytes count; more are reported.
+  bool CompareCaseless(const TMCString& inText) const;
+  // Only '-', '+', digits and the user's decimal separator, in any order; so is an empty text.
+  bool IsNumeric() const;
+
+  // What of a number stands at the start, 0 when nothing does. The user's decimal separator, and ',' between digits
+  // where it is not that. Nine bytes of a fraction count.
+  real32 ToFloat() const;
+  // As C reads a number, with the user's decimal separator as well as '.'. 63 bytes count.
+  real64 ToDouble() const;
+  // Every ',' is left out. A number too large is the nearest there is.
+  int32 ToInt() const;
 
   // Cuts to a smaller count of characters.
   void SetLength(uint32 length);
@@ -96,7 +116,36 @@ class TMCString : public TMCObject {
   // True when it removed something. The count of characters is narrowed to a signed 16-bit value as it is taken off
   // `Length()`: texts of this system never come near that limit.
   bool Delete(int32 index, int32 count);
+  // Keeps that part only. An index past the end is reported and leaves nothing; -1 means 0.
+  void Extract(int32 index, int32 length);
+  // Does nothing at or past the end. A negative index is 0.
+  void SetChar(uint16 inChar, int32 index);
+  // At the end only the NUL that stands there, and nothing past it; either is reported, as a negative index is, which
+  // is taken as 0.
+  void SetByte(char inByte, int32 index);
+  // Replaces every occurrence from `startIndex` on and answers how many they were. With any, what stands before
+  // `startIndex` is lost; with none, or without memory, the text stays and the answer is 0.
+  int32 Replace(const TMCString& inFind, const TMCString& inReplacement, int32 startIndex = 0);
+  // Case as the platform has it; the bytes stay as many.
+  void ToUpper();
+  void ToLower();
+  // Lower case, and an upper-case letter at the start if it is one of ASCII.
+  void Capitalize();
+  // Makes each CR, LF and CR LF a CR (0), an LF (1) or a CR LF (any other mode).
+  void NormalizeLineEnds(int32 mode);
+
   void FromInt(int32 inValue);
+  // So many digits after the decimal separator, which is the user's. Those past the thousandth are not written.
+  void FromFloat(real32 inValue, uint32 precision);
+  // So many significant digits, with an exponent when that is shorter.
+  void FromDouble(real64 inValue, uint32 precision);
+  // Two digits after the separator.
+  void FromMoney(real64 inValue);
+  // Takes the zeros off the end of a fraction, and the separator after them; '.' and ',' both are one. At most 1000
+  // characters go. A text without a separator is reported and stays.
+  void TrimZeros();
+  // The decimal number that follows this one. '.' and ',' are passed over, and anything else is too, with a report.
+  void IncrementNumber(TMCString& outResult) const;
   // Replaces bytes by the host's table: direction 1 leads out of this system, 0 into it. Bytes without a translation,
   // and texts for which a fixed form has no room, are reported and dropped. Without a table the text stays.
   void TranslateAscii(int32 direction);
@@ -137,8 +186,17 @@ class TMCString : public TMCObject {
   void WriteNul();
   // True when `index` is a place where text can be inserted.
   bool CanInsert(const TMCString& inText, int32 index) const;
-  // Offset of the character's first byte; 0 for a negative index, the byte length past the end.
-  uint32 ByteOffset(int32 index) const;
+  // Offset of the character's first byte; the byte length past the end.
+  uint32 ByteOffset(uint32 index) const;
+  // Offset of the character after the one at `inOffset`.
+  uint32 NextOffset(uint32 inOffset) const;
+  // Offset of the first occurrence from there on, `npos` when there is none.
+  MCSize FindOffset(const TMCString& inText, MCSize inStart) const;
+  // Calls `inVisit(offset, count)` with the bytes before each occurrence; answers the offset of those after the last.
+  template <class Visit>
+  uint32 VisitHits(const TMCString& inFind, uint32 inStart, Visit&& inVisit) const;
+  // Puts a text in place of `inCount` bytes.
+  void ReplaceBytes(uint32 inOffset, uint32 inCount, const char* inText, uint32 inTextCount);
 
   uint32 fLength = 0;
   uint32 fByteLength = 0;
@@ -224,6 +282,15 @@ class TMCDynamicString : public TMCString {
 
   char* fStringBuffer = nullptr;
 };
+
+// Puts `inValue` in place of each "^0" (or "^1", ... by `inNumber`). A value must not hold its own marker: that never
+// ends, and is reported and given up once the text's room would have been filled.
+void SubstituteParam(TMCString& ioText, const TMCString& inValue, int32 inNumber = 0);
+// Each value at its number; a null one is reported and left out.
+void SubstituteParams(TMCString& ioText, const TMCPtrArray<TMCString>& inValues);
+
+// Characters of a text in the platform's code page.
+uint32 MCStrLen(const char* inText);
 
 TMCString1023 operator+(const TMCString& inA, const TMCString& inB);
 

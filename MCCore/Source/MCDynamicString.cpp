@@ -78,7 +78,7 @@ void TMCDynamicString::Insert(const TMCString& inText, int32 index) {
     return;
   }
   const uint32 added = inText.ByteLength();
-  const uint32 insertAt = ByteOffset(index);
+  const uint32 insertAt = ByteOffset(static_cast<uint32>(index));
   const uint64 newByteLength = static_cast<uint64>(fByteLength) + added;
   char* const block = newByteLength < std::numeric_limits<uint32>::max()
                           ? static_cast<char*>(MCmalloc(static_cast<MCSize>(newByteLength) + 1))

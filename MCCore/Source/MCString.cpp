@@ -40,17 +40,12 @@ void TMCString::WriteNul() {
 }
 
 void TMCString::CountCharacters() {
-  const char* text = CStr();
-  fLength = static_cast<uint32>(std::count_if(
-      text, text + fByteLength, [](char byte) { return MCUtf8BeginsCharacter(static_cast<uint8>(byte)); }));
+  fLength = detail::CountCharacters(CStr(), fByteLength);
 }
 
-uint32 TMCString::ByteOffset(int32 index) const {
-  if (index < 0) {
-    return 0;
-  }
+uint32 TMCString::ByteOffset(uint32 index) const {
   const char* text = CStr();
-  uint32 toSkip = static_cast<uint32>(index);
+  uint32 toSkip = index;
   for (uint32 offset = 0; offset < fByteLength; ++offset) {
     if (SequenceLengthAt(text, offset) && toSkip-- == 0) {
       return offset;
@@ -83,7 +78,7 @@ uint32 TMCString::FindSubString(const TMCString& inSource, int32 index, int32 le
   if (first >= inSource.fLength) {
     return 0;
   }
-  outOffset = inSource.ByteOffset(index);
+  outOffset = inSource.ByteOffset(first);
   if (length <= 0 || static_cast<uint32>(length) > inSource.fLength - first) {
     return inSource.fByteLength - outOffset;
   }
@@ -92,11 +87,14 @@ uint32 TMCString::FindSubString(const TMCString& inSource, int32 index, int32 le
 
 void TMCString::Assign(const char* inText, MCSize byteLength) {
   SetByteLength(CheckedLength(byteLength));
-  if (fMaxLength) {
-    MCMemoryMove(Buffer(), inText, fByteLength);
+  if (fMaxLength == 0) {
+    fLength = 0;
+    return;
   }
-  WriteNul();
-  CountCharacters();
+  char* const text = Buffer();
+  MCMemoryMove(text, inText, fByteLength);
+  text[fByteLength] = 0;
+  fLength = detail::CountCharacters(text, fByteLength);
 }
 
 TMCString& TMCString::operator=(const TMCString& inSource) {
@@ -146,8 +144,12 @@ void TMCString::AppendBytes(const char* inText, uint32 inCount) {
   SetByteLength(CheckedSum(oldByteLength, inCount));
   // Without memory a growing form has lost its text.
   if (fByteLength > oldByteLength) {
-    const char* const source = offset < oldByteLength ? CStr() + offset : inText;
-    MCMemoryMove(Buffer() + oldByteLength, source, fByteLength - oldByteLength);
+    char* const text = Buffer();
+    const char* const source = offset < oldByteLength ? text + offset : inText;
+    MCMemoryMove(text + oldByteLength, source, fByteLength - oldByteLength);
+    text[fByteLength] = 0;
+    fLength = detail::CountCharacters(text, fByteLength);
+    return;
   }
   WriteNul();
   CountCharacters();
@@ -168,8 +170,9 @@ bool TMCString::operator>=(const TMCString& inText) const {
 bool TMCString::operator==(const TMCString& inText) const {
   return std::strcmp(CStr(), inText.CStr()) == 0;
 }
+// The raw value of the comparison is the truth here: less and greater are both unequal.
 bool TMCString::operator!=(const TMCString& inText) const {
-  return std::strcmp(CStr(), inText.CStr()) != 0;
+  return std::strcmp(CStr(), inText.CStr());
 }
 bool TMCString::operator==(const char* inText) const {
   return inText && std::strcmp(CStr(), inText) == 0;
@@ -188,7 +191,7 @@ void TMCString::SetLength(uint32 length) {
       !MC_ASSERT(length < fLength)) {
     return;
   }
-  SetByteLength(ByteOffset(static_cast<int32>(length)));
+  SetByteLength(ByteOffset(length));
   WriteNul();
   CountCharacters();
 }
@@ -204,15 +207,15 @@ uint32 TMCString::GetSubStringByteLength(int32 inIndex, uint32 inLength) const {
   if (length == 0) {
     return 0;
   }
-  const uint32 last = ByteOffset(static_cast<int32>(first + length - 1));
+  const uint32 last = ByteOffset(first + length - 1);
   // A character that was split by a cut has fewer bytes than its first one says.
   const uint32 end = std::min(last + SequenceLengthAt(CStr(), last), fByteLength);
-  return end - ByteOffset(inIndex);
+  return end - ByteOffset(first);
 }
 
 uint16 TMCString::GetChar(int32 index) const {
-  const int32 place = MC_ASSERT_TEXT(index >= 0, "Index Pb in GetChar") ? index : 0;
-  if (static_cast<uint32>(place) >= fLength) {
+  const uint32 place = MC_ASSERT_TEXT(index >= 0, "Index Pb in GetChar") ? static_cast<uint32>(index) : 0;
+  if (place >= fLength) {
     return 0;
   }
   const uint32 offset = ByteOffset(place);
@@ -229,12 +232,42 @@ void TMCString::ToCString(char* outDest) const {
   outDest[fByteLength] = 0;
 }
 
+void TMCString::ToPascalString(uint8* outDest) const {
+  outDest[0] = static_cast<uint8>(fByteLength);
+  MCMemoryCopy(outDest + 1, CStr(), fByteLength);
+}
+
+void TMCString::FromPascalString(const uint8* inText) {
+  if (inText) {
+    Assign(reinterpret_cast<const char*>(inText + 1), inText[0]);
+  }
+}
+
 MCID TMCString::ToID() const {
   MCID id = 0;
   for (int32 i = 0; i < 4; ++i) {
     id = id << 8 | GetByte(i);
   }
   return id;
+}
+
+bool TMCString::CompareCaseless(const TMCString& inText) const {
+  TMCString1023 mine(*this);
+  TMCString1023 other(inText);
+  mine.ToUpper();
+  other.ToUpper();
+  return mine == other;
+}
+
+uint32 MCStrLen(const char* inText) {
+  if (PlatformHasWesternCodePage()) {
+    return static_cast<uint32>(std::strlen(inText));
+  }
+  uint32 count = 0;
+  for (; *inText; inText = gPlatformText->fNextCharacter(inText)) {
+    ++count;
+  }
+  return count;
 }
 
 TMCString1023 operator+(const TMCString& inA, const TMCString& inB) {

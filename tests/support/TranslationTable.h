@@ -37,12 +37,14 @@ struct TableImage {
 class HostedTable final : public IShSafeUtilities {
  public:
   explicit HostedTable(const std::vector<uint8>& inImage) : fEarlier(std::exchange(gShSafeUtilities, this)) {
-    fTable.ReadImage(inImage.data(), inImage.size());
+    fResult = fTable.ReadImage(inImage.data(), inImage.size());
   }
   ~HostedTable() { gShSafeUtilities = fEarlier; }
   HostedTable(const HostedTable&) = delete;
   HostedTable& operator=(const HostedTable&) = delete;
 
+  // What reading the image answered.
+  MCResult GetResult() const { return fResult; }
   const TMCAsciiTranslationTable& Table() const { return fTable; }
 
   MCResult MC_CALL QueryInterface(const MCGuid&, void** outObject) override {
@@ -56,6 +58,7 @@ class HostedTable final : public IShSafeUtilities {
 
  private:
   TMCAsciiTranslationTable fTable;
+  MCResult fResult = MC_S_OK;
   IShSafeUtilities* fEarlier;
 };
 
