@@ -99,20 +99,28 @@ void Compare(benchmark::State& ioState, const char* inText) {
   }
 }
 
+template <class Text>
+void Register(const std::string& inForm) {
+  const auto add = [&](const char* operation, auto function, const char* text, const char* label) {
+    benchmark::RegisterBenchmark((std::string(operation) + inForm + "/" + label).c_str(), function, text);
+  };
+  add("Assign", Assign<Text>, kShort, "short");
+  add("Assign", Assign<Text>, kLong, "long");
+  add("Append", Append<Text>, kShort, "short");
+  add("AppendBytes", AppendBytes<Text>, kLong, "long");
+  add("Find", Find<Text>, "lazy", "near");
+  add("Find", Find<Text>, "beside", "far");
+  add("Compare", Compare<Text>, kShort, "short");
+  add("Compare", Compare<Text>, kLong, "long");
+}
+
+[[maybe_unused]] const bool kRegistered = [] {
+  Register<TMCString255>("Fixed");
+  Register<TMCDynamicString>("Dynamic");
+  Register<std::string>("Std");
+  return true;
+}();
+
 }  // namespace
-
-#define QLX_BENCH_TEXTS(operation, label, text)                                                    \
-  BENCHMARK_CAPTURE(operation<TMCString255>, label, text)->Name(#operation "Fixed/" #label);       \
-  BENCHMARK_CAPTURE(operation<TMCDynamicString>, label, text)->Name(#operation "Dynamic/" #label); \
-  BENCHMARK_CAPTURE(operation<std::string>, label, text)->Name(#operation "Std/" #label)
-
-QLX_BENCH_TEXTS(Assign, 19, kShort);
-QLX_BENCH_TEXTS(Assign, 162, kLong);
-QLX_BENCH_TEXTS(Append, 19, kShort);
-QLX_BENCH_TEXTS(AppendBytes, 162, kLong);
-QLX_BENCH_TEXTS(Find, near, "lazy");
-QLX_BENCH_TEXTS(Find, far, "beside");
-QLX_BENCH_TEXTS(Compare, 19, kShort);
-QLX_BENCH_TEXTS(Compare, 162, kLong);
 
 }  // namespace qlx::bench
