@@ -237,6 +237,48 @@ TEST(AttributePath, FindsARecordedParameterAgain) {
   EXPECT_EQ(Record(scene, AttributePathMode::kFromRoot, atRoot.Get()).FindParamInfo(Root(scene)), atRoot);
 }
 
+TEST(AttributePath, ReachesShadersAndObjectsThroughTheirUsers) {
+  TestScene scene;
+  host::Shader& main = scene->AddShader("Main");
+  host::Shader& second = scene->AddShader("Second");
+  for (host::Shader* const shader : {&main, &second}) {
+    shader->GetValues()->Add({"Roug"_id, "Roughness"}, {0.5f});
+  }
+  host::SceneObject& object = scene->AddObject("Body");
+  object.SetShaders({&main, &second});
+  object.AddMorphGroup("Face", {"Smile", "Frown"}, {});
+  Element& element = scene.Add("Body");
+  element.SetShownObject(&object);
+
+  const auto resolve = [&](const char* inText) {
+    return ResolveTextPath(static_cast<TreeElement*>(&element), TMCString1023(inText));
+  };
+  const struct {
+    const char* label;
+    TMCCountedPtr<ParamInfo> param;
+    AttributePathNode node;
+  } rows[] = {
+      {"the main shader", resolve("shdr,0000,Roug"), Node(kShaderAttributes, -1)},
+      {"another of the list", resolve("shdr,0001,Roug"), Node(kShaderAttributes, 1)},
+      {"a morph of the object", resolve("RMPH,0,1"), Node(kInstanceAttributes, 0)},
+  };
+  for (const auto& row : rows) {
+    ASSERT_TRUE(row.param) << row.label;
+    const AttributePath path = Record(scene, AttributePathMode::kFromRoot, row.param.Get());
+    ASSERT_GE(path.GetNodes().GetElemCount(), 3u) << row.label;
+    EXPECT_TRUE(path.GetNodes()[0] == Node(kTreeByNameNear, 0, "Body")) << row.label;
+    EXPECT_TRUE(path.GetNodes()[1] == row.node) << row.label;
+    EXPECT_EQ(path.FindParamInfo(Root(scene)), row.param) << row.label;
+    EXPECT_TRUE(Matches(scene, path, *row.param)) << row.label;
+  }
+  EXPECT_FALSE(Path({Node(kTreeByPosition, 0), Node(kShaderAttributes, 2), Param("Roug")}).FindParamInfo(Root(scene)));
+
+  element.SetShownObject(nullptr);  // nothing shows them any more
+  for (const auto& row : rows) {
+    EXPECT_TRUE(Record(scene, AttributePathMode::kFromRoot, row.param.Get()).IsEmpty()) << row.label;
+  }
+}
+
 TEST(AttributePathRecorder, GivesAnEmptyPathWhereTheWalkFails) {
   TestScene scene;
   host::Diagnostics diagnostics;
