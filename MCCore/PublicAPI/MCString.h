@@ -205,7 +205,7 @@ class TMCString : public TMCObject {
 
 // The one body of the fixed forms.
 template <uint32 kCapacity>
-class TMCFixedString : public TMCString {
+class TMCFixedString final : public TMCString {
   static_assert(kCapacity < std::numeric_limits<uint32>::max());
 
  public:
@@ -248,7 +248,7 @@ using TMCString1023 = TMCFixedString<1023>;
 
 // Owns a block of capacity + 1 bytes, or none while the capacity is 0. Made from a text it has exactly its capacity.
 // Without memory it is empty.
-class TMCDynamicString : public TMCString {
+class TMCDynamicString final : public TMCString {
  public:
   TMCDynamicString() noexcept = default;
   TMCDynamicString(const char* inText);

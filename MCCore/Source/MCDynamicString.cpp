@@ -61,9 +61,9 @@ void TMCDynamicString::AppendCharacter(const char* inBytes, uint32 inCount) {
     Reallocate(newByteLength);
   }
   if (newByteLength <= fMaxLength) {
-    MCMemoryCopy(fStringBuffer + oldByteLength, inBytes, inCount);
-    SetByteLength(newByteLength);
-    WriteNul();
+    std::memcpy(fStringBuffer + oldByteLength, inBytes, inCount);
+    fStringBuffer[newByteLength] = 0;
+    fByteLength = newByteLength;
     ++fLength;
   }
 }

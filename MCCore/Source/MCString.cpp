@@ -86,13 +86,17 @@ uint32 TMCString::FindSubString(const TMCString& inSource, int32 index, int32 le
 }
 
 void TMCString::Assign(const char* inText, MCSize byteLength) {
-  SetByteLength(CheckedLength(byteLength));
+  if (byteLength <= fMaxLength) {
+    fByteLength = static_cast<uint32>(byteLength);
+  } else {
+    SetByteLength(CheckedLength(byteLength));
+  }
   if (fMaxLength == 0) {
     fLength = 0;
     return;
   }
   char* const text = Buffer();
-  MCMemoryMove(text, inText, fByteLength);
+  std::memmove(text, inText, fByteLength);
   text[fByteLength] = 0;
   fLength = detail::CountCharacters(text, fByteLength);
 }
@@ -113,10 +117,15 @@ TMCString& TMCString::operator=(const char* inText) {
 
 TMCString& TMCString::operator+=(char inByte) {
   const uint32 oldByteLength = fByteLength;
-  SetByteLength(CheckedSum(fByteLength, 1));
+  if (oldByteLength < fMaxLength) {
+    ++fByteLength;
+  } else {
+    SetByteLength(CheckedSum(oldByteLength, 1));
+  }
   if (MC_ASSERT(fByteLength > oldByteLength)) {
-    Buffer()[oldByteLength] = inByte;
-    WriteNul();
+    char* const end = Buffer() + oldByteLength;
+    end[0] = inByte;
+    end[1] = 0;
     ++fLength;
   }
   return *this;
@@ -139,6 +148,14 @@ void TMCString::AppendBytes(const char* inText, uint32 inCount) {
     return;
   }
   const uint32 oldByteLength = fByteLength;
+  if (inCount <= fMaxLength - oldByteLength) {
+    char* const text = Buffer();
+    std::memmove(text + oldByteLength, inText, inCount);
+    fByteLength += inCount;
+    text[fByteLength] = 0;
+    fLength = detail::CountCharacters(text, fByteLength);
+    return;
+  }
   // A part of this very text moves when the text grows.
   const std::uintptr_t offset = reinterpret_cast<std::uintptr_t>(inText) - reinterpret_cast<std::uintptr_t>(CStr());
   SetByteLength(CheckedSum(oldByteLength, inCount));

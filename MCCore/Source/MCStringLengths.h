@@ -18,21 +18,38 @@ constexpr uint32 SequenceLengthAt(const char* inText, uint32 inOffset) noexcept 
   return MCUtf8SequenceLength(static_cast<uint8>(inText[inOffset]));
 }
 
-inline uint32 CountCharacters(const char* inText, uint32 inCount) noexcept {
-  uint32 count = 0;
-  uint32 i = 0;
-  // Most texts are ASCII: four words at a time as long as none has an upper bit.
-  for (uint64 words[4]; inCount - i >= sizeof words; i += sizeof words) {
-    std::memcpy(words, inText + i, sizeof words);
-    if ((words[0] | words[1] | words[2] | words[3]) & 0x8080808080808080U) {
-      for (uint32 k = 0; k < sizeof words; ++k) {
-        count += MCUtf8BeginsCharacter(static_cast<uint8>(inText[i + k]));
-      }
-    } else {
-      count += sizeof words;
+// True for bytes below 0x80 only. Four words at a time, which compilers make vectors; the last ones overlap.
+inline bool IsAscii(const char* inText, uint32 inCount) noexcept {
+  constexpr uint32 kWord = sizeof(uint64);
+  const auto word = [inText](uint32 offset) {
+    uint64 value;
+    std::memcpy(&value, inText + offset, kWord);
+    return value;
+  };
+  uint64 bits = 0;
+  if (inCount < kWord) {
+    for (uint32 i = 0; i < inCount; ++i) {
+      bits |= static_cast<uint8>(inText[i]);
     }
+    return (bits & 0x80) == 0;
   }
-  for (; i < inCount; ++i) {
+  uint32 i = 0;
+  for (; inCount - i >= 4 * kWord; i += 4 * kWord) {
+    bits |= (word(i) | word(i + kWord)) | (word(i + 2 * kWord) | word(i + 3 * kWord));
+  }
+  for (; inCount - i >= kWord; i += kWord) {
+    bits |= word(i);
+  }
+  return ((bits | word(inCount - kWord)) & 0x8080808080808080U) == 0;
+}
+
+// Every edit counts anew, so most texts, which are ASCII, are not looked at byte by byte.
+inline uint32 CountCharacters(const char* inText, uint32 inCount) noexcept {
+  if (IsAscii(inText, inCount)) {
+    return inCount;
+  }
+  uint32 count = 0;
+  for (uint32 i = 0; i < inCount; ++i) {
     count += MCUtf8BeginsCharacter(static_cast<uint8>(inText[i]));
   }
   return count;
