@@ -96,9 +96,9 @@ void TMCString::Assign(const char* inText, MCSize byteLength) {
     return;
   }
   char* const text = Buffer();
+  fLength = detail::CountCharacters(inText, fByteLength);
   std::memmove(text, inText, fByteLength);
   text[fByteLength] = 0;
-  fLength = detail::CountCharacters(text, fByteLength);
 }
 
 TMCString& TMCString::operator=(const TMCString& inSource) {
@@ -150,10 +150,11 @@ void TMCString::AppendBytes(const char* inText, uint32 inCount) {
   const uint32 oldByteLength = fByteLength;
   if (inCount <= fMaxLength - oldByteLength) {
     char* const text = Buffer();
+    // Counted before it is copied: bytes that were just written are slow to read.
+    fLength = detail::CountCharacters(text, oldByteLength) + detail::CountCharacters(inText, inCount);
     std::memmove(text + oldByteLength, inText, inCount);
     fByteLength += inCount;
     text[fByteLength] = 0;
-    fLength = detail::CountCharacters(text, fByteLength);
     return;
   }
   // A part of this very text moves when the text grows.
