@@ -43,9 +43,10 @@ std::string WrittenBy(Writer&& inWriter) {
   return Written(stream);
 }
 
-// The code of the exception that the work throws; 0 for none. Reports are not looked at.
+// The code of the exception that the work throws; 0 for none. It must carry the file's name, where one is expected, and
+// a line. Reports are not looked at.
 template <class Work>
-MCResult CodeOf(Work&& inWork) {
+MCResult CodeOf(Work&& inWork, const char* inFile = "MCToken") {
   IDebugUtilities* const earlier = gDebugUtilities;
   class Silence final : public IDebugUtilities {
    public:
@@ -64,7 +65,7 @@ MCResult CodeOf(Work&& inWork) {
     inWork();
   } catch (const TMCException& problem) {
     code = problem.GetCode();
-    EXPECT_STREQ(problem.GetFileName(), "MCToken");
+    EXPECT_STREQ(problem.GetFileName(), inFile ? inFile : problem.GetFileName());
     EXPECT_GT(problem.GetLine(), 0);
   }
   gDebugUtilities = earlier;
