@@ -201,7 +201,7 @@ void TMCString::NormalizeLineEnds(int32 mode) {
     result += IsLineEnd(text[i]) ? '\n' : text[i];
   }
   if (result.ByteLength() == size) {
-    *this = result;
+    Assign(result.CStr(), result.ByteLength());
   }
 }
 

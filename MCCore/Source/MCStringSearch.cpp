@@ -138,7 +138,7 @@ int32 TMCString::Replace(const TMCString& inFind, const TMCString& inReplacement
     append(inReplacement.CStr(), added);
   });
   append(CStr() + rest, fByteLength - rest);
-  *this = result;
+  Assign(result.CStr(), result.ByteLength());
   return count;
 }
 

@@ -104,7 +104,7 @@ class StringSteps {
         text.Assign(bytes.data(), bytes.size());
         return model.Assign(bytes);
       case 1:
-        text = operand;
+        text = static_cast<const TMCString&>(operand);
         return model.Assign(bytes);
       case 2:
         text += operand;
