@@ -135,7 +135,7 @@ class TMCString : public TMCObject {
   void NormalizeLineEnds(int32 mode);
 
   void FromInt(int32 inValue);
-  // So many digits after the decimal separator, which is the user's. Those past the thousandth are not written.
+  // So many digits after the decimal separator, which is the user's. Those past the 1100th are not written.
   void FromFloat(real32 inValue, uint32 precision);
   // So many significant digits, with an exponent when that is shorter.
   void FromDouble(real64 inValue, uint32 precision);

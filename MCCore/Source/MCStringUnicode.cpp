@@ -71,9 +71,10 @@ void TMCString::FromCharacters(Source inSource) {
   char* const text = fMaxLength ? Buffer() : nullptr;
   uint32 written = 0;
   uint32 length = 0;
-  while (const uint16 character = inSource.Next()) {
+  while (text) {
+    const uint16 character = inSource.Next();
     // What the room cannot take whole ends the text: a character is never split here.
-    if (MCUtf8EncodedLength(character) > fByteLength - written) {
+    if (character == 0 || MCUtf8EncodedLength(character) > fByteLength - written) {
       break;
     }
     written += MCUtf8Encode(character, text + written);
