@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "PlatformTextGuard.h"
 #include "TokenText.h"
 
 namespace qlx {
@@ -188,6 +189,8 @@ TEST_F(TokenLines, TheSharedRecordIsNeverWrittenTo) {
 }
 
 TEST_F(TokenLines, TextsComeBackUnchanged) {
+  test::PlatformTextGuard platform;
+  platform.UseUtf8CodePage();  // nothing is translated
   const AssertionGuard guard;
   const std::string longText(100000, '"');
   for (const std::string& text : {std::string(), std::string("plain"), std::string("\\ and \" {}#$\r\n\t,"),
@@ -235,6 +238,8 @@ TEST_F(TokenLines, TextsAreDecodedAsTheStreamSays) {
 }
 
 TEST_F(TokenLines, TextsForOtherSystemsAreLeftOut) {
+  test::PlatformTextGuard platform;
+  platform.UseUtf8CodePage();
   const AssertionGuard guard;
   const std::string text = "\"@Mother@Wours@Xrest\" \"@Wmine@\" ";
   auto stream = Reading(text);
