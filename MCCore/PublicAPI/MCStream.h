@@ -125,10 +125,18 @@ class TMCStream : public TMCObject {
   explicit TMCStream(uint32 inMode) noexcept : fMode(inMode) {}
 
   // The start of every read. False when the stream is not readable.
-  bool BeginRead() noexcept;
-  bool BeginWrite() noexcept;
+  bool BeginRead() noexcept {
+    fState = 0;
+    fGCount = 0;
+    return Allows(kStreamReadable);
+  }
+  bool BeginWrite() noexcept { return Allows(kStreamWritable); }
   // Answers a read that moved so many bytes of those asked for.
-  TMCStream& EndRead(int32 inMoved, int32 inWanted) noexcept;
+  TMCStream& EndRead(int32 inMoved, int32 inWanted) noexcept {
+    fGCount = inMoved;
+    fState |= inMoved < inWanted ? kStreamEnd : 0;
+    return *this;
+  }
 
   struct Info {
     uint32 fKey;
@@ -150,6 +158,13 @@ class TMCStream : public TMCObject {
  private:
   friend class MCStreamReader;
 
+  bool Allows(uint32 inMode) noexcept {
+    if ((fMode & inMode) == 0) {
+      StreamFail(kStreamWrongMode);
+      return false;
+    }
+    return true;
+  }
   template <class Value>
   TMCStream& ReadInteger(Value& outValue);
   template <class Value>

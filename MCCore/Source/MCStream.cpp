@@ -24,32 +24,6 @@ void TMCStream::StreamFail([[maybe_unused]] MCResult inCode) noexcept {
   MCAssert(__FILE_NAME__, __LINE__, "Stream throw TMCException");
 }
 
-bool TMCStream::BeginRead() noexcept {
-  fState = 0;
-  fGCount = 0;
-  if ((fMode & kStreamReadable) == 0) {
-    StreamFail(kStreamWrongMode);
-    return false;
-  }
-  return true;
-}
-
-bool TMCStream::BeginWrite() noexcept {
-  if ((fMode & kStreamWritable) == 0) {
-    StreamFail(kStreamWrongMode);
-    return false;
-  }
-  return true;
-}
-
-TMCStream& TMCStream::EndRead(int32 inMoved, int32 inWanted) noexcept {
-  fGCount = inMoved;
-  if (inMoved < inWanted) {
-    fState |= kStreamEnd;
-  }
-  return *this;
-}
-
 void TMCStream::precision(int32 inDecimals) noexcept {
   fPrecision = std::clamp(inDecimals, 0, 15);
 }

@@ -73,8 +73,12 @@ void MCStreamReader::Leave() noexcept {
 }
 
 int MCStreamReader::GetSlowly() {
-  Leave();
   uint8 byte = 0;
+  if (fSource == Source::kForeign) {
+    fStream.GetByte(byte);
+    return (fStream.fState & (kStreamEnd | kStreamFailed)) == 0 ? byte : kEnd;
+  }
+  Leave();
   fStream.GetByte(byte);
   const bool got = (fStream.fState & (kStreamEnd | kStreamFailed)) == 0;
   Enter();
