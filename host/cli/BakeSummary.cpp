@@ -40,7 +40,7 @@ std::vector<std::pair<std::string, std::string>> ValueNames(const BakeResult& in
 
 // "1 element", "2 elements and 1 other value", "3 values"
 std::string WhatChanged(const BakeResult& inResult) {
-  const std::string elements = Counted(inResult.fElements.size(), "element");
+  std::string elements = Counted(inResult.fElements.size(), "element");
   if (inResult.fValues.empty()) {
     return elements;
   }
@@ -71,7 +71,7 @@ std::string SummaryAsText(const BakeSummary& inSummary, const BakeResult& inResu
     lines.push_back(Printable(element.fElement->GetNameText()) + ": " + ChannelNames(element.fChannels));
   }
   for (const auto& [label, names] : ValueNames(inResult)) {
-    lines.push_back(Printable(label + ": " + names));
+    lines.push_back(fmt::format("{}: {}", Printable(label), Printable(names)));
   }
   std::string text =
       fmt::format("{}: {} changed on frames {} to {} at {} a second\n", inSummary.fOutput, WhatChanged(inResult),

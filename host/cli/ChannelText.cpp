@@ -1,7 +1,5 @@
 #include "ChannelText.h"
 
-#include <iterator>
-
 namespace qlx::host {
 
 const char* UnitOf(Channel inChannel) {
@@ -20,11 +18,6 @@ std::vector<const ChannelInfo*> ChannelsOf(ChannelMask inMask) {
     }
   }
   return found;
-}
-
-const char* NumberName(MCID inType, uint32 inNumber) {
-  constexpr const char* kOfColour[] = {" red", " green", " blue", " alpha"};
-  return inType == "colo"_id && inNumber < std::size(kOfColour) ? kOfColour[inNumber] : "";
 }
 
 }  // namespace qlx::host

@@ -14,7 +14,4 @@ const char* UnitOf(Channel inChannel);
 // The rows of `kChannels` that the mask has, in their order.
 std::vector<const ChannelInfo*> ChannelsOf(ChannelMask inMask);
 
-// " red" for the first number of a colour; nothing for a value of one number.
-const char* NumberName(MCID inType, uint32 inNumber);
-
 }  // namespace qlx::host

@@ -21,6 +21,8 @@ struct CommandContext {
 
 // Each adds its command to the program.
 void AddTreeCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddGetCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddSetCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddBakeCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddInfoCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddTokensCommand(CLI::App& inProgram, CommandContext& inContext);

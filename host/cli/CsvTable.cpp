@@ -31,7 +31,7 @@ std::vector<Column> ColumnsOf(const BakeResult& inBake) {
   for (const BakedValue& value : inBake.fValues) {
     const ValueInfo& info = value.fValues->GetInfo(value.fIndex);
     for (uint32 i = 0; i < WidthOfType(info.fType); ++i) {
-      columns.push_back({fmt::format("{} {}{}", value.fValues->GetLabel(), info.fName, NumberName(info.fType, i)),
+      columns.push_back({fmt::format("{} {}{}", value.fValues->GetLabel(), info.fName, NameOfNumber(info.fType, i)),
                          [&value, i](std::size_t row) { return value.fFrames[row][i]; }});
     }
   }

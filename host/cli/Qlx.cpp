@@ -23,6 +23,8 @@ const char* const kAbout =
 
 const char* const kExamples = R"(Examples:
   qlx tree scene.gltf                       what is in a scene
+  qlx get scene.gltf --element Arm --path self,amet,TRAN,ROTA,RotX
+                                            a value by its path
   qlx bake scene.gltf -o baked.glb          every frame evaluated, the result as keys
   qlx info                                  the plug-in that is loaded
   qlx tokens saved.tok                      what is in a token file, and where it is broken
@@ -95,6 +97,8 @@ int RunQlx(std::vector<std::string> inArguments, Console& inConsole) {
   program.failure_message(CLI::FailureMessage::simple);
   AddLibraryOption(program, context);
   AddTreeCommand(program, context);
+  AddGetCommand(program, context);
+  AddSetCommand(program, context);
   AddBakeCommand(program, context);
   AddInfoCommand(program, context);
   AddTokensCommand(program, context);

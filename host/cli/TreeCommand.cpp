@@ -12,7 +12,7 @@
 #include "Text.h"
 #include "gltf/GltfJson.h"
 #include "model/Bake.h"
-#include "model/ElementParameters.h"
+#include "model/ParameterRows.h"
 
 namespace qlx::host {
 
@@ -84,8 +84,8 @@ class TreeText {
     }
     if (fParameters) {
       ForEachParameter(inElement, [&](const ParameterRow& row) {
-        Line("{}  - {:<24} {} {}{}", inIndent, row.fPath, TextFromID(row.fType), row.fValue,
-             row.fIsAnimated ? "  (animated)" : "");
+        Line("{}  - {:<24} {} {}  {}{}{}", inIndent, row.fPath, TextFromID(row.fType), row.fValue, Printable(row.fName),
+             row.fIsAnimated ? "  (animated)" : "", row.fIsFound ? "" : "  (not found by its path)");
       });
     }
   }
@@ -148,7 +148,8 @@ Json ParametersAsJson(Element& inElement) {
                           {"name", row.fName},
                           {"type", TextFromID(row.fType)},
                           {"value", value.is_discarded() ? Json(row.fValue) : value},
-                          {"animated", row.fIsAnimated}});
+                          {"animated", row.fIsAnimated},
+                          {"found", row.fIsFound}});
   });
   return parameters;
 }

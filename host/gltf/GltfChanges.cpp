@@ -24,6 +24,11 @@ void ListExtensionOf(const std::string& inPointer, Json& ioDocument) {
   }
 }
 
+bool IsAnyOf(const ValueTarget& inTarget, const std::map<std::size_t, const BakedValue*>& inBaked) {
+  const auto first = inBaked.lower_bound(inTarget.fFirst);
+  return first != inBaked.end() && first->first < inTarget.fFirst + inTarget.fCount;
+}
+
 }  // namespace
 
 GltfChanges::GltfChanges(Json& ioDocument, const GltfModel& inModel, std::optional<std::size_t> inClip,
@@ -65,10 +70,7 @@ void GltfChanges::AddValues(const ValueTargets& inTargets, const BakeResult* inB
   }
   for (const ValueTarget& target : inTargets.GetAll()) {
     const auto found = baked.find(target.fValues.get());
-    const auto first = found == baked.end() ? std::size_t{0} : target.fFirst;
-    const bool isBaked = found != baked.end() && found->second.lower_bound(first) != found->second.end() &&
-                         found->second.lower_bound(first)->first < target.fFirst + target.fCount;
-    if (isBaked) {
+    if (inBake != nullptr && found != baked.end() && IsAnyOf(target, found->second)) {
       SetValueTrack(target, TrackOfBake(*inBake, found->second, target));
     } else {
       AddEdited(target);

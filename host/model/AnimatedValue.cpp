@@ -10,6 +10,11 @@ uint32 WidthOfType(MCID inType) {
   return inType == "colo"_id ? 4 : 1;
 }
 
+const char* NameOfNumber(MCID inType, uint32 inNumber) {
+  constexpr std::array kOfColour{" red", " green", " blue", " alpha"};
+  return inType == "colo"_id && inNumber < kOfColour.size() ? kOfColour[inNumber] : "";
+}
+
 ValueNumbers SplitValue(MCID inType, const void* inValue) {
   ValueNumbers numbers{};
   if (inType == "bool"_id) {

@@ -32,6 +32,8 @@ inline constexpr std::size_t kMostNumbers = 4;
 using ValueNumbers = std::array<real32, kMostNumbers>;
 
 uint32 WidthOfType(MCID inType);
+// " red" for the first number of a colour; nothing for a value of one number.
+const char* NameOfNumber(MCID inType, uint32 inNumber);
 // Between numbers and the bytes of the type. A truth value is true from a half on.
 ValueNumbers SplitValue(MCID inType, const void* inValue);
 void JoinValue(MCID inType, const ValueNumbers& inNumbers, void* outValue);
@@ -44,6 +46,10 @@ class AnimatedValue : public ValueAccess {
   AnimatedValue* AsAnimated() override { return this; }
   uint32 GetWidth() const { return WidthOfType(GetType()); }
 
+  // The base value shows where there are no keys. Writing it is an edit. Both are false when it is dead, and a write
+  // for a value that is not finite.
+  virtual bool ReadBase(void* outValue) const = 0;
+  virtual bool WriteBase(const void* inValue) = 0;
   // From the curves, or the base value where there are no keys. False when it is dead.
   virtual bool SampleAt(int32 inTime, void* outValue) const = 0;
   // Null when it is dead or was never animated.

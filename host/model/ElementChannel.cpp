@@ -1,5 +1,6 @@
 #include "ElementChannel.h"
 
+#include <cmath>
 #include <cstring>
 
 #include "Element.h"
@@ -26,6 +27,29 @@ bool ElementChannel::Write(const void* inValue) {
   real32 value = 0;
   std::memcpy(&value, inValue, sizeof(value));
   return element != nullptr && element->SetValue(fChannel, value);
+}
+
+bool ElementChannel::ReadBase(void* outValue) const {
+  const Element* const element = Find();
+  if (element == nullptr) {
+    return false;
+  }
+  const real32 value = element->GetBase()[fChannel];
+  std::memcpy(outValue, &value, sizeof(value));
+  return true;
+}
+
+bool ElementChannel::WriteBase(const void* inValue) {
+  Element* const element = Find();
+  real32 value = 0;
+  std::memcpy(&value, inValue, sizeof(value));
+  if (element == nullptr || !std::isfinite(value)) {
+    return false;
+  }
+  ChannelValues values = element->GetBase();
+  values[fChannel] = value;
+  element->SetBase(values);
+  return true;
 }
 
 bool ElementChannel::SampleAt(int32 inTime, void* outValue) const {

@@ -24,6 +24,8 @@ class ElementChannel final : public AnimatedValue {
   MCID GetType() const override { return "qfix"_id; }
   bool Read(void* outValue) const override;
   bool Write(const void* inValue) override;
+  bool ReadBase(void* outValue) const override;
+  bool WriteBase(const void* inValue) override;
   bool SampleAt(int32 inTime, void* outValue) const override;
   const Curve* GetCurve(uint32 inNumber) const override;
   bool EditCurves(const std::function<void(Curve&, uint32)>& inEdit) override;

@@ -9,9 +9,7 @@
 //       XYZ   ScaX ScaY ScaZ  scale along each axis
 #pragma once
 
-#include <functional>
 #include <memory>
-#include <string>
 
 #include "ElementChannel.h"
 #include "Parameter.h"
@@ -29,17 +27,5 @@ class ElementParameters {
   std::shared_ptr<ElementLink> fLink;
   TMCCountedPtr<ParameterGroup> fRoot;
 };
-
-// A parameter as a person reads it.
-struct ParameterRow {
-  std::string fPath;   // "self,amet,TRAN,ROTA,RotX"
-  std::string fName;   // "Rotation X"
-  MCID fType = 0;      // 'qfix'
-  std::string fValue;  // the evaluated value, in the fewest digits that give it back
-  bool fIsAnimated = false;
-};
-
-// Visits the plain parameters of an element, in their order.
-void ForEachParameter(Element& inElement, const std::function<void(const ParameterRow&)>& inVisit);
 
 }  // namespace qlx::host

@@ -14,6 +14,18 @@ bool SetValue::Write(const void* inValue) {
   return fSet->Write(fIndex, SplitValue(GetType(), inValue));
 }
 
+bool SetValue::ReadBase(void* outValue) const {
+  if (fSet->GetScene() == nullptr) {
+    return false;
+  }
+  JoinValue(GetType(), fSet->GetBase(fIndex), outValue);
+  return true;
+}
+
+bool SetValue::WriteBase(const void* inValue) {
+  return fSet->SetBase(fIndex, SplitValue(GetType(), inValue));
+}
+
 bool SetValue::SampleAt(int32 inTime, void* outValue) const {
   if (fSet->GetScene() == nullptr) {
     return false;

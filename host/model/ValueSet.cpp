@@ -33,6 +33,21 @@ bool ValueSet::Write(std::size_t inIndex, const ValueNumbers& inNumbers) {
   return true;
 }
 
+bool ValueSet::SetBase(std::size_t inIndex, const ValueNumbers& inNumbers) {
+  Value& value = fValues[inIndex];
+  if (fScene == nullptr || !IsFiniteValue(value.fInfo.fType, inNumbers)) {
+    return false;
+  }
+  value.fBase = inNumbers;
+  value.fIsEdited = true;
+  if (fScene->IsEvaluating()) {
+    fScene->Touch(*this);
+  } else if (!HasKeys(inIndex)) {
+    value.fEvaluated = value.fUnmodified = inNumbers;
+  }
+  return true;
+}
+
 const Curve* ValueSet::GetCurve(std::size_t inIndex, uint32 inNumber) const {
   const std::vector<Curve>& curves = fValues[inIndex].fCurves;
   return inNumber < curves.size() ? &curves[inNumber] : nullptr;

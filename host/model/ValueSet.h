@@ -41,6 +41,8 @@ class ValueSet : public std::enable_shared_from_this<ValueSet> {
   const ValueNumbers& GetBase(std::size_t inIndex) const { return fValues[inIndex].fBase; }
   const ValueNumbers& GetEvaluated(std::size_t inIndex) const { return fValues[inIndex].fEvaluated; }
   bool Write(std::size_t inIndex, const ValueNumbers& inNumbers);
+  // An edit that leaves the keys alone; during an evaluation it shows from the next one on.
+  bool SetBase(std::size_t inIndex, const ValueNumbers& inNumbers);
 
   // Curves, one a number. `GetCurve` gives null for a value that was never animated, `GetOrMakeCurve` an empty curve to
   // be filled as a scene is built: give all curves of a value the same keys. `EditCurves` is an edit, which shows at

@@ -5,7 +5,7 @@
 #include "MatrixQuaternion.h"
 #include "ModelTest.h"
 #include "ParamHolder.h"
-#include "model/ElementParameters.h"
+#include "model/ParameterRows.h"
 #include "model/ParamTypes.h"
 
 namespace qlx::host {

@@ -7,9 +7,9 @@
 #include "ModelTest.h"
 #include "ParamHolder.h"
 #include "model/Bake.h"
-#include "model/ElementParameters.h"
 #include "model/ParamTypes.h"
 #include "model/ParameterIDs.h"
+#include "model/ParameterRows.h"
 
 namespace qlx::host {
 
@@ -268,6 +268,59 @@ TEST_F(Values, ABakeNamesOneThatIsNotFinite) {
   } catch (const UserError& error) {
     EXPECT_STREQ(error.what(), "shader \"Paint\", Roughness, frame 4: the value is not a finite number");
   }
+}
+
+TEST_F(Values, GoByTextPathsFromTheElement) {
+  TestScene scene;
+  Element& element = scene.Add("Element");
+  SceneObject& object = scene->AddObject("Head");
+  object.AddMorphGroup("Face", {"Smile"}, {0.25f});
+  std::vector<Shader*> shaders;
+  for (int i = 0; i < 13; ++i) {
+    shaders.push_back(&scene->AddShader("Paint"));
+    shaders.back()->GetValues()->Add({"BCol"_id, "Base colour", "colo"_id}, {static_cast<real32>(i), 0.5f, 0, 1});
+  }
+  object.SetShaders(shaders);
+  element.SetShownObject(&object);
+  const struct {
+    const char* path;
+    int number;
+    const char* value;  // null: no parameter
+  } rows[] = {
+      {"self,amet,TRAN,SCAL", -1, "1"},
+      {"self,amet,TRAN,SCAL,redV", -1, "1"},  // what stands behind a plain parameter is not read
+      {"self,amet,TRAN", -1, nullptr},
+      {"shdr,0000,BCol", -1, "0 0.5 0 1"},
+      {"shdr,0009,BCol,redV", 0, "9"},
+      {"shdr,0009,BCol,grnV", 1, "0.5"},
+      {"shdr,0009,BCol,wxyz", -1, "9 0.5 0 1"},
+      {"shdr,0019,BCol", -1, nullptr},       // the row of the shader at 10: there is none at 19
+      {"shdr,0011,BCol", -1, "11 0.5 0 1"},  // the row of the one at 12 leads to the one at 11
+      {"shdr,0000", -1, nullptr},
+      {"RMPH,0,0", -1, "0.25"},
+      {"RMPH,0,1", -1, nullptr},
+      {"RMPH,0", -1, nullptr},
+      {"", -1, nullptr},
+  };
+  for (const auto& row : rows) {
+    const FoundParameter found = FindParameter(element, row.path);
+    ASSERT_EQ(static_cast<bool>(found.fParameter), row.value != nullptr) << row.path;
+    EXPECT_EQ(found.fNumber, row.number) << row.path;
+    if (row.value != nullptr) {
+      AnimatedValue& value = *found.fParameter->GetValueAccess()->AsAnimated();
+      uint8 bytes[ParamType::kMaxSize];
+      ASSERT_TRUE(value.ReadBase(bytes));
+      EXPECT_EQ(TextOfNumbers(value.GetType(), SplitValue(value.GetType(), bytes), found.fNumber), row.value);
+    }
+  }
+  EXPECT_FALSE(FindParameter(element, std::string(2000, 'x')).fParameter);
+  std::vector<std::string> lost;
+  ForEachParameter(element, [&lost](const ParameterRow& row) {
+    if (!row.fIsFound && row.fName == "Base colour") {
+      lost.push_back(row.fPath);
+    }
+  });
+  EXPECT_EQ(lost, (std::vector<std::string>{"shdr,0019,BCol", "shdr,0011,BCol"}));
 }
 
 TEST(ParameterIDs, ComeFromNamesAndAreUnique) {
