@@ -150,7 +150,7 @@ class I3DShModifierHolder : public IMCUnknown {
   ~I3DShModifierHolder() = default;
 };
 
-// A surface description. Also answers `I3DShAttributes`.
+// A surface description. Also answers `I3DShAttributes` and `I3DShAnimated`.
 class I3DShShader : public IMCUnknown {
  public:
   static constexpr MCGuid kInterfaceID = "A577C3EF-C866-4B68-88A5-315FBA4E7B01"_guid;
@@ -190,7 +190,7 @@ class I3DShMorphData : public IMCUnknown {
   ~I3DShMorphData() = default;
 };
 
-// A geometry that instances show. Also answers `I3DShAttributes`.
+// A geometry that instances show. Also answers `I3DShAttributes` and `I3DShAnimated`.
 class I3DShObject : public IMCUnknown {
  public:
   static constexpr MCGuid kInterfaceID = "3B7496E3-67E9-4E41-B6CA-6B21F3ABE6C5"_guid;

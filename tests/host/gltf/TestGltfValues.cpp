@@ -86,7 +86,7 @@ class GltfValues : public GltfTest {
 
   // As if a modifier had written the value, frame by frame, at 30 frames a second.
   static void AddBaked(BakeResult& ioBake, const GltfDocument& inDocument, const char* inLabel, const char* inName,
-                       std::vector<ValueNumbers> inFrames) {
+                       const std::vector<ValueNumbers>& inFrames) {
     const auto [values, index] = Find(inDocument, inLabel, inName);
     ioBake.fTimes.clear();
     for (std::size_t i = 0; i < inFrames.size(); ++i) {

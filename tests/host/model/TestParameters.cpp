@@ -5,8 +5,8 @@
 #include "MatrixQuaternion.h"
 #include "ModelTest.h"
 #include "ParamHolder.h"
-#include "model/ParameterRows.h"
 #include "model/ParamTypes.h"
+#include "model/ParameterRows.h"
 
 namespace qlx::host {
 

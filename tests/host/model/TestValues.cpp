@@ -4,6 +4,7 @@
 #include <limits>
 #include <set>
 
+#include "AttributePathRecorder.h"
 #include "ModelTest.h"
 #include "ParamHolder.h"
 #include "model/Bake.h"
@@ -13,7 +14,6 @@
 
 namespace qlx::host {
 
-using test::TestModifier;
 using test::TestScene;
 
 namespace {
@@ -321,6 +321,32 @@ TEST_F(Values, GoByTextPathsFromTheElement) {
     }
   });
   EXPECT_EQ(lost, (std::vector<std::string>{"shdr,0019,BCol", "shdr,0011,BCol"}));
+}
+
+TEST_F(Values, AreFoundAgainByAttributePaths) {
+  TestScene scene;
+  Element& element = scene.Add("Element");
+  SceneObject& object = scene->AddObject("Head");
+  object.AddMorphGroup("Face", {"Smile", "Frown"}, {});
+  object.SetShaders({&AddPaint(*scene), &scene->AddShader("Lip")});
+  object.GetShaders()[1]->GetValues()->Add({"Roug"_id, "Roughness"}, {1});
+  element.SetShownObject(&object);
+  const auto light = scene->AddValues("light \"Lamp\"");
+  light->Add({"Inte"_id, "Intensity"}, {1});
+  element.AttachValues({"ligh"_id, "Light", light});
+  IMCUnknown* const root = static_cast<TreeElement*>(&scene->GetRootElement());
+  for (const char* const text :
+       {"self,amet,TRAN,OFFS,XCOO", "self,ligh,Inte", "shdr,0000,BCol", "shdr,0001,Roug", "RMPH,0,1"}) {
+    const auto parameter = FindParameter(element, text).fParameter;
+    ASSERT_TRUE(parameter) << text;
+    for (const AttributePathMode mode : {AttributePathMode::kByElementID, AttributePathMode::kFromRoot}) {
+      AttributePathRecorder recorder;
+      recorder.Set(mode, parameter.Get());
+      AttributePath path;
+      recorder.CopyTo(root, path);
+      EXPECT_EQ(path.FindParamInfo(root).Get(), static_cast<ParamInfo*>(parameter.Get())) << text;
+    }
+  }
 }
 
 TEST(ParameterIDs, ComeFromNamesAndAreUnique) {
