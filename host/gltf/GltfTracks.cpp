@@ -145,7 +145,8 @@ void KeepWithinLimits(Track& ioTrack, const ValueTarget& inTarget) {
   const std::size_t width = inTarget.GetNumbersInKey();
   const bool isCubic = ioTrack.fInterpolation == Interpolation::kCubicSpline;
   for (std::size_t i = 0; i < ioTrack.fValues.size(); ++i) {
-    if (!isCubic || i / width % 3 == 1) {
+    const bool isTangent = isCubic && width != 0 && i / width % 3 != 1;
+    if (!isTangent) {
       const real32 value = std::clamp(ioTrack.fValues[i], inTarget.fRule->fLeast, inTarget.fRule->fMost);
       ioTrack.fIsLimited |= value != std::exchange(ioTrack.fValues[i], value);
     }
