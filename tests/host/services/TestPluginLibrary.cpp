@@ -34,8 +34,7 @@ TEST(PluginLibrary, ErrorsNameTheFileAndWhatIsWrong) {
   EXPECT_EQ(ProblemOf(folder), PathText(folder) + ": is a folder, not a plug-in library");
   const std::string start = PathText(text) + ": not a library that can be loaded (";
   EXPECT_EQ(ProblemOf(text).substr(0, start.size()), start);
-  EXPECT_EQ(ProblemOf(QLX_NO_PLUGIN_FILE),
-            std::string(QLX_NO_PLUGIN_FILE) + ": not a plug-in, it lacks the export MCDllCleanUp");
+  EXPECT_EQ(ProblemOf(QLX_NO_PLUGIN_FILE), QLX_NO_PLUGIN_FILE ": not a plug-in, it lacks the export MCDllCleanUp");
   std::filesystem::remove(text);
 }
 
