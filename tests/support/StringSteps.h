@@ -3,6 +3,8 @@
 #pragma once
 
 #include <array>
+#include <cmath>
+#include <limits>
 #include <string>
 
 #include "MCString.h"
@@ -203,6 +205,7 @@ class StringSteps {
     real64 value = static_cast<real64>(static_cast<int64>(bits)) / 1048576;
     if (bits & 1) {
       std::memcpy(&value, &bits, sizeof value);
+      value = std::isnan(value) ? std::numeric_limits<real64>::quiet_NaN() : value;  // C libraries differ in its sign
     }
     const uint32 precision = Below(40);
     char scratch[512];
