@@ -11,6 +11,7 @@
 #include "MCMemoryStream.h"
 #include "MCString.h"
 #include "MCToken.h"
+#include "SilentReports.h"
 #include "TestMemory.h"
 
 namespace qlx::test {
@@ -47,28 +48,17 @@ std::string WrittenBy(Writer&& inWriter) {
 // a line. Reports are not looked at.
 template <class Work>
 MCResult CodeOf(Work&& inWork, const char* inFile = "MCToken") {
-  IDebugUtilities* const earlier = gDebugUtilities;
-  class Silence final : public IDebugUtilities {
-   public:
-    MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
-    uint32 MC_CALL AddRef() override { return 1; }
-    uint32 MC_CALL Release() override { return 1; }
-    void MC_CALL ReportAssertion(const char*, int32, const char*) override {}
-    void MC_CALL Report(const char*, int32) override {}
-    void MC_CALL Report2(const char*, int32, int32, int32) override {}
-    void MC_CALL Report3(const char*, int32, int32, int32, int32) override {}
-    void MC_CALL GetCountedObjectBookkeeping(CountedObjectBookkeeping&) override {}
-  } silence;
-  gDebugUtilities = &silence;
+  const SilentReports silence;
   MCResult code = MC_S_OK;
   try {
     inWork();
   } catch (const TMCException& problem) {
     code = problem.GetCode();
-    EXPECT_STREQ(problem.GetFileName(), inFile ? inFile : problem.GetFileName());
+    if (inFile) {
+      EXPECT_STREQ(problem.GetFileName(), inFile);
+    }
     EXPECT_GT(problem.GetLine(), 0);
   }
-  gDebugUtilities = earlier;
   return code;
 }
 
