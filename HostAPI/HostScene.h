@@ -124,6 +124,20 @@ class I3DShScene : public IMCUnknown {
   ~I3DShScene() = default;
 };
 
+// Answered by the scene of a host that can say whether what was looked up earlier still stands. A host may lack it:
+// every look-up is then done anew.
+class ISceneStructure : public IMCUnknown {
+ public:
+  static constexpr MCGuid kInterfaceID = "0D9B6E52-6B0F-4C0E-9E57-5C7C41B3A9D4"_guid;
+
+  // Another number after every change of the tree, of names, of modifiers and of the set of parameters. While it is the
+  // same, names, references and text paths of the scene find what they found before.
+  virtual uint32 MC_CALL GetStructureVersion() = 0;
+
+ protected:
+  ~ISceneStructure() = default;
+};
+
 // The host's wrapper around a modifier of the plug-in: what stands in an element's list.
 class I3DShModifier : public IMCUnknown {
  public:

@@ -18,7 +18,7 @@ namespace qlx::host {
 // cannot be removed. Elements hold modifiers and modifiers their element, so a scene ends by `Close`, which the
 // destructor of its last owner must have called; closing takes all modifiers off first, and leaves the root alone.
 // Elements, objects and shaders that somebody still holds are in no scene from then on.
-class Scene final : public HostObject<I3DShScene, AttributesSet> {
+class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure> {
  public:
   static TMCCountedPtr<Scene> Create(Diagnostics& inDiagnostics);
   explicit Scene(Diagnostics& inDiagnostics);
@@ -36,8 +36,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet> {
   const std::vector<Element*>& GetTreeOrder() const;
   Element* FindByName(std::string_view inName) const;
   Element* FindByID(uint32 inID) const;
-  // Goes up with every change of the tree, names, modifiers or parameters: what was looked up before may be stale.
-  uint32 GetStructureVersion() const { return fStructureVersion; }
+  // What was looked up before may be stale: see `GetStructureVersion`.
   void StructureChanged() { ++fStructureVersion; }
 
   // Things that elements show and belong to. Owned by the scene.
@@ -94,6 +93,9 @@ class Scene final : public HostObject<I3DShScene, AttributesSet> {
   TreeElement* MC_CALL GetSelectedElement(uint32 inIndex) override;
   // Evaluates again at the current time.
   void MC_CALL RefreshAfterCommand() override;
+
+  // ISceneStructure
+  uint32 MC_CALL GetStructureVersion() override { return fStructureVersion; }
 
   // AttributesSet: the set's root; `GetRootElement` above is the host's own name for it.
   void MC_CALL GetRootElement(IMCUnknown** outElement) override;
