@@ -6,6 +6,7 @@
 #include "MCCountedPtr.h"
 #include "OperationGuard.h"
 #include "PinModifier.h"
+#include "QLXModifier.h"
 
 namespace qlx {
 
@@ -23,7 +24,7 @@ TBasicUnknown* Make() {
 
 // The order is that of the comparisons, the first match winning.
 constexpr std::array<ClassEntry, 14> kClasses = {{
-    {"1F3AE15F-FDC2-001D-13E1-1FF121717497"_guid, nullptr},  // QLXModifier
+    {QLXModifier::kInterfaceID, &Make<QLXModifier>},
     {"203FF150-EDC1-991D-93E9-19E1A1710097"_guid, &Make<PinModifier>},
     {"203FF150-EDC1-991D-93E9-19E1A1710098"_guid, nullptr},  // SliderModifier
     {"10D400AB-1490-3211-DFF0-210FA01799B1"_guid, nullptr},  // AddQLXModifierCommand

@@ -1,0 +1,116 @@
+#include "QLXModifier.h"
+
+#include <new>
+
+#include "MCException.h"
+#include "MCStream.h"
+#include "OperationGuard.h"
+#include "QLXModifierTokens.h"
+
+namespace qlx {
+
+namespace {
+
+// A reference is the bytes of the last id of a tree path, lowest byte first.
+void SetReference(ObjectReference& outReference, const TreePath& inPath) {
+  const uint32 count = inPath.GetElemCount();
+  const uint32 id = count == 0 ? 0 : inPath[count - 1];
+  if (!outReference.SetElemCount(count == 0 ? 0 : sizeof id)) {
+    return;
+  }
+  for (uint32 i = 0; i < outReference.GetElemCount(); ++i) {
+    outReference[i] = static_cast<uint8>(id >> (8 * i));
+  }
+}
+
+}  // namespace
+
+MCResult QLXModifier::QueryInterface(const MCGuid& inID, void** outObject) {
+  if (inID == IExStreamIO::kInterfaceID) {
+    return MCStoreCounted<IExStreamIO>(this, outObject);
+  }
+  if (inID == kInterfaceID) {
+    return MCStoreCounted<QLXModifier>(this, outObject);
+  }
+  return TBasicTreeModifier::QueryInterface(inID, outObject);
+}
+
+MCResult QLXModifier::ExtensionDataChanged() {
+  if (!fLinksLocked) {
+    fPrivate.fTargetPathSet = false;
+    fPrivate.fControllerPathSet = false;
+    fMemory.fLastTime = 0;
+  }
+  return MC_S_OK;
+}
+
+void QLXModifier::Clone(IExDataExchanger** outCopy, void* /*inAllocationContext*/) {
+  if (!outCopy) {
+    return;
+  }
+  if (IExDataExchanger* const old = std::exchange(*outCopy, nullptr)) {
+    old->Release();
+  }
+  auto* const copy = new (std::nothrow) QLXModifier;
+  if (!copy) {
+    throw TMCException(MC_E_OUTOFMEMORY, "QLXModifier", __LINE__);
+  }
+  copy->fClonedFrom = this;
+  *outCopy = static_cast<IExDataExchanger*>(copy);
+  copy->fData = fData;
+  CopyDataTo(*outCopy);
+}
+
+MCResult QLXModifier::CopyDataTo(IExDataExchanger* inOther) {
+  const auto other = MCQuery<QLXModifier>(inOther);
+  if (other && other.Get() != this) {
+    other->fPrivate = fPrivate;
+    other->fLinksLocked = fLinksLocked;
+    other->fMemory.CopyFrom(fMemory);
+  }
+  return MC_S_OK;
+}
+
+MCResult QLXModifier::Read(TMCStream* inStream, Fallback inFallback, void* inContext) {
+  return GuardExport([&] {
+    if (!inStream) {
+      return MC_E_INVALIDARG;
+    }
+    ReadTokens(*inStream, fPrivate, inFallback, inContext);
+    return MC_S_OK;
+  });
+}
+
+MCResult QLXModifier::Write(TMCStream* inStream) {
+  return GuardExport([&] {
+    if (!inStream) {
+      return MC_E_INVALIDARG;
+    }
+    WriteTokens(*inStream, fPrivate);
+    return inStream->fail() ? MC_E_NOTVALID : MC_S_OK;
+  });
+}
+
+void QLXModifier::SetTargetPath(const TMCString& inPath) {
+  fPrivate.fTargetPath = inPath;
+  fPrivate.fTargetPathSet = true;
+}
+
+void QLXModifier::SetControllerPath(const TMCString& inPath) {
+  fPrivate.fControllerPath = inPath;
+  fPrivate.fControllerPathSet = true;
+}
+
+void QLXModifier::SetChainLink(const QLXChainLink& inLink) {
+  fData = inLink.fData;
+  fPrivate.fCurves = inLink.fCurves;
+  fPrivate.fTargetPath = inLink.fTargetProperty;
+  fPrivate.fTargetPathSet = inLink.fTargetPropertySet;
+  fPrivate.fControllerPath = inLink.fControllerProperty;
+  fPrivate.fControllerPathSet = inLink.fControllerPropertySet;
+  SetReference(fPrivate.fControllerRef, inLink.fControllerPath);
+  const bool hasSource = inLink.fHasControlElement && inLink.fUseControlElement;
+  SetReference(fPrivate.fSourceRef, hasSource ? inLink.fControlElementPath : TreePath());
+}
+
+}  // namespace qlx
