@@ -165,6 +165,10 @@ bool GetThirdGroupAnswer() {
   return sThirdGroupAnswer;
 }
 
+void* detail::FindServiceRow(ServiceRow inRow) noexcept {
+  return Row(inRow);
+}
+
 void* detail::GetServiceRow(ServiceRow inRow, const char* inName) {
   IMCUnknown* const service = Row(inRow);
   MC_ASSERT_TEXT(service != nullptr, inName);

@@ -47,7 +47,8 @@ bool GetThirdGroupAnswer();
 
 namespace detail {
 void* GetServiceRow(ServiceRow inRow, const char* inName);
-}
+void* FindServiceRow(ServiceRow inRow) noexcept;
+}  // namespace detail
 
 // A service that the plug-in asks for by role. Null is reported with the accessor's name.
 inline IFileService* GetFileService() {
@@ -68,8 +69,9 @@ inline IDialogFactory* GetDialogFactory() {
 inline IResourceManager* GetResourceManager() {
   return static_cast<IResourceManager*>(detail::GetServiceRow(ServiceRow::kResourceManager, "gResourceManager"));
 }
-inline IUpdateService* GetUpdateService() {
-  return static_cast<IUpdateService*>(detail::GetServiceRow(ServiceRow::kUpdates, "gUpdateService"));
+// Null is not reported: an evaluation goes on without it, and would report it each frame.
+inline IUpdateService* FindUpdateService() noexcept {
+  return static_cast<IUpdateService*>(detail::FindServiceRow(ServiceRow::kUpdates));
 }
 // The four that the foundation holds itself, with the same report.
 inline IShellUtilities* GetShellUtilities() {

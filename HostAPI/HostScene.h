@@ -125,7 +125,8 @@ class I3DShScene : public IMCUnknown {
 };
 
 // Answered by the scene of a host that can say whether what was looked up earlier still stands. A host may lack it:
-// every look-up is then done anew.
+// every look-up is then done anew. It is part of the scene: what a scene answered once is there as long as the scene
+// is.
 class ISceneStructure : public IMCUnknown {
  public:
   static constexpr MCGuid kInterfaceID = "0D9B6E52-6B0F-4C0E-9E57-5C7C41B3A9D4"_guid;

@@ -5,6 +5,7 @@
 #include "MCException.h"
 #include "MCStream.h"
 #include "OperationGuard.h"
+#include "QLXEvaluation.h"
 #include "QLXModifierTokens.h"
 
 namespace qlx {
@@ -33,6 +34,19 @@ MCResult QLXModifier::QueryInterface(const MCGuid& inID, void** outObject) {
     return MCStoreCounted<QLXModifier>(this, outObject);
   }
   return TBasicTreeModifier::QueryInterface(inID, outObject);
+}
+
+MCResult QLXModifier::SetTreeElement(TreeElement* inTree) {
+  return GuardOperation([&] {
+    if (!inTree) {
+      return MC_S_OK;
+    }
+    if (!fMemory.fTargetElement) {
+      fMemory.fTargetElement.Share(inTree);
+    }
+    EvaluateLink({fData, fPrivate, fMemory, fLookups}, *inTree);
+    return MC_S_OK;
+  });
 }
 
 MCResult QLXModifier::ExtensionDataChanged() {
@@ -67,6 +81,7 @@ MCResult QLXModifier::CopyDataTo(IExDataExchanger* inOther) {
     other->fPrivate = fPrivate;
     other->fLinksLocked = fLinksLocked;
     other->fMemory.CopyFrom(fMemory);
+    other->fLookups.Forget();
   }
   return MC_S_OK;
 }
@@ -76,6 +91,7 @@ MCResult QLXModifier::Read(TMCStream* inStream, Fallback inFallback, void* inCon
     if (!inStream) {
       return MC_E_INVALIDARG;
     }
+    fLookups.Forget();
     ReadTokens(*inStream, fPrivate, inFallback, inContext);
     return MC_S_OK;
   });
@@ -92,16 +108,29 @@ MCResult QLXModifier::Write(TMCStream* inStream) {
 }
 
 void QLXModifier::SetTargetPath(const TMCString& inPath) {
+  fLookups.Forget();
   fPrivate.fTargetPath = inPath;
   fPrivate.fTargetPathSet = true;
 }
 
 void QLXModifier::SetControllerPath(const TMCString& inPath) {
+  fLookups.Forget();
   fPrivate.fControllerPath = inPath;
   fPrivate.fControllerPathSet = true;
 }
 
+void QLXModifier::SetControllerRef(const ObjectReference& inReference) {
+  fLookups.Forget();
+  fPrivate.fControllerRef = inReference;
+}
+
+void QLXModifier::SetSourceRef(const ObjectReference& inReference) {
+  fLookups.Forget();
+  fPrivate.fSourceRef = inReference;
+}
+
 void QLXModifier::SetChainLink(const QLXChainLink& inLink) {
+  fLookups.Forget();
   fData = inLink.fData;
   fPrivate.fCurves = inLink.fCurves;
   fPrivate.fTargetPath = inLink.fTargetProperty;

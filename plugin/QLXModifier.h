@@ -9,6 +9,7 @@
 #include "BasicMCFCOMImplementations.h"
 #include "HostExtensions.h"
 #include "HostScene.h"
+#include "QLXLookups.h"
 #include "QLXMemory.h"
 #include "QLXModifierData.h"
 
@@ -22,6 +23,10 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   MCResult MC_CALL QueryInterface(const MCGuid& inID, void** outObject) override;
   uint32 MC_CALL AddRef() override { return TBasicTreeModifier::AddRef(); }
   uint32 MC_CALL Release() override { return TBasicTreeModifier::Release(); }
+
+  // Brings the target up to date for the present time of the element's scene; a link that cannot work writes nothing.
+  // Always 0.
+  MCResult MC_CALL SetTreeElement(TreeElement* inTree) override;
 
   void* MC_CALL GetExtensionDataBuffer() override { return &fData; }
   uint32 MC_CALL GetExtensionDataSize() override { return sizeof fData; }
@@ -50,8 +55,8 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   void SetTargetPath(const TMCString& inPath);
   void SetControllerPath(const TMCString& inPath);
   // What the object gave for itself; empty for none.
-  void SetControllerRef(const ObjectReference& inReference) { fPrivate.fControllerRef = inReference; }
-  void SetSourceRef(const ObjectReference& inReference) { fPrivate.fSourceRef = inReference; }
+  void SetControllerRef(const ObjectReference& inReference);
+  void SetSourceRef(const ObjectReference& inReference);
   // While they are locked a reset leaves the links alone.
   void SetLinksLocked(bool inLocked) { fLinksLocked = inLocked; }
   // Takes over a link of a chain. The control element becomes the source where there is one that is used.
@@ -62,6 +67,7 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   QLXModifierData fData;
   QLXPrivateData fPrivate;
   QLXMemory fMemory;
+  QLXLookups fLookups;                 // forgotten with every change of the private data
   QLXModifier* fClonedFrom = nullptr;  // not counted, and never read: for whoever looks into the object
 };
 

@@ -1,0 +1,394 @@
+#include "QLXEvaluation.h"
+
+#include <array>
+#include <optional>
+
+#include "COMSafeUtilities.h"
+#include "MCFrameTime.h"
+#include "QLXValues.h"
+#include "Transforms.h"
+
+namespace qlx {
+
+namespace {
+
+// So many keys a window has at most that baking clears: the frames of all times that there are, at up to 350 a second.
+constexpr int64 kMostClearedKeys = 4194304;
+
+int32 EarlierBy(int32 inTime, int32 inTicks) {
+  return TruncateToInt32(static_cast<real64>(inTime) - static_cast<real64>(inTicks));
+}
+
+// One end of a link: a parameter, or without one a coordinate of the element's position in the scene.
+struct LinkEnd {
+  TreeElement* fElement = nullptr;
+  const QLXParameter* fParameter = nullptr;
+  MCID fKey = 0;  // the component that is read or written
+
+  ParamType* GetType() const { return fParameter ? fParameter->fType.Get() : nullptr; }
+  MCID GetOwnKey() const { return fParameter ? fParameter->fOwnKey : fKey; }
+};
+
+class Evaluation {
+ public:
+  Evaluation(const QLXLinkState& inLink, TreeElement& inElement)
+      : fData(inLink.fData),
+        fPrivate(inLink.fPrivate),
+        fMemory(inLink.fMemory),
+        fLookups(inLink.fLookups),
+        fElement(inElement) {}
+
+  void Run();
+
+ private:
+  enum class Result : uint8 { kGoesOn, kEndsAtOnce };
+
+  bool OpenWindow(I3DShScene& inScene);
+  bool IsAtStart() const { return fWindow.fNow == fWindow.fStart; }
+  void NoteRepetition() { fMemory.fSameFrame = fWindow.fNow == fMemory.fLastTime; }
+  Result RunAttributeMode();
+  void RunWithController(const LinkEnd& inTarget);
+  void RunObjectMode();
+  void MirrorPosition();
+  void MirrorParameter(std::size_t inLink);
+  void Close();
+
+  void RunLink(const LinkEnd& inTarget, const LinkEnd* inController);
+  void StartLink(const LinkEnd& inTarget);
+  bool ComputeResult(const LinkEnd& inTarget, const LinkEnd* inController, real32& ioTarget);
+  std::optional<real32> Read(const LinkEnd& inEnd, QLXValueBuffer& ioBuffer) const;
+  static std::optional<real32> ReadCoordinate(const LinkEnd& inEnd);
+  void Write(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& ioBuffer) const;
+  static void WriteGlobal(const LinkEnd& inTarget, real32 inValue);
+  static void WriteOwn(const LinkEnd& inTarget, real32 inValue);
+  void BakeKey(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& ioBuffer) const;
+
+  const QLXModifierData& fData;
+  const QLXPrivateData& fPrivate;
+  QLXMemory& fMemory;
+  QLXLookups& fLookups;
+  TreeElement& fElement;
+
+  TMCCountedPtr<ISceneMaster> fNotifier;
+  SceneTime fTime;
+  QLXWindow fWindow;
+  bool fTargetIsShader = false;
+  bool fTargetIsMorph = false;
+};
+
+void Evaluation::Run() {
+  I3DShScene* const scene = fElement.GetScene();
+  if (!scene || !OpenWindow(*scene)) {
+    return;
+  }
+  fLookups.Begin(fElement, *scene, fPrivate);
+  Result result = Result::kGoesOn;
+  if (fData.fMirrorTransform) {
+    RunObjectMode();
+  } else if (fData.fAttributeMode) {
+    result = RunAttributeMode();
+  }
+  if (result == Result::kGoesOn) {
+    Close();
+  }
+  fLookups.End();
+}
+
+// False when nothing is to be evaluated: no time, or a window that has not begun.
+bool Evaluation::OpenWindow(I3DShScene& inScene) {
+  TMCCountedPtr<ITimeRange> range;
+  inScene.GetTimeRange(range.WriteInto());
+  if (!range) {
+    return false;
+  }
+  inScene.GetSceneMaster(fNotifier.WriteInto());
+  inScene.GetCurrentTime(fTime);
+  const real32 rate = inScene.GetFrameRate();
+  fWindow.fFrameTicks = IsValidFrameRate(rate) ? TicksPerFrame(rate) : 0;
+  if (fWindow.fFrameTicks <= 0) {
+    return false;
+  }
+  fWindow.fNow = fTime.fTicks;
+  fWindow.fStart = fData.fStartOn ? FrameToTicks(fData.fStartFrame, rate) : range->GetStartTime();
+  fWindow.fEnd = fData.fEndOn ? FrameToTicks(fData.fEndFrame, rate) : range->GetEndTime();
+  return !fData.fStartOn || fWindow.fStart <= fWindow.fNow;
+}
+
+void Evaluation::Close() {
+  fElement.InvalidateElement(1);
+  if (fNotifier) {
+    if (IUpdateService* const updates = FindUpdateService()) {
+      updates->ElementUpdated(fNotifier.Get(), &fElement);
+    }
+  }
+  if (!fMemory.fMorphNotifier && fLookups.ShallFetchNotifier()) {
+    fMemory.fMorphNotifier = FindMorphNotifier(fElement);
+  }
+  if (fMemory.fMorphNotifier && fTargetIsMorph) {
+    fMemory.fMorphNotifier->MorphChanged();
+  }
+  fMemory.fLastTime = fTime.fTicks;
+  fMemory.fLastTimeExtra = fTime.fExtra;
+}
+
+// Attribute mode: one value follows another.
+
+Evaluation::Result Evaluation::RunAttributeMode() {
+  if (!fPrivate.fTargetPathSet) {
+    return Result::kEndsAtOnce;
+  }
+  NoteRepetition();
+  const QLXPathKey& key = fLookups.GetTargetKey();
+  LinkEnd target{&fElement, nullptr, key.fKey};
+  if (GetGlobalAxis(key.fKey) < 0) {
+    fTargetIsShader = key.fIsShader;
+    target.fParameter = fLookups.FindTarget(fPrivate);
+    if (!target.fParameter) {
+      return Result::kEndsAtOnce;
+    }
+  }
+  fTargetIsMorph = key.fIsMorph;
+  if (fPrivate.fControllerPathSet) {
+    RunWithController(target);
+  } else if (fData.fCombineSelf || fData.fModifySet) {
+    RunLink(target, nullptr);
+  }
+  return Result::kGoesOn;
+}
+
+// A controller path that is not found writes nothing, even where the groups would need no controller.
+void Evaluation::RunWithController(const LinkEnd& inTarget) {
+  LinkEnd controller;
+  controller.fElement = fLookups.FindLinked(QLXLinked::kController, fData, fPrivate);
+  controller.fKey = fLookups.GetControllerKey().fKey;
+  if (GetGlobalAxis(controller.fKey) < 0) {
+    controller.fParameter = fLookups.FindController(fPrivate);
+    if (!controller.fParameter) {
+      return;
+    }
+  }
+  RunLink(inTarget, &controller);
+}
+
+// Object mode: position, rotation and scale follow those of a source, link by link. All share one delay queue.
+
+void Evaluation::RunObjectMode() {
+  if (IsAtStart()) {
+    fMemory.fDelayQueue.Clear();
+  }
+  NoteRepetition();
+  fLookups.FindLinked(QLXLinked::kSource, fData, fPrivate);
+  MirrorPosition();
+  const auto turns = [this](bool axis) { return fData.fRotationAll || (fData.fRotationCustom && axis); };
+  const bool links[std::size(kQLXObjectLinks)] = {turns(fData.fRotationX),
+                                                  turns(fData.fRotationY),
+                                                  turns(fData.fRotationZ),
+                                                  fData.fScaleUniform,
+                                                  fData.fScaleX,
+                                                  fData.fScaleY,
+                                                  fData.fScaleZ};
+  for (std::size_t i = 0; i < std::size(links); ++i) {
+    if (links[i]) {
+      MirrorParameter(i);
+    }
+  }
+}
+
+void Evaluation::MirrorPosition() {
+  const bool axes[] = {fData.fPositionX, fData.fPositionY, fData.fPositionZ};
+  constexpr MCID kKeys[] = {"GlbX"_id, "GlbY"_id, "GlbZ"_id};
+  for (std::size_t i = 0; i < std::size(axes); ++i) {
+    if (fData.fPositionAll || (fData.fPositionCustom && axes[i])) {
+      const LinkEnd source{fLookups.GetLinked(), nullptr, kKeys[i]};
+      RunLink({&fElement, nullptr, kKeys[i]}, &source);
+    }
+  }
+}
+
+void Evaluation::MirrorParameter(std::size_t inLink) {
+  const MCID key = kQLXObjectLinks[inLink].fKey;
+  const LinkEnd source{fLookups.GetLinked(), fLookups.FindSource(inLink), key};
+  const LinkEnd target{&fElement, fLookups.FindTarget(inLink), key};
+  if (source.fParameter && target.fParameter) {
+    RunLink(target, &source);
+  }
+}
+
+// The chain that all links share.
+
+void Evaluation::RunLink(const LinkEnd& inTarget, const LinkEnd* inController) {
+  if (fData.fEndOn && fWindow.fEnd < fWindow.fNow) {
+    return;
+  }
+  if (IsAtStart()) {
+    StartLink(inTarget);
+  }
+  QLXValueBuffer buffer(inTarget.GetType());
+  const std::optional<real32> before = Read(inTarget, buffer);
+  if (!before) {
+    return;
+  }
+  real32 value = FilterTargetValue(fMemory, inTarget.GetOwnKey(), *before, fWindow);
+  if (!ComputeResult(inTarget, inController, value)) {
+    return;
+  }
+  value = ClampToLimits(fData, inTarget.fKey, value);
+  Write(inTarget, value, buffer);
+  if (fData.fBakeKeyframes) {
+    BakeKey(inTarget, value, buffer);
+  }
+}
+
+void Evaluation::StartLink(const LinkEnd& inTarget) {
+  if (fData.fAttributeMode) {
+    fMemory.fDelayQueue.Clear();
+  }
+  IKeyframeHolder* const holder =
+      fData.fBakeKeyframes && inTarget.fParameter ? inTarget.fParameter->fParam->GetKeyframeHolder() : nullptr;
+  if (!holder) {
+    return;
+  }
+  int64 time = fWindow.fNow;
+  for (int64 i = 0; i < kMostClearedKeys && time <= fWindow.fEnd; ++i) {
+    holder->DeleteKey(static_cast<int32>(time));
+    time += fWindow.fFrameTicks;
+  }
+}
+
+// False when nothing is to be written: the delay is not filled yet, or the controller cannot be read.
+bool Evaluation::ComputeResult(const LinkEnd& inTarget, const LinkEnd* inController, real32& ioTarget) {
+  // The value of a shader goes by the channel of all others, whatever its own key.
+  const MCID key = fTargetIsShader ? "0000"_id : inTarget.GetOwnKey();
+  const auto map = [&](real32 value) { return MapValue(fData, fPrivate.fCurves, fMemory, key, value, fWindow); };
+  if (fData.fModifySet) {
+    ioTarget = CombineValues(fData, ioTarget, ClampToRange(fData, map(0).fValue));
+    return true;
+  }
+  if (fData.fCombineSelf) {
+    QLXMapped mapped = map(ioTarget);
+    if (fMemory.fSameFrame && mapped.fDelta == 0.0f) {
+      return true;  // limits are still applied, and the value is written
+    }
+    const bool isReady = DelayValue(fData, fMemory, fWindow, mapped.fValue);
+    ioTarget = isReady ? ClampToRange(fData, mapped.fValue) : ioTarget;
+    return isReady;
+  }
+  if (!inController) {
+    return false;
+  }
+  QLXValueBuffer buffer(inController->GetType());
+  const std::optional<real32> value = Read(*inController, buffer);
+  if (!value) {
+    return false;
+  }
+  real32 mapped = map(*value).fValue;
+  if (!DelayValue(fData, fMemory, fWindow, mapped)) {
+    return false;
+  }
+  ioTarget = CombineValues(fData, ioTarget, ClampToRange(fData, mapped));
+  return true;
+}
+
+// A relative link sees what the keys say, not what other modifiers made of it.
+std::optional<real32> Evaluation::Read(const LinkEnd& inEnd, QLXValueBuffer& ioBuffer) const {
+  if (!inEnd.fParameter) {
+    return ReadCoordinate(inEnd);
+  }
+  ParamInfo& param = *inEnd.fParameter->fParam;
+  param.BeginValueChange();
+  if (GetOwnAxis(inEnd.fKey) >= 0) {
+    return ReadCoordinate(inEnd);
+  }
+  if (!ioBuffer.IsValid()) {
+    return 0.0f;
+  }
+  IKeyframeHolder* const holder = fData.fRelative ? param.GetKeyframeHolder() : nullptr;
+  const MCResult result =
+      holder ? holder->ReadValueAtTime(fWindow.fNow, ioBuffer.GetHolder()) : param.ReadParamValue(ioBuffer.GetHolder());
+  if (result != MC_S_OK) {
+    return std::nullopt;
+  }
+  return ReadNumber(inEnd.fParameter->fDataType, inEnd.fKey, ioBuffer.GetData());
+}
+
+std::optional<real32> Evaluation::ReadCoordinate(const LinkEnd& inEnd) {
+  TTreeTransform transform;
+  const int global = GetGlobalAxis(inEnd.fKey);
+  const MCResult result =
+      global >= 0 ? inEnd.fElement->GetGlobalTransform(transform) : inEnd.fElement->GetLocalTransform(transform);
+  if (result != MC_S_OK) {
+    return std::nullopt;
+  }
+  return transform.GetPosition()[global >= 0 ? global : GetOwnAxis(inEnd.fKey)];
+}
+
+void Evaluation::Write(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& ioBuffer) const {
+  if (!inTarget.fParameter) {
+    WriteGlobal(inTarget, inValue);
+    return;
+  }
+  if (GetOwnAxis(inTarget.fKey) >= 0) {
+    WriteOwn(inTarget, inValue);
+    return;
+  }
+  if (!ioBuffer.IsValid()) {
+    return;
+  }
+  ParamInfo& param = *inTarget.fParameter->fParam;
+  if (fData.fRelative) {
+    param.ReadParamValue(ioBuffer.GetHolder());  // the other numbers of the value are to stay as they are now
+  }
+  StoreNumber(inTarget.fParameter->fDataType, inTarget.fKey, inValue, ioBuffer.GetData());
+  param.WriteParamValue(ioBuffer.GetHolder());
+  param.EndValueChange(1);
+}
+
+void Evaluation::WriteGlobal(const LinkEnd& inTarget, real32 inValue) {
+  TTreeTransform transform;
+  if (inTarget.fElement->GetGlobalTransform(transform) != MC_S_OK) {
+    return;
+  }
+  TVector3 position = transform.GetPosition();
+  position[GetGlobalAxis(inTarget.fKey)] = inValue;
+  transform.SetPosition(position);
+  inTarget.fElement->SetGlobalTransform(transform, 0, 1, 0, 0, 0);
+}
+
+void Evaluation::WriteOwn(const LinkEnd& inTarget, real32 inValue) {
+  TTreeTransform transform;
+  if (inTarget.fElement->GetLocalTransform(transform) != MC_S_OK) {
+    return;
+  }
+  TVector3 position = transform.GetPosition();
+  position[GetOwnAxis(inTarget.fKey)] = inValue;
+  transform.SetPosition(position);
+  inTarget.fElement->SetLocalTransform(transform, 1, 0, 0, 0, 0, 1);
+}
+
+// Keys are in the parameter's own units. A value that stays as it was a frame before makes none.
+void Evaluation::BakeKey(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& ioBuffer) const {
+  IKeyframeHolder* const holder = inTarget.fParameter ? inTarget.fParameter->fParam->GetKeyframeHolder() : nullptr;
+  if (!holder || !ioBuffer.IsValid()) {
+    return;
+  }
+  const MCID type = inTarget.fParameter->fDataType;
+  StoreNumber(type, inTarget.fKey, inValue, ioBuffer.GetData());
+  if (!IsAtStart()) {
+    QLXValueBuffer earlier(inTarget.GetType());
+    const int32 time = EarlierBy(fWindow.fNow, fWindow.fFrameTicks);
+    if (holder->ReadValueAtTime(time, earlier.GetHolder()) == MC_S_OK &&
+        ReadNumber(type, inTarget.fKey, earlier.GetData()) == ReadNumber(type, inTarget.fKey, ioBuffer.GetData())) {
+      return;
+    }
+  }
+  holder->DeleteKey(fWindow.fNow);
+  holder->SetKey(fWindow.fNow, ioBuffer.GetHolder());
+}
+
+}  // namespace
+
+void EvaluateLink(const QLXLinkState& inLink, TreeElement& inElement) {
+  Evaluation(inLink, inElement).Run();
+}
+
+}  // namespace qlx

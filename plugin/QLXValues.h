@@ -1,0 +1,50 @@
+// One number in the value of a parameter: which one, by the value's type and the component that a path ends in.
+//
+//   type                   component                    number
+//   'bool'                 any                          1 or 0
+//   'in32' 'long' 'actn'   any                          the integer
+//   'in16' 'shrt'          any                          the integer
+//   're32' 'qfix'          any                          the real
+//   're64'                 any                          the real, narrowed
+//   'colo'                 redV grnV bluV alpV          that channel
+//   'VEC2' 'qfv2'          vecX vecY                    that field
+//   'VEC3' 'dire'          vecX vecY vecZ               that field
+//
+// Every other type and component has no number: it reads as 0, and storing does nothing. That goes for 'vec2', 'vec3',
+// 'qfv3' and the signed reals, too, which links have never followed.
+#pragma once
+
+#include "HostParameters.h"
+#include "ParamHolder.h"
+
+namespace qlx {
+
+real32 ReadNumber(MCID inType, MCID inComponent, const void* inValue);
+
+// A truth value is whether the number is not 0; an integer is truncated, stops at the ends of its range, and is 0 for
+// NaN. The other numbers of the value stay.
+void StoreNumber(MCID inType, MCID inComponent, real32 inNumber, void* ioValue);
+
+// Null for an unknown word and without a registry.
+ParamType* FindParamType(MCID inTypeWord);
+
+// A value of any type in place, made and ended by its type.
+class QLXValueBuffer {
+ public:
+  // Not valid for a null type, and for one whose values are larger than any should be.
+  explicit QLXValueBuffer(ParamType* inType);
+  QLXValueBuffer(const QLXValueBuffer&) = delete;
+  QLXValueBuffer& operator=(const QLXValueBuffer&) = delete;
+  ~QLXValueBuffer();
+
+  bool IsValid() const { return fHolder.IsValid(); }
+  ParamHolder& GetHolder() { return fHolder; }
+  const void* GetData() const { return fBytes; }
+  void* GetData() { return fBytes; }
+
+ private:
+  alignas(std::max_align_t) std::byte fBytes[ParamType::kMaxSize];
+  ParamHolder fHolder;
+};
+
+}  // namespace qlx
