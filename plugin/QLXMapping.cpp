@@ -250,8 +250,9 @@ bool DelayValue(const QLXModifierData& inData, QLXMemory& ioMemory, const QLXWin
     queue.Reserve((static_cast<uint32>(inData.fDelayFrames) + 1) * (inData.fMirrorTransform ? kMostLinks : 1));
   }
   queue.PushBack(ioValue);
-  if (inWindow.fNow < Saturate(inWindow.fStart + int64{inData.fDelayFrames} * inWindow.fFrameTicks)) {
-    return false;
+  const int32 due = Saturate(inWindow.fStart + int64{inData.fDelayFrames} * inWindow.fFrameTicks);
+  if (inWindow.fNow < due || queue.IsEmpty()) {
+    return false;  // empty: there was no memory
   }
   ioValue = queue.PopFront();
   return true;
