@@ -56,9 +56,9 @@ void SetUp(QLXModifierData& ioData, LinkKind inKind) {
   }
 }
 
-void Link(Host& ioHost, Element& ioElement, const Element& inController, LinkKind inKind) {
+void Link(Host& ioHost, Element& ioElement, Element& inController, LinkKind inKind) {
   const TMCCountedPtr<PluginModifier> link = ioHost.CreateModifier("fQLX"_id);
-  const std::string tokens = TokensOf(inController.GetID());
+  const std::string tokens = TokensOf(inController.GetUniqueID());
   TMCMemoryStream stream(const_cast<char*>(tokens.c_str()), static_cast<int32>(tokens.size()), kStreamReadable);
   const auto exchanger = MCQuery<IExDataExchanger>(static_cast<I3DShModifier*>(link.Get()));
   if (!exchanger || link->GetStreamIO()->Read(&stream, nullptr, nullptr) != MC_S_OK) {

@@ -22,11 +22,10 @@ int32 EarlierBy(int32 inTime, int32 inTicks) {
 // One end of a link: a parameter, or without one a coordinate of the element's position in the scene.
 struct LinkEnd {
   TreeElement* fElement = nullptr;
-  const QLXParameter* fParameter = nullptr;
+  QLXParameter* fParameter = nullptr;
   MCID fKey = 0;  // the component that is read or written
 
-  ParamType* GetType() const { return fParameter ? fParameter->fType.Get() : nullptr; }
-  MCID GetOwnKey() const { return fParameter ? fParameter->fOwnKey : fKey; }
+  MCID GetOwnKey() const { return fParameter ? fParameter->GetOwnKey() : fKey; }
 };
 
 class Evaluation {
@@ -56,12 +55,12 @@ class Evaluation {
   void RunLink(const LinkEnd& inTarget, const LinkEnd* inController);
   void StartLink(const LinkEnd& inTarget);
   bool ComputeResult(const LinkEnd& inTarget, const LinkEnd* inController, real32& ioTarget);
-  std::optional<real32> Read(const LinkEnd& inEnd, QLXValueBuffer& ioBuffer) const;
+  std::optional<real32> Read(const LinkEnd& inEnd) const;
   static std::optional<real32> ReadCoordinate(const LinkEnd& inEnd);
-  void Write(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& ioBuffer) const;
+  void Write(const LinkEnd& inTarget, real32 inValue) const;
   static void WriteGlobal(const LinkEnd& inTarget, real32 inValue);
   static void WriteOwn(const LinkEnd& inTarget, real32 inValue);
-  void BakeKey(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& ioBuffer) const;
+  void BakeKey(const LinkEnd& inTarget, real32 inValue) const;
 
   const QLXModifierData& fData;
   const QLXPrivateData& fPrivate;
@@ -78,10 +77,10 @@ class Evaluation {
 
 void Evaluation::Run() {
   I3DShScene* const scene = fElement.GetScene();
-  if (!scene || !OpenWindow(*scene)) {
+  if (!scene || fLookups.IsRunning() || !OpenWindow(*scene)) {
     return;
   }
-  fLookups.Begin(fElement, *scene, fPrivate);
+  const QLXLookups::Running running(fLookups, fElement, *scene, fPrivate);
   Result result = Result::kGoesOn;
   if (fData.fMirrorTransform) {
     RunObjectMode();
@@ -91,7 +90,6 @@ void Evaluation::Run() {
   if (result == Result::kGoesOn) {
     Close();
   }
-  fLookups.End();
 }
 
 // False when nothing is to be evaluated: no time, or a window that has not begun.
@@ -134,13 +132,13 @@ void Evaluation::Close() {
 // Attribute mode: one value follows another.
 
 Evaluation::Result Evaluation::RunAttributeMode() {
-  if (!fPrivate.fTargetPathSet) {
+  const QLXPathKey& key = fLookups.GetTargetKey();
+  if (!key.fIsSet) {
     return Result::kEndsAtOnce;
   }
   NoteRepetition();
-  const QLXPathKey& key = fLookups.GetTargetKey();
   LinkEnd target{&fElement, nullptr, key.fKey};
-  if (GetGlobalAxis(key.fKey) < 0) {
+  if (!key.fIsGlobal) {
     fTargetIsShader = key.fIsShader;
     target.fParameter = fLookups.FindTarget(fPrivate);
     if (!target.fParameter) {
@@ -148,7 +146,7 @@ Evaluation::Result Evaluation::RunAttributeMode() {
     }
   }
   fTargetIsMorph = key.fIsMorph;
-  if (fPrivate.fControllerPathSet) {
+  if (fLookups.GetControllerKey().fIsSet) {
     RunWithController(target);
   } else if (fData.fCombineSelf || fData.fModifySet) {
     RunLink(target, nullptr);
@@ -161,7 +159,7 @@ void Evaluation::RunWithController(const LinkEnd& inTarget) {
   LinkEnd controller;
   controller.fElement = fLookups.FindLinked(QLXLinked::kController, fData, fPrivate);
   controller.fKey = fLookups.GetControllerKey().fKey;
-  if (GetGlobalAxis(controller.fKey) < 0) {
+  if (!fLookups.GetControllerKey().fIsGlobal) {
     controller.fParameter = fLookups.FindController(fPrivate);
     if (!controller.fParameter) {
       return;
@@ -223,8 +221,7 @@ void Evaluation::RunLink(const LinkEnd& inTarget, const LinkEnd* inController) {
   if (IsAtStart()) {
     StartLink(inTarget);
   }
-  QLXValueBuffer buffer(inTarget.GetType());
-  const std::optional<real32> before = Read(inTarget, buffer);
+  const std::optional<real32> before = Read(inTarget);
   if (!before) {
     return;
   }
@@ -233,9 +230,9 @@ void Evaluation::RunLink(const LinkEnd& inTarget, const LinkEnd* inController) {
     return;
   }
   value = ClampToLimits(fData, inTarget.fKey, value);
-  Write(inTarget, value, buffer);
+  Write(inTarget, value);
   if (fData.fBakeKeyframes) {
-    BakeKey(inTarget, value, buffer);
+    BakeKey(inTarget, value);
   }
 }
 
@@ -244,7 +241,7 @@ void Evaluation::StartLink(const LinkEnd& inTarget) {
     fMemory.fDelayQueue.Clear();
   }
   IKeyframeHolder* const holder =
-      fData.fBakeKeyframes && inTarget.fParameter ? inTarget.fParameter->fParam->GetKeyframeHolder() : nullptr;
+      fData.fBakeKeyframes && inTarget.fParameter ? inTarget.fParameter->GetParam().GetKeyframeHolder() : nullptr;
   if (!holder) {
     return;
   }
@@ -276,8 +273,7 @@ bool Evaluation::ComputeResult(const LinkEnd& inTarget, const LinkEnd* inControl
   if (!inController) {
     return false;
   }
-  QLXValueBuffer buffer(inController->GetType());
-  const std::optional<real32> value = Read(*inController, buffer);
+  const std::optional<real32> value = Read(*inController);
   if (!value) {
     return false;
   }
@@ -290,25 +286,23 @@ bool Evaluation::ComputeResult(const LinkEnd& inTarget, const LinkEnd* inControl
 }
 
 // A relative link sees what the keys say, not what other modifiers made of it.
-std::optional<real32> Evaluation::Read(const LinkEnd& inEnd, QLXValueBuffer& ioBuffer) const {
+std::optional<real32> Evaluation::Read(const LinkEnd& inEnd) const {
   if (!inEnd.fParameter) {
     return ReadCoordinate(inEnd);
   }
-  ParamInfo& param = *inEnd.fParameter->fParam;
+  QLXParameter& parameter = *inEnd.fParameter;
+  ParamInfo& param = parameter.GetParam();
   param.BeginValueChange();
   if (GetOwnAxis(inEnd.fKey) >= 0) {
     return ReadCoordinate(inEnd);
   }
-  if (!ioBuffer.IsValid()) {
+  if (!parameter.HasValue()) {
     return 0.0f;
   }
   IKeyframeHolder* const holder = fData.fRelative ? param.GetKeyframeHolder() : nullptr;
   const MCResult result =
-      holder ? holder->ReadValueAtTime(fWindow.fNow, ioBuffer.GetHolder()) : param.ReadParamValue(ioBuffer.GetHolder());
-  if (result != MC_S_OK) {
-    return std::nullopt;
-  }
-  return ReadNumber(inEnd.fParameter->fDataType, inEnd.fKey, ioBuffer.GetData());
+      holder ? holder->ReadValueAtTime(fWindow.fNow, parameter.GetValue()) : param.ReadParamValue(parameter.GetValue());
+  return result == MC_S_OK ? std::optional(parameter.GetNumber()) : std::nullopt;
 }
 
 std::optional<real32> Evaluation::ReadCoordinate(const LinkEnd& inEnd) {
@@ -322,7 +316,7 @@ std::optional<real32> Evaluation::ReadCoordinate(const LinkEnd& inEnd) {
   return transform.GetPosition()[global >= 0 ? global : GetOwnAxis(inEnd.fKey)];
 }
 
-void Evaluation::Write(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& ioBuffer) const {
+void Evaluation::Write(const LinkEnd& inTarget, real32 inValue) const {
   if (!inTarget.fParameter) {
     WriteGlobal(inTarget, inValue);
     return;
@@ -331,15 +325,16 @@ void Evaluation::Write(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& 
     WriteOwn(inTarget, inValue);
     return;
   }
-  if (!ioBuffer.IsValid()) {
+  QLXParameter& parameter = *inTarget.fParameter;
+  if (!parameter.HasValue()) {
     return;
   }
-  ParamInfo& param = *inTarget.fParameter->fParam;
+  ParamInfo& param = parameter.GetParam();
   if (fData.fRelative) {
-    param.ReadParamValue(ioBuffer.GetHolder());  // the other numbers of the value are to stay as they are now
+    param.ReadParamValue(parameter.GetValue());  // the other numbers of the value are to stay as they are now
   }
-  StoreNumber(inTarget.fParameter->fDataType, inTarget.fKey, inValue, ioBuffer.GetData());
-  param.WriteParamValue(ioBuffer.GetHolder());
+  parameter.SetNumber(inValue);
+  param.WriteParamValue(parameter.GetValue());
   param.EndValueChange(1);
 }
 
@@ -366,23 +361,23 @@ void Evaluation::WriteOwn(const LinkEnd& inTarget, real32 inValue) {
 }
 
 // Keys are in the parameter's own units. A value that stays as it was a frame before makes none.
-void Evaluation::BakeKey(const LinkEnd& inTarget, real32 inValue, QLXValueBuffer& ioBuffer) const {
-  IKeyframeHolder* const holder = inTarget.fParameter ? inTarget.fParameter->fParam->GetKeyframeHolder() : nullptr;
-  if (!holder || !ioBuffer.IsValid()) {
+void Evaluation::BakeKey(const LinkEnd& inTarget, real32 inValue) const {
+  IKeyframeHolder* const holder = inTarget.fParameter ? inTarget.fParameter->GetParam().GetKeyframeHolder() : nullptr;
+  if (!holder || !inTarget.fParameter->HasValue()) {
     return;
   }
-  const MCID type = inTarget.fParameter->fDataType;
-  StoreNumber(type, inTarget.fKey, inValue, ioBuffer.GetData());
+  QLXParameter& parameter = *inTarget.fParameter;
+  parameter.SetNumber(inValue);
   if (!IsAtStart()) {
-    QLXValueBuffer earlier(inTarget.GetType());
+    QLXValueBuffer earlier(parameter.GetType());
     const int32 time = EarlierBy(fWindow.fNow, fWindow.fFrameTicks);
     if (holder->ReadValueAtTime(time, earlier.GetHolder()) == MC_S_OK &&
-        ReadNumber(type, inTarget.fKey, earlier.GetData()) == ReadNumber(type, inTarget.fKey, ioBuffer.GetData())) {
+        parameter.GetNumberOf(earlier) == parameter.GetNumber()) {
       return;
     }
   }
   holder->DeleteKey(fWindow.fNow);
-  holder->SetKey(fWindow.fNow, ioBuffer.GetHolder());
+  holder->SetKey(fWindow.fNow, parameter.GetValue());
 }
 
 }  // namespace

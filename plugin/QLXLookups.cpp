@@ -1,10 +1,11 @@
 #include "QLXLookups.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
 
 #include "MCException.h"
-#include "QLXValues.h"
+#include "QLXMapping.h"
 #include "TextPath.h"
 #include "TreeWalk.h"
 
@@ -27,18 +28,48 @@ TMCCountedPtr<ParamInfo> ResolveQuietly(TreeElement* inObject, const TMCString& 
 
 }  // namespace
 
-QLXPathKey::QLXPathKey(const TMCString& inPath) : fIsShader(IsShaderPath(inPath)), fIsMorph(IsMorphPath(inPath)) {
+void QLXParameter::Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent) {
+  Forget();
+  fIsKnown = true;
+  fParam = std::move(inParam);
+  if (fParam) {
+    const MCID type = fParam->GetDataType();
+    fOwnKey = fParam->GetParamID();
+    fPlace = FindNumber(type, inComponent);
+    fValue.SetType(FindParamType(type));
+  }
+}
+
+void QLXParameter::Forget() {
+  fIsKnown = false;
+  fParam.Clear();
+  fValue.Clear();
+}
+
+QLXPathKey::QLXPathKey(const TMCString& inPath, bool inIsSet)
+    : fIsSet(inIsSet), fIsShader(IsShaderPath(inPath)), fIsMorph(IsMorphPath(inPath)) {
   const std::string_view path = ViewText(inPath);
   for (const char byte : path.substr(path.size() - std::min<std::size_t>(path.size(), 4))) {
     fKey = (fKey << 8) | static_cast<uint8>(byte);
   }
+  fIsGlobal = GetGlobalAxis(fKey) >= 0;
 }
 
 void QLXLookups::Forget() {
+  fIsStale = fIsRunning;
+  if (!fIsRunning) {
+    ForgetAll();
+  }
+}
+
+void QLXLookups::ForgetAll() {
+  fIsStale = false;
   ForgetLinked();
-  fTarget = {};
-  for (QLXParameter& target : fTargets) {
-    target = {};
+  fTarget.Forget();
+  if (fObjectParameters) {
+    for (QLXParameter& target : fObjectParameters->fTargets) {
+      target.Forget();
+    }
   }
   fNotifierKnown = false;
   fElement.Clear();
@@ -48,32 +79,44 @@ void QLXLookups::Forget() {
 
 void QLXLookups::ForgetLinked() {
   fLinked.Clear();
-  fController = {};
-  for (QLXParameter& source : fSources) {
-    source = {};
-  }
-}
-
-void QLXLookups::Begin(TreeElement& inElement, I3DShScene& inScene, const QLXPrivateData& inPrivate) {
-  if (fStructure && fScene == &inScene && fElement == &inElement) {
-    if (fStructure->GetStructureVersion() == fVersion) {
-      return;
+  fController.Forget();
+  if (fObjectParameters) {
+    for (QLXParameter& source : fObjectParameters->fSources) {
+      source.Forget();
     }
   }
-  Forget();
+}
+
+bool QLXLookups::Stands(const TreeElement& inElement, const I3DShScene& inScene) const {
+  return fStructure && fScene == &inScene && fElement == &inElement && !fIsStale &&
+         fStructure->GetStructureVersion() == fVersion;
+}
+
+QLXLookups::Running::Running(QLXLookups& ioLookups, TreeElement& inElement, I3DShScene& inScene,
+                             const QLXPrivateData& inPrivate)
+    : fLookups(ioLookups) {
+  if (!ioLookups.Stands(inElement, inScene)) {
+    ioLookups.Start(inElement, inScene, inPrivate);
+  }
+  ioLookups.fIsRunning = true;
+}
+
+void QLXLookups::Start(TreeElement& inElement, I3DShScene& inScene, const QLXPrivateData& inPrivate) {
+  ForgetAll();
   fElement.Share(&inElement);
   fScene = &inScene;
-  fTargetKey = QLXPathKey(inPrivate.fTargetPath);
-  fControllerKey = QLXPathKey(inPrivate.fControllerPath);
+  fTargetKey = QLXPathKey(inPrivate.fTargetPath, inPrivate.fTargetPathSet);
+  fControllerKey = QLXPathKey(inPrivate.fControllerPath, inPrivate.fControllerPathSet);
   if (const auto structure = MCQuery<ISceneStructure>(&inScene)) {
     fStructure = structure.Get();
-    fVersion = fStructure->GetStructureVersion();
+    fVersion = structure->GetStructureVersion();
   }
 }
 
-void QLXLookups::End() {
-  if (!fStructure) {
-    Forget();
+QLXLookups::Running::~Running() {
+  fLookups.fIsRunning = false;
+  if (!fLookups.fStructure || fLookups.fIsStale) {
+    fLookups.ForgetAll();
   }
 }
 
@@ -118,25 +161,35 @@ TMCCountedPtr<TreeElement> QLXLookups::FindByName(const TMCString& inName) const
   return nullptr;
 }
 
-const QLXParameter* QLXLookups::Find(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath) {
-  if (!ioPlace.fIsKnown) {
-    ioPlace.fIsKnown = true;
-    ioPlace.fParam = ResolveQuietly(inObject, inPath);
-    if (ioPlace.fParam) {
-      ioPlace.fDataType = ioPlace.fParam->GetDataType();
-      ioPlace.fOwnKey = ioPlace.fParam->GetParamID();
-      ioPlace.fType.Share(FindParamType(ioPlace.fDataType));
-    }
+QLXParameter* QLXLookups::Find(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath,
+                               MCID inComponent) {
+  if (!ioPlace.IsKnown()) {
+    ioPlace.Set(ResolveQuietly(inObject, inPath), inComponent);
   }
-  return ioPlace.fParam ? &ioPlace : nullptr;
+  return ioPlace.Exists() ? &ioPlace : nullptr;
 }
 
-const QLXParameter* QLXLookups::FindObjectLink(ObjectParameters& ioPlaces, TreeElement* inObject, std::size_t inLink) {
-  QLXParameter& place = ioPlaces[inLink];
-  if (place.fIsKnown) {
-    return place.fParam ? &place : nullptr;
+QLXParameter* QLXLookups::FindTarget(std::size_t inLink) {
+  return HasObjectParameters() ? FindObjectLink(fObjectParameters->fTargets[inLink], fElement.Get(), inLink) : nullptr;
+}
+
+QLXParameter* QLXLookups::FindSource(std::size_t inLink) {
+  return HasObjectParameters() ? FindObjectLink(fObjectParameters->fSources[inLink], fLinked.Get(), inLink) : nullptr;
+}
+
+bool QLXLookups::HasObjectParameters() {
+  if (!fObjectParameters) {
+    fObjectParameters.reset(new (std::nothrow) ObjectParameters);
   }
-  return Find(place, inObject, TMCString31(kQLXObjectLinks[inLink].fPath));
+  return static_cast<bool>(fObjectParameters);
+}
+
+QLXParameter* QLXLookups::FindObjectLink(QLXParameter& ioPlace, TreeElement* inObject, std::size_t inLink) {
+  if (!ioPlace.IsKnown()) {
+    const QLXObjectLink& link = kQLXObjectLinks[inLink];
+    ioPlace.Set(ResolveQuietly(inObject, TMCString31(link.fPath)), link.fKey);
+  }
+  return ioPlace.Exists() ? &ioPlace : nullptr;
 }
 
 // An element answers itself, or the data of the object that it shows does.

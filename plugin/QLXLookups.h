@@ -9,30 +9,53 @@
 #pragma once
 
 #include <iterator>
+#include <memory>
 #include <utility>
 
 #include "HostParameters.h"
 #include "HostScene.h"
 #include "MCCountedPtr.h"
 #include "QLXModifierData.h"
+#include "QLXValues.h"
 
 namespace qlx {
 
-// A parameter with what is always the same of it.
-struct QLXParameter {
+// A parameter that was looked up, and room for its value.
+class QLXParameter {
+ public:
+  // Looked up, with or without success.
+  bool IsKnown() const { return fIsKnown; }
+  bool Exists() const { return static_cast<bool>(fParam); }
+  // Null for none. The component is the number of the value that the link reads or writes.
+  void Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent);
+  void Forget();
+
+  ParamInfo& GetParam() const { return *fParam; }
+  MCID GetOwnKey() const { return fOwnKey; }
+  // False for a type that the host does not know: the number is then 0.
+  bool HasValue() const { return fValue.HasValue(); }
+  ParamType* GetType() const { return fValue.GetType(); }
+  ParamHolder& GetValue() { return fValue.GetHolder(); }
+  real32 GetNumber() const { return GetNumberOf(fValue); }
+  real32 GetNumberOf(const QLXValueBuffer& inValue) const { return ReadNumber(fPlace, inValue.GetData()); }
+  void SetNumber(real32 inNumber) { StoreNumber(fPlace, inNumber, fValue.GetData()); }
+
+ private:
   TMCCountedPtr<ParamInfo> fParam;
-  TMCCountedPtr<ParamType> fType;  // null when the host does not know the type
-  MCID fDataType = 0;
   MCID fOwnKey = 0;
-  bool fIsKnown = false;  // looked up, with or without success
+  QLXNumberPlace fPlace;
+  bool fIsKnown = false;
+  QLXValueBuffer fValue;
 };
 
 // What a path says by its letters alone.
 struct QLXPathKey {
-  explicit QLXPathKey(const TMCString& inPath);
   QLXPathKey() = default;
+  QLXPathKey(const TMCString& inPath, bool inIsSet);
 
   MCID fKey = 0;  // its last four characters: the component that is read or written
+  bool fIsSet = false;
+  bool fIsGlobal = false;
   bool fIsShader = false;
   bool fIsMorph = false;
 };
@@ -54,11 +77,21 @@ inline constexpr QLXObjectLink kQLXObjectLinks[] = {
 
 class QLXLookups {
  public:
+  // During an evaluation it waits for the end.
   void Forget();
 
-  // Around every evaluation, with the element and its scene.
-  void Begin(TreeElement& inElement, I3DShScene& inScene, const QLXPrivateData& inPrivate);
-  void End();
+  // Around every evaluation, with the element and its scene. A second one inside the first must not be begun.
+  class Running {
+   public:
+    Running(QLXLookups& ioLookups, TreeElement& inElement, I3DShScene& inScene, const QLXPrivateData& inPrivate);
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running();
+
+   private:
+    QLXLookups& fLookups;
+  };
+  bool IsRunning() const { return fIsRunning; }
 
   const QLXPathKey& GetTargetKey() const { return fTargetKey; }
   const QLXPathKey& GetControllerKey() const { return fControllerKey; }
@@ -72,26 +105,34 @@ class QLXLookups {
 
   // The parameters of attribute mode: the target's on the modified element, the controller's on the linked one. Null
   // when there is no such parameter.
-  const QLXParameter* FindTarget(const QLXPrivateData& inPrivate) {
-    return Find(fTarget, fElement.Get(), inPrivate.fTargetPath);
+  QLXParameter* FindTarget(const QLXPrivateData& inPrivate) {
+    return Find(fTarget, fElement.Get(), inPrivate.fTargetPath, fTargetKey.fKey);
   }
-  const QLXParameter* FindController(const QLXPrivateData& inPrivate) {
-    return Find(fController, fLinked.Get(), inPrivate.fControllerPath);
+  QLXParameter* FindController(const QLXPrivateData& inPrivate) {
+    return Find(fController, fLinked.Get(), inPrivate.fControllerPath, fControllerKey.fKey);
   }
-  // Those of object mode, by the place of the link in `kQLXObjectLinks`.
-  const QLXParameter* FindTarget(std::size_t inLink) { return FindObjectLink(fTargets, fElement.Get(), inLink); }
-  const QLXParameter* FindSource(std::size_t inLink) { return FindObjectLink(fSources, fLinked.Get(), inLink); }
+  // Those of object mode, by the place of the link in `kQLXObjectLinks`. Null without memory, too.
+  QLXParameter* FindTarget(std::size_t inLink);
+  QLXParameter* FindSource(std::size_t inLink);
 
   // True the first time that it is asked of an element.
   bool ShallFetchNotifier() { return !std::exchange(fNotifierKnown, true); }
 
  private:
-  using ObjectParameters = QLXParameter[std::size(kQLXObjectLinks)];
+  // Few links are of object mode: theirs are made on first use.
+  struct ObjectParameters {
+    QLXParameter fTargets[std::size(kQLXObjectLinks)];
+    QLXParameter fSources[std::size(kQLXObjectLinks)];
+  };
 
-  static const QLXParameter* Find(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath);
-  static const QLXParameter* FindObjectLink(ObjectParameters& ioPlaces, TreeElement* inObject, std::size_t inLink);
+  static QLXParameter* Find(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath, MCID inComponent);
+  static QLXParameter* FindObjectLink(QLXParameter& ioPlace, TreeElement* inObject, std::size_t inLink);
+  bool HasObjectParameters();
   bool StillStands(QLXLinked inWhich, bool inByName, const TMCString& inName) const;
   TMCCountedPtr<TreeElement> FindByName(const TMCString& inName) const;
+  bool Stands(const TreeElement& inElement, const I3DShScene& inScene) const;
+  void Start(TreeElement& inElement, I3DShScene& inScene, const QLXPrivateData& inPrivate);
+  void ForgetAll();
   void ForgetLinked();
 
   TMCCountedPtr<TreeElement> fElement;
@@ -103,12 +144,13 @@ class QLXLookups {
   QLXLinked fLinkedWhich = QLXLinked::kController;
   bool fLinkedByName = false;
   bool fNotifierKnown = false;
+  bool fIsRunning = false;
+  bool fIsStale = false;
   QLXPathKey fTargetKey;
   QLXPathKey fControllerKey;
   QLXParameter fTarget;
   QLXParameter fController;
-  ObjectParameters fTargets;
-  ObjectParameters fSources;
+  std::unique_ptr<ObjectParameters> fObjectParameters;
   TMCString255 fLinkedName;
 };
 

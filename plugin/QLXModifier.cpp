@@ -51,6 +51,7 @@ MCResult QLXModifier::SetTreeElement(TreeElement* inTree) {
 
 MCResult QLXModifier::ExtensionDataChanged() {
   if (!fLinksLocked) {
+    fLookups.Forget();
     fPrivate.fTargetPathSet = false;
     fPrivate.fControllerPathSet = false;
     fMemory.fLastTime = 0;

@@ -11,22 +11,32 @@ namespace qlx {
 
 namespace {
 
-enum class NumberKind : uint8 { kNone, kBool, kInt16, kInt32, kReal32, kReal64 };
+using NumberKind = QLXNumberPlace::Kind;
 
-struct NumberPlace {
-  NumberKind fKind = NumberKind::kNone;
-  std::size_t fOffset = 0;
-};
-
-NumberPlace PlaceOf(MCID inComponent, std::initializer_list<MCID> inComponents) {
+QLXNumberPlace PlaceOf(MCID inComponent, std::initializer_list<MCID> inComponents) {
   const auto* const found = std::find(inComponents.begin(), inComponents.end(), inComponent);
-  return found == inComponents.end()
-             ? NumberPlace()
-             : NumberPlace{NumberKind::kReal32,
-                           sizeof(real32) * static_cast<std::size_t>(found - inComponents.begin())};
+  if (found == inComponents.end()) {
+    return {};
+  }
+  return {NumberKind::kReal32,
+          static_cast<uint8>(sizeof(real32) * static_cast<std::size_t>(found - inComponents.begin()))};
 }
 
-NumberPlace FindNumber(MCID inType, MCID inComponent) {
+template <class Value>
+Value Load(const void* inBytes) {
+  Value value;
+  std::memcpy(&value, inBytes, sizeof value);
+  return value;
+}
+
+template <class Value>
+void Store(void* outBytes, Value inValue) {
+  std::memcpy(outBytes, &inValue, sizeof inValue);
+}
+
+}  // namespace
+
+QLXNumberPlace FindNumber(MCID inType, MCID inComponent) {
   switch (inType) {
     case "bool"_id:
       return {NumberKind::kBool};
@@ -55,24 +65,9 @@ NumberPlace FindNumber(MCID inType, MCID inComponent) {
   }
 }
 
-template <class Value>
-Value Load(const void* inBytes) {
-  Value value;
-  std::memcpy(&value, inBytes, sizeof value);
-  return value;
-}
-
-template <class Value>
-void Store(void* outBytes, Value inValue) {
-  std::memcpy(outBytes, &inValue, sizeof inValue);
-}
-
-}  // namespace
-
-real32 ReadNumber(MCID inType, MCID inComponent, const void* inValue) {
-  const NumberPlace place = FindNumber(inType, inComponent);
-  const void* const bytes = static_cast<const std::byte*>(inValue) + place.fOffset;
-  switch (place.fKind) {
+real32 ReadNumber(QLXNumberPlace inPlace, const void* inValue) {
+  const void* const bytes = static_cast<const std::byte*>(inValue) + inPlace.fOffset;
+  switch (inPlace.fKind) {
     case NumberKind::kBool:
       return Load<uint8>(bytes) != 0 ? 1.0f : 0.0f;
     case NumberKind::kInt16:
@@ -89,10 +84,9 @@ real32 ReadNumber(MCID inType, MCID inComponent, const void* inValue) {
   return 0;
 }
 
-void StoreNumber(MCID inType, MCID inComponent, real32 inNumber, void* ioValue) {
-  const NumberPlace place = FindNumber(inType, inComponent);
-  void* const bytes = static_cast<std::byte*>(ioValue) + place.fOffset;
-  switch (place.fKind) {
+void StoreNumber(QLXNumberPlace inPlace, real32 inNumber, void* ioValue) {
+  void* const bytes = static_cast<std::byte*>(ioValue) + inPlace.fOffset;
+  switch (inPlace.fKind) {
     case NumberKind::kBool:
       Store<uint8>(bytes, inNumber != 0.0f ? 1 : 0);
       break;
@@ -120,16 +114,18 @@ ParamType* FindParamType(MCID inTypeWord) {
   return registry ? registry->GetParamType(inTypeWord) : nullptr;
 }
 
-QLXValueBuffer::QLXValueBuffer(ParamType* inType) {
+void QLXValueBuffer::SetType(ParamType* inType) {
+  Clear();
   if (inType && inType->GetDataSize() <= sizeof fBytes) {
     inType->ConstructData(fBytes);
     fHolder = ParamHolder(inType, fBytes);
   }
 }
 
-QLXValueBuffer::~QLXValueBuffer() {
+void QLXValueBuffer::Clear() {
   if (fHolder.IsValid()) {
     fHolder.GetParamType()->DestructData(fBytes);
+    fHolder = {};
   }
 }
 

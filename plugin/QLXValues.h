@@ -14,16 +14,25 @@
 // 'qfv3' and the signed reals, too, which links have never followed.
 #pragma once
 
+#include <cstddef>
+
 #include "HostParameters.h"
 #include "ParamHolder.h"
 
 namespace qlx {
 
-real32 ReadNumber(MCID inType, MCID inComponent, const void* inValue);
+// Where the number of a component stands in values of a type.
+struct QLXNumberPlace {
+  enum class Kind : uint8 { kNone, kBool, kInt16, kInt32, kReal32, kReal64 };
+  Kind fKind = Kind::kNone;
+  uint8 fOffset = 0;
+};
+QLXNumberPlace FindNumber(MCID inType, MCID inComponent);
 
+real32 ReadNumber(QLXNumberPlace inPlace, const void* inValue);
 // A truth value is whether the number is not 0; an integer is truncated, stops at the ends of its range, and is 0 for
 // NaN. The other numbers of the value stay.
-void StoreNumber(MCID inType, MCID inComponent, real32 inNumber, void* ioValue);
+void StoreNumber(QLXNumberPlace inPlace, real32 inNumber, void* ioValue);
 
 // Null for an unknown word and without a registry.
 ParamType* FindParamType(MCID inTypeWord);
@@ -31,20 +40,25 @@ ParamType* FindParamType(MCID inTypeWord);
 // A value of any type in place, made and ended by its type.
 class QLXValueBuffer {
  public:
-  // Not valid for a null type, and for one whose values are larger than any should be.
-  explicit QLXValueBuffer(ParamType* inType);
+  QLXValueBuffer() = default;
+  explicit QLXValueBuffer(ParamType* inType) { SetType(inType); }
   QLXValueBuffer(const QLXValueBuffer&) = delete;
   QLXValueBuffer& operator=(const QLXValueBuffer&) = delete;
-  ~QLXValueBuffer();
+  ~QLXValueBuffer() { Clear(); }
 
-  bool IsValid() const { return fHolder.IsValid(); }
+  // A fresh value. None for a null type, and for one whose values are larger than any should be.
+  void SetType(ParamType* inType);
+  void Clear();
+
+  bool HasValue() const { return fHolder.IsValid(); }
+  ParamType* GetType() const { return fHolder.GetParamType(); }
   ParamHolder& GetHolder() { return fHolder; }
   const void* GetData() const { return fBytes; }
   void* GetData() { return fBytes; }
 
  private:
-  alignas(std::max_align_t) std::byte fBytes[ParamType::kMaxSize];
   ParamHolder fHolder;
+  alignas(std::max_align_t) std::byte fBytes[ParamType::kMaxSize];
 };
 
 }  // namespace qlx

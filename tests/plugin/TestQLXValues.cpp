@@ -53,16 +53,17 @@ TEST(QLXValues, StoreAndReadByTypeAndComponent) {
   const AssertionGuard silence;
   for (const auto& row : rows) {
     QLXValueBuffer buffer(FindParamType(row.fType));
-    ASSERT_TRUE(buffer.IsValid()) << row.fLabel;
-    StoreNumber(row.fType, row.fComponent, row.fStored, buffer.GetData());
-    EXPECT_EQ(ReadNumber(row.fType, row.fComponent, buffer.GetData()), row.fRead) << row.fLabel;
+    ASSERT_TRUE(buffer.HasValue()) << row.fLabel;
+    const QLXNumberPlace place = FindNumber(row.fType, row.fComponent);
+    StoreNumber(place, row.fStored, buffer.GetData());
+    EXPECT_EQ(ReadNumber(place, buffer.GetData()), row.fRead) << row.fLabel;
   }
 }
 
 TEST(QLXValues, OtherNumbersOfAValueStay) {
   real32 colour[] = {1, 2, 3, 4};
-  StoreNumber("colo"_id, "bluV"_id, 9, colour);
-  StoreNumber("colo"_id, "none"_id, 9, colour);
+  StoreNumber(FindNumber("colo"_id, "bluV"_id), 9, colour);
+  StoreNumber(FindNumber("colo"_id, "none"_id), 9, colour);
   const real32 expected[] = {1, 2, 9, 4};
   EXPECT_EQ(std::memcmp(colour, expected, sizeof colour), 0);
 }
@@ -71,7 +72,7 @@ TEST(QLXValues, UnknownTypeHasNoBuffer) {
   host::GetParamTypes();
   const AssertionGuard silence;
   EXPECT_EQ(FindParamType("????"_id), nullptr);
-  EXPECT_FALSE(QLXValueBuffer(nullptr).IsValid());
+  EXPECT_FALSE(QLXValueBuffer(nullptr).HasValue());
 }
 
 }  // namespace
