@@ -31,6 +31,14 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   void* MC_CALL GetExtensionDataBuffer() override { return &fData; }
   uint32 MC_CALL GetExtensionDataSize() override { return sizeof fData; }
   int16 MC_CALL GetResourceId() override { return 150; }
+  // The panel's buttons, by their ids or as messages of their own:
+  //   'LOAD'  asks for a preset and takes it over, all or nothing
+  //   'SAVE'  asks for a file and writes a preset
+  //   'SAVF'  writes to the file that was loaded or saved last; asks where there is none
+  // A choice that is cancelled changes nothing. A file that cannot be used, or is damaged, is told by the host's alert,
+  // with the line of the damage, and changes nothing either. Throws `MC_E_INVALIDARG` when the source of a used control
+  // is no UI part. Always 0 otherwise.
+  MCResult MC_CALL HandleEvent(uint32 inMessage, IMCUnknown* inSource, void* inData) override;
   // A reset: unless the links are locked, target and controller count as not chosen (the paths stay, as the fields of
   // the block do), and the time of the last evaluation is forgotten. Always 0.
   MCResult MC_CALL ExtensionDataChanged() override;
@@ -63,11 +71,15 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   void SetChainLink(const QLXChainLink& inLink);
 
  private:
+  void LoadPreset(const TMCString& inFile);
+  void SavePreset(const TMCString& inFile);
+
   bool fLinksLocked = false;
   QLXModifierData fData;
   QLXPrivateData fPrivate;
   QLXMemory fMemory;
   QLXLookups fLookups;                 // forgotten with every change of the private data
+  TMCDynamicString fPresetFile;        // the file chosen last
   QLXModifier* fClonedFrom = nullptr;  // not counted, and never read: for whoever looks into the object
 };
 
