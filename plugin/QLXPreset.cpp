@@ -78,7 +78,7 @@ class PresetReader {
     fStream.ReadMCString(text);
     fHasFailed = fStream.fail() || text.ByteLength() > outText.MaxLength();
     if (!fHasFailed) {
-      outText = text;
+      outText.Assign(text.CStr(), text.ByteLength());
     }
   }
   void operator()(bool& outSwitch) {

@@ -1,7 +1,7 @@
 // One number of a parameter's value.
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <array>
 #include <limits>
 
 #include "AssertionGuard.h"
@@ -61,11 +61,10 @@ TEST(QLXValues, StoreAndReadByTypeAndComponent) {
 }
 
 TEST(QLXValues, OtherNumbersOfAValueStay) {
-  real32 colour[] = {1, 2, 3, 4};
-  StoreNumber(FindNumber("colo"_id, "bluV"_id), 9, colour);
-  StoreNumber(FindNumber("colo"_id, "none"_id), 9, colour);
-  const real32 expected[] = {1, 2, 9, 4};
-  EXPECT_EQ(std::memcmp(colour, expected, sizeof colour), 0);
+  std::array<real32, 4> colour{1, 2, 3, 4};
+  StoreNumber(FindNumber("colo"_id, "bluV"_id), 9, colour.data());
+  StoreNumber(FindNumber("colo"_id, "none"_id), 9, colour.data());
+  EXPECT_EQ(colour, (std::array<real32, 4>{1, 2, 9, 4}));
 }
 
 TEST(QLXValues, UnknownTypeHasNoBuffer) {

@@ -1,0 +1,274 @@
+// Links in hosts that lack things, and what each evaluation asks and tells a host.
+#include <gtest/gtest.h>
+
+#include "LinkServices.h"
+#include "LinkTest.h"
+#include "Transforms.h"
+
+namespace qlx::test {
+namespace {
+
+// A scene of another host over one of the open host: without a structure version, and, as a test says, without more.
+class PlainScene final : public FakeObject<I3DShScene> {
+ public:
+  explicit PlainScene(host::Scene& inScene) : fScene(inScene) {}
+
+  int32 MC_CALL GetCurrentTime(SceneTime& outTime) override {
+    outTime = {fScene.GetTime(), 7};
+    return outTime.fTicks;
+  }
+  real32 MC_CALL GetFrameRate() override { return fRate; }
+  void MC_CALL GetTimeRange(ITimeRange** outRange) override {
+    if (fHasRange) {
+      fScene.GetTimeRange(outRange);
+    }
+  }
+  void MC_CALL GetRoot(IMCUnknown** outRoot) override {
+    if (fHasRoot) {
+      fScene.GetRoot(outRoot);
+    }
+  }
+  void MC_CALL GetSceneMaster(ISceneMaster** outMaster) override {
+    if (fHasMaster) {
+      fScene.GetSceneMaster(outMaster);
+    }
+  }
+  void MC_CALL FindElementByTreePath(TreeElement**, const TreePath&) override {}
+  void MC_CALL FindElementByRef(TreeElement** outElement, const ObjectReference& inReference) override {
+    ++fLookups;
+    fScene.FindElementByRef(outElement, inReference);
+  }
+  void MC_CALL FindElementByUniqueID(TreeElement**, uint32) override {}
+  uint32 MC_CALL GetSelectedElementCount() override { return 0; }
+  TreeElement* MC_CALL GetSelectedElement(uint32) override { return nullptr; }
+  void MC_CALL RefreshAfterCommand() override {}
+
+  host::Scene& fScene;
+  real32 fRate = kRate;
+  bool fHasRange = true;
+  bool fHasRoot = true;
+  bool fHasMaster = true;
+  int fLookups = 0;
+};
+
+// The notifier of an element's morphs.
+class Morphs final : public FakeObject<I3DShMorphTarget> {
+ public:
+  void MC_CALL MorphChanged() override { ++fChanged; }
+  int fChanged = 0;
+};
+
+// An element of such a scene.
+class PlainElement final : public TreeElement {
+ public:
+  PlainElement(host::Element& inElement, I3DShScene* inScene) : fElement(inElement), fScene(inScene) {}
+
+  MCResult MC_CALL QueryInterface(const MCGuid& inID, void** outObject) override {
+    if (fMorphs && inID == I3DShMorphTarget::kInterfaceID) {
+      return fMorphs->QueryInterface(inID, outObject);
+    }
+    if (fHasParameters) {
+      return fElement.QueryInterface(inID, outObject);
+    }
+    return MCStoreNone(outObject);
+  }
+  uint32 MC_CALL AddRef() override { return static_cast<uint32>(++fCount); }
+  uint32 MC_CALL Release() override { return static_cast<uint32>(--fCount); }
+  I3DShScene* MC_CALL GetScene() override { return fScene; }
+  const TMCString& MC_CALL GetName() override { return fElement.GetName(); }
+  uint32 MC_CALL GetUniqueID() override { return fElement.GetUniqueID(); }
+  void MC_CALL GetParent(TreeElement**) override {}
+  TreeElement* MC_CALL GetParentRaw() override { return nullptr; }
+  TreeElement* MC_CALL GetFirstChild() override { return nullptr; }
+  TreeElement* MC_CALL GetNextSibling() override { return nullptr; }
+  bool MC_CALL IsAtOrBelow(TreeElement*) override { return false; }
+  TreePath& MC_CALL GetTreePath(TreePath& outPath) override { return outPath; }
+  ObjectReference& MC_CALL GetObjectReference(ObjectReference& outReference) override { return outReference; }
+  MCResult MC_CALL GetLocalTransform(TTreeTransform& outTransform) override {
+    return fHasTransform ? fElement.GetLocalTransform(outTransform) : MC_E_NOTVALID;
+  }
+  MCResult MC_CALL SetLocalTransform(const TTreeTransform& inTransform, int32 in1, int32 in2, int32 in3, int32 in4,
+                                     int32 in5, int32 in6) override {
+    fArguments = {in1, in2, in3, in4, in5, in6};
+    return fElement.SetLocalTransform(inTransform, in1, in2, in3, in4, in5, in6);
+  }
+  MCResult MC_CALL GetGlobalTransform(TTreeTransform& outTransform) override {
+    return fHasTransform ? fElement.GetGlobalTransform(outTransform) : MC_E_NOTVALID;
+  }
+  MCResult MC_CALL SetGlobalTransform(const TTreeTransform& inTransform, int32 in1, int32 in2, int32 in3, int32 in4,
+                                      int32 in5) override {
+    return fElement.SetGlobalTransform(inTransform, in1, in2, in3, in4, in5);
+  }
+  MCResult MC_CALL GetGlobalTransformChain(TTreeChainTransform&) override { return MC_E_NOTVALID; }
+  void MC_CALL TransformChanged(int32) override {}
+  void MC_CALL InvalidateElement(int32 inOne) override {
+    fInvalidated += inOne;
+    if (fReentrant) {
+      EXPECT_EQ(fReentrant->SetTreeElement(this), MC_S_OK);
+      fReentrant->SetControllerPath(TMCString31(kRotY));
+    }
+  }
+  uint32 MC_CALL GetModifierCount(int32) override { return 0; }
+  MCResult MC_CALL InsertModifier(I3DShModifier*, uint32) override { return MC_E_NOTVALID; }
+
+  host::Element& fElement;
+  I3DShScene* fScene;
+  QLXModifier* fReentrant = nullptr;  // evaluated from inside its evaluation
+  I3DShMorphTarget* fMorphs = nullptr;
+  bool fHasParameters = true;
+  bool fHasTransform = true;
+  int fCount = 1;
+  int fInvalidated = 0;
+  std::vector<int32> fArguments;
+};
+
+struct PlainHost {
+  PlainHost() {
+    fModels.fA.SetBase(MakeValues({4, 0, 0}, {2, 0, 0}));
+    fLink->EditData().fAttributeMode = true;
+    fLink->SetTargetPath(TMCString31(kRotY));
+    fLink->SetControllerPath(TMCString31(kRotX));
+    LinkScene::Follow(*fLink, fModels.fA);
+  }
+  ~PlainHost() { fLink.Clear(); }
+
+  real32 Evaluate(int32 inFrame) {
+    fModels.Play(inFrame);
+    EXPECT_EQ(fLink->SetTreeElement(&fElement), MC_S_OK);
+    return ValueOf(fModels.fB, host::Channel::kRotationY);
+  }
+
+  LinkScene fModels;
+  PlainScene fScene{*fModels.operator->()};
+  PlainElement fElement{fModels.fB, &fScene};
+  TMCCountedPtr<QLXModifier> fLink = MCAdopt(new QLXModifier);
+};
+
+TEST(QLXHosts, WithoutAStructureVersionEverythingIsLookedUpAnew) {
+  PlainHost host;
+  EXPECT_EQ(host.Evaluate(1), 2);
+  EXPECT_EQ(host.Evaluate(2), 2);
+  EXPECT_EQ(host.fScene.fLookups, 2);
+  EXPECT_EQ(host.fElement.fCount, 2) << "held as the target's element alone";
+  EXPECT_EQ(host.fElement.fInvalidated, 2);
+  host.fLink->EditData().fFindControllerByName = true;
+  host.fLink->EditData().fControllerName = "A";
+  EXPECT_EQ(host.Evaluate(3), 2);
+  host.fScene.fHasRoot = false;
+  EXPECT_EQ(host.Evaluate(4), 0) << "found nowhere: the element itself";
+}
+
+TEST(QLXHosts, WhatAHostLacksEndsTheEvaluationOrTheLink) {
+  using Change = std::function<void(PlainHost&)>;
+  const struct {
+    const char* fLabel;
+    Change fChange;
+    bool fCloses;
+  } rows[] = {
+      {"no scene", [](PlainHost& h) { h.fElement.fScene = nullptr; }, false},
+      {"no time range", [](PlainHost& h) { h.fScene.fHasRange = false; }, false},
+      {"no frame rate", [](PlainHost& h) { h.fScene.fRate = 0; }, false},
+      {"a frame rate below 0", [](PlainHost& h) { h.fScene.fRate = -24; }, false},
+      {"a frame rate that is none", [](PlainHost& h) { h.fScene.fRate = std::numeric_limits<real32>::quiet_NaN(); },
+       false},
+      {"more frames than ticks", [](PlainHost& h) { h.fScene.fRate = 200000; }, false},
+      {"no parameter of the target", [](PlainHost& h) { h.fLink->SetTargetPath(TMCString31("self,amet,none")); },
+       false},
+      {"a transform that cannot be read",
+       [](PlainHost& h) {
+         h.fLink->SetTargetPath(TMCString31("GlbY"));
+         h.fElement.fHasTransform = false;
+       },
+       true},
+      {"an own translation that cannot be read",
+       [](PlainHost& h) {
+         h.fLink->SetTargetPath(TMCString31(kOwnX));
+         h.fElement.fHasTransform = false;
+       },
+       true},
+  };
+  for (const auto& row : rows) {
+    PlainHost host;
+    row.fChange(host);
+    EXPECT_EQ(host.Evaluate(1), 0) << row.fLabel;
+    EXPECT_EQ(host.fElement.fInvalidated, row.fCloses ? 1 : 0) << row.fLabel;
+    EXPECT_EQ(ValueOf(host.fModels.fB, host::Channel::kPositionY), 0) << row.fLabel;
+  }
+  PlainHost host;
+  EXPECT_EQ(host.fLink->SetTreeElement(nullptr), MC_S_OK);
+}
+
+TEST(QLXHosts, ElementThatRefusesItsAttributesHasNoTarget) {
+  PlainHost host;
+  host.fElement.fHasParameters = false;
+  const SilentReports silence;  // the path says what is wrong to whoever debugs
+  EXPECT_EQ(host.Evaluate(1), 0);
+  EXPECT_EQ(host.fElement.fInvalidated, 0);
+}
+
+TEST(QLXHosts, OwnTranslationIsWrittenWithItsArguments) {
+  PlainHost host;
+  host.fLink->SetTargetPath(TMCString31(kOwnX));
+  host.Evaluate(1);
+  EXPECT_EQ(host.fElement.fArguments, (std::vector<int32>{1, 0, 0, 0, 0, 1}));
+  EXPECT_EQ(ValueOf(host.fModels.fB, host::Channel::kPositionX), 2);
+}
+
+TEST(QLXHosts, EvaluationInsideAnEvaluationDoesNothing) {
+  PlainHost host;
+  host.fModels.fA.SetBase(MakeValues({}, {2, 3, 0}));
+  host.fElement.fReentrant = host.fLink.Get();
+  EXPECT_EQ(host.Evaluate(1), 2);
+  EXPECT_EQ(host.fElement.fInvalidated, 1);
+  EXPECT_EQ(host.Evaluate(2), 3) << "what was changed inside counts from the next one on";
+}
+
+TEST(QLXHosts, UpdateServiceIsTold) {
+  const TestMemory memory;
+  LinkServices services;
+  PlainHost host;
+  host.Evaluate(1);
+  EXPECT_EQ(services.fUpdates.fUpdated, std::vector<TreeElement*>{&host.fElement});
+  EXPECT_EQ(services.fUpdates.fLastScene, host.fModels.operator->());
+  host.fScene.fHasMaster = false;
+  host.Evaluate(2);
+  EXPECT_EQ(services.fUpdates.fUpdated.size(), 1U) << "without a notifier there is nobody to pass";
+}
+
+TEST(QLXHosts, MovedModifierLooksUpAnew) {
+  LinkScene scene;
+  host::Element& other = scene.Add("Other");
+  scene.fA.SetBase(MakeValues({}, {2, 0, 0}));
+  QLXModifier& link = LinkScene::Add(scene.fB, kRotY, scene.fA, kRotX);
+  scene.Play(1);
+  const auto carrier = scene.fB.GetModifiers()[0];
+  scene.fB.RemoveModifier(0);
+  other.AddModifier(*carrier, 0);
+  scene.Play(2);
+  EXPECT_EQ(ValueOf(other, host::Channel::kRotationY), 2);
+  EXPECT_EQ(ValueOf(scene.fB, host::Channel::kRotationY), 0);
+  EXPECT_EQ(link.GetPrivateData().fControllerRef.GetElemCount(), 4U);
+}
+
+TEST(QLXHosts, MorphsAreToldAfterTheirWeightWasWritten) {
+  for (const bool isMorph : {true, false}) {
+    Morphs morphs;
+    PlainHost host;
+    host.fElement.fMorphs = &morphs;
+    host::SceneObject& face = host.fModels->AddObject("Face");
+    face.AddMorphGroup("Mouth", {"Smile", "Frown"}, {0, 0.5f});
+    host.fModels.fB.SetShownObject(&face);
+    host.fLink->SetTargetPath(TMCString31(isMorph ? "RMPH,0,1" : kRotY));
+    host.Evaluate(1);
+    EXPECT_EQ(morphs.fChanged, isMorph ? 1 : 0);
+    EXPECT_EQ(face.GetValues()->GetEvaluated(1)[0], isMorph ? 2 : 0.5f);
+    host.Evaluate(2);
+    EXPECT_EQ(morphs.fChanged, isMorph ? 2 : 0);
+    EXPECT_EQ(morphs.fCount, 1) << "fetched once, and held";
+    host.fLink.Clear();
+    EXPECT_EQ(morphs.fCount, 0);
+  }
+}
+
+}  // namespace
+}  // namespace qlx::test
