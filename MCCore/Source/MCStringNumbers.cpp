@@ -29,7 +29,7 @@ constexpr bool IsDigit(char inByte) noexcept {
   return inByte >= '0' && inByte <= '9';
 }
 
-constexpr bool IsBlank(char inByte) noexcept {
+constexpr bool IsTextBlank(char inByte) noexcept {
   return inByte == ' ' || (inByte >= '\t' && inByte <= '\r');
 }
 
@@ -82,7 +82,7 @@ class NumberReader {
     return found;
   }
   void SkipBlanks() noexcept {
-    while (!fRest.empty() && IsBlank(fRest.front())) {
+    while (!fRest.empty() && IsTextBlank(fRest.front())) {
       fRest.remove_prefix(1);
     }
   }
@@ -231,7 +231,7 @@ int32 TMCString::ToInt() const {
       ++i;
     }
   };
-  skipWhile(IsBlank);
+  skipWhile(IsTextBlank);
   const bool isNegative = i < text.size() && text[i] == '-';
   if (i < text.size() && (text[i] == '-' || text[i] == '+')) {
     ++i;

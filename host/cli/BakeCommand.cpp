@@ -19,7 +19,7 @@ namespace qlx::host {
 
 namespace {
 
-const char* const kExamples = R"(Examples:
+const char* const kBakeExamples = R"(Examples:
   qlx bake arm.gltf -o arm.baked.glb
   qlx bake arm.gltf -o arm.baked.glb --plot arm.svg --csv arm.csv
   qlx bake arm.gltf -o arm.baked.gltf --clip Wave --from 10 --to 60 --fps 30 --keep
@@ -161,7 +161,7 @@ class BakeRun {
 void AddBakeCommand(CLI::App& inProgram, CommandContext& inContext) {
   CLI::App* const command = inProgram.add_subcommand("bake", "Write a scene with the work of its modifiers as keys");
   const auto options = std::make_shared<BakeOptions>();
-  command->footer(kExamples);
+  command->footer(kBakeExamples);
   AddSceneOptions(*command, options->fScene);
   command->add_option("-o,--output", options->fOutput, "The scene to write, .gltf or .glb")
       ->required()

@@ -14,7 +14,7 @@ namespace qlx::host {
 
 namespace {
 
-const char* const kExamples = R"(Examples:
+const char* const kInfoExamples = R"(Examples:
   qlx info
   qlx info --library build/debug/bin/libqlx.so --json
 )";
@@ -84,7 +84,7 @@ std::string AsJson(const PluginLibrary& inPlugin) {
 void AddInfoCommand(CLI::App& inProgram, CommandContext& inContext) {
   CLI::App* const command = inProgram.add_subcommand("info", "Describe the plug-in: target, exports, classes");
   const auto json = std::make_shared<bool>(false);
-  command->footer(kExamples);
+  command->footer(kInfoExamples);
   command->add_flag("--json", *json, "Print it as JSON");
   AddLibraryOption(*command, inContext);
   command->callback([json, &inContext] {

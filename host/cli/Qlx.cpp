@@ -21,7 +21,7 @@ const char* const kAbout =
     "Runs an animated glTF scene through the QLX modifiers of its elements, without the application that the "
     "plug-in was made for.";
 
-const char* const kExamples = R"(Examples:
+const char* const kProgramExamples = R"(Examples:
   qlx tree scene.gltf                       what is in a scene
   qlx get scene.gltf --element Arm --path self,amet,TRAN,ROTA,RotX
                                             a value by its path
@@ -92,7 +92,7 @@ int RunQlx(std::vector<std::string> inArguments, Console& inConsole) {
   CLI::App program(kAbout, "qlx");
   program.set_version_flag("--version", std::string("qlx " QLX_VERSION), "Print the version");
   program.set_help_flag("--help,-h", "Print this help");
-  program.footer(kExamples);
+  program.footer(kProgramExamples);
   program.allow_windows_style_options(false);  // "/scenes/arm.gltf" is a path on every system, never an option
   program.failure_message(CLI::FailureMessage::simple);
   AddLibraryOption(program, context);

@@ -17,7 +17,7 @@ namespace qlx::host {
 
 namespace {
 
-const char* const kExamples = R"(Examples:
+const char* const kTokensExamples = R"(Examples:
   qlx tokens saved.tok                    groups and values as an indented tree
   qlx tokens saved.tok --check            whether it is whole; else where it is not, and exit code 1
   qlx tokens saved.tok --json | jq '.items[] | select(.id == "spar")'
@@ -33,7 +33,7 @@ using MCToken::Kind;
 
 // Longer values, and deeper groups, tell a person no more.
 constexpr std::size_t kLongestText = 100;
-constexpr std::size_t kDeepestIndent = 40;
+constexpr std::size_t kDeepestTokenIndent = 40;
 constexpr std::size_t kShownBytes = 16;
 
 // A block as people look at bytes: how many there are, and the first of them.
@@ -60,8 +60,8 @@ std::string ValueText(const TokenItem& inItem) {
 }
 
 void WriteLine(std::ostream& ioOut, const TokenItem& inItem) {
-  ioOut << std::string(2 * std::min(inItem.fDepth, kDeepestIndent), ' ');
-  if (inItem.fDepth > kDeepestIndent) {
+  ioOut << std::string(2 * std::min(inItem.fDepth, kDeepestTokenIndent), ' ');
+  if (inItem.fDepth > kDeepestTokenIndent) {
     ioOut << fmt::format("(level {}) ", inItem.fDepth);
   }
   const std::string value = ValueText(inItem);
@@ -115,7 +115,7 @@ void AddTokensCommand(CLI::App& inProgram, CommandContext& inContext) {
   CLI::App* const command =
       inProgram.add_subcommand("tokens", "Print a token file as a tree, or check that it is whole");
   const auto options = std::make_shared<TokensOptions>();
-  command->footer(kExamples);
+  command->footer(kTokensExamples);
   command->add_option("FILE", options->fFile, "A token file")->required()->type_name("");
   command->add_flag("--check", options->fCheck, "Say only whether it is whole");
   command->add_flag("--json", options->fJson, "Print it as JSON");

@@ -18,7 +18,7 @@ namespace qlx::host {
 
 namespace {
 
-const char* const kExamples = R"(Examples:
+const char* const kTreeExamples = R"(Examples:
   qlx tree arm.gltf
   qlx tree arm.gltf --params              every parameter: path, type, value at the start of the clip
   qlx tree arm.gltf --params --json | jq '.elements[] | select(.modifiers != [])'
@@ -57,7 +57,7 @@ Json FieldAsJson(const PluginModifier& inModifier, const ParameterField& inField
 // ---- text ----
 
 // A chain of thousands of elements would else print more blanks than names.
-constexpr int kDeepestIndent = 40;
+constexpr int kDeepestTreeIndent = 40;
 
 class TreeText {
  public:
@@ -68,8 +68,8 @@ class TreeText {
     for (Element* element : ShownElements(fScene)) {
       const int depth = depths[element->GetParentElement()];
       depths[element] = depth + 1;
-      const std::string indent(static_cast<std::size_t>(2 * std::min(depth, kDeepestIndent)), ' ');
-      AddElement(*element, depth <= kDeepestIndent ? indent : indent + fmt::format("(level {}) ", depth), indent);
+      const std::string indent(static_cast<std::size_t>(2 * std::min(depth, kDeepestTreeIndent)), ' ');
+      AddElement(*element, depth <= kDeepestTreeIndent ? indent : indent + fmt::format("(level {}) ", depth), indent);
     }
     return std::move(fText);
   }
@@ -199,7 +199,7 @@ void Run(CommandContext& inContext, const TreeOptions& inOptions) {
 void AddTreeCommand(CLI::App& inProgram, CommandContext& inContext) {
   CLI::App* const command = inProgram.add_subcommand("tree", "Print the elements of a scene with their modifiers");
   const auto options = std::make_shared<TreeOptions>();
-  command->footer(kExamples);
+  command->footer(kTreeExamples);
   AddSceneOptions(*command, options->fScene);
   command->add_flag("--params", options->fParameters, "Print every parameter with its path, type and value");
   command->add_flag("--json", options->fJson, "Print it as JSON");

@@ -119,7 +119,7 @@ void GltfDocument::Content::Write(const fs::path& inFile, const BakeResult* inBa
   for (std::size_t i = 0; i < fElements.size(); ++i) {
     const int node = static_cast<int>(i);
     const auto found = baked.find(fElements[i]);
-    if (found != baked.end()) {
+    if (inBake != nullptr && found != baked.end()) {
       changes.AddBaked(node, *inBake, *found->second);
     }
     changes.AddEdited(node, *fElements[i], found == baked.end() ? ChannelMask{0} : found->second->fChannels);

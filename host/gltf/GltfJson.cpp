@@ -1,5 +1,6 @@
 #include "GltfJson.h"
 
+#include <algorithm>
 #include <charconv>
 #include <vector>
 
@@ -86,6 +87,13 @@ const Json& ArrayOf(const Json& inObject, const char* inName) {
 uint64 NumberOf(const Json& inObject, const char* inName, uint64 inDefault) {
   const Json* found = FindMember(inObject, inName);
   return found == nullptr ? inDefault : found->get<uint64>();
+}
+
+std::string ReadableName(std::string inName) {
+  std::replace_if(
+      inName.begin(), inName.end(), [](char each) { return static_cast<unsigned char>(each) < 0x20 || each == 0x7F; },
+      ' ');
+  return inName;
 }
 
 Json ShortNumber(real32 inValue) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <string>
 #include <string_view>
 
 #include "GltfProblem.h"
@@ -26,6 +27,9 @@ const Json& ArrayOf(const Json& inObject, const char* inName);
 
 // A member that is a whole number from 0, or the default. The document must have been checked.
 uint64 NumberOf(const Json& inObject, const char* inName, uint64 inDefault);
+
+// A name on one line, without signs that a terminal would obey.
+std::string ReadableName(std::string inName);
 
 // A 32-bit real by the shortest text that reads back as it.
 Json ShortNumber(real32 inValue);

@@ -16,16 +16,9 @@ constexpr std::size_t kNoNode = static_cast<std::size_t>(-1);
 constexpr std::size_t kNoSkin = static_cast<std::size_t>(-1);
 
 // On one line, without signs that a terminal would obey.
-std::string Readable(const std::string& inName) {
-  std::string name = inName;
-  std::replace_if(
-      name.begin(), name.end(), [](char each) { return static_cast<unsigned char>(each) < 0x20 || each == 0x7F; }, ' ');
-  return name;
-}
-
 std::string NameAt(const Json& inDocument, const char* inList, std::size_t inIndex) {
   const Json* name = FindMember(ArrayOf(inDocument, inList)[inIndex], "name");
-  return name == nullptr ? std::string() : Readable(name->get<std::string>());
+  return name == nullptr ? std::string() : ReadableName(name->get<std::string>());
 }
 
 std::string NameOrNumber(const Json& inDocument, const char* inList, std::size_t inIndex, const char* inKind) {
@@ -172,14 +165,14 @@ class SceneBuilder {
     const Json& names = extras != nullptr && extras->is_object() ? ArrayOf(*extras, "targetNames") : Json();
     for (std::size_t i = 0; i < ArrayOf(inMesh["primitives"][0], "targets").size(); ++i) {
       const bool isNamed = names.is_array() && i < names.size() && names[i].is_string();
-      morphs.push_back(isNamed ? Readable(names[i].get<std::string>()) : "Morph" + std::to_string(i));
+      morphs.push_back(isNamed ? ReadableName(names[i].get<std::string>()) : "Morph" + std::to_string(i));
     }
     return morphs;
   }
 
   std::string NameOf(std::size_t inNode) const {
     const tinygltf::Node& node = fNodes[inNode];
-    std::string name = Readable(node.name);
+    std::string name = ReadableName(node.name);
     const std::pair<const char*, int> held[] = {{"meshes", node.mesh}, {"cameras", node.camera}, {"skins", node.skin}};
     for (const auto& [list, index] : held) {
       if (name.empty() && index >= 0) {

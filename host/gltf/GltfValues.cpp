@@ -26,14 +26,6 @@ std::string EscapedToken(std::string_view inName) {
   return token;
 }
 
-// On one line, without signs that a terminal would obey.
-std::string Readable(std::string inName) {
-  for (char& each : inName) {
-    each = static_cast<unsigned char>(each) < 0x20 || each == 0x7F ? ' ' : each;
-  }
-  return inName;
-}
-
 // A member that a path leads to; null where there is none.
 const Json* FindAt(const Json& inObject, const char* inPath) {
   const Json::json_pointer pointer{inPath};
@@ -167,7 +159,7 @@ class ValueReader {
   std::string LabelOf(const char* inKind, const Json& inObject, std::size_t inIndex) const {
     const Json* const name = FindMember(inObject, "name");
     const bool isNamed = name != nullptr && name->is_string();
-    return fmt::format("{} \"{}\"", inKind, isNamed ? Readable(name->get<std::string>()) : std::to_string(inIndex));
+    return fmt::format("{} \"{}\"", inKind, isNamed ? ReadableName(name->get<std::string>()) : std::to_string(inIndex));
   }
 
   void AddCameras(const Json& inNodes) {
@@ -232,7 +224,7 @@ class ValueReader {
       }
       const ValueRule& rule = value.is_boolean() ? kCustomBoolean : kCustomNumber;
       AddOne(&value, fmt::format("/nodes/{}/extras/{}", inIndex, EscapedToken(name)), rule,
-             {ids.Make(name), Readable(name), rule.fType}, values);
+             {ids.Make(name), ReadableName(name), rule.fType}, values);
     }
     if (values && values->GetCount() != 0) {
       fElements[inIndex]->AttachValues({"cust"_id, "Custom", std::move(values)});

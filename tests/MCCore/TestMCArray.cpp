@@ -411,7 +411,7 @@ TEST(TMCClassArray, ArraysOfArraysSurviveEveryRefusal) {
 
 namespace {
 
-class Counted final : public IMCUnknown {
+class Referenced final : public IMCUnknown {
  public:
   MCResult MC_CALL QueryInterface(const MCGuid&, void** outObject) override { return MCStoreNone(outObject); }
   uint32 MC_CALL AddRef() override { return ++fRefs; }
@@ -424,17 +424,17 @@ class Counted final : public IMCUnknown {
 TEST(TMCCountedPtrArray, HoldsAReferenceOfEachElement) {
   TestMemory memory;
   AssertionGuard guard({"fGrowSize is zero!!"});
-  Counted first;
-  Counted second;
+  Referenced first;
+  Referenced second;
   {
-    TMCCountedPtrArray<Counted> array(0, 1, 1, false);
+    TMCCountedPtrArray<Referenced> array(0, 1, 1, false);
     EXPECT_TRUE(array.AddElem(&first));
     EXPECT_TRUE(array.AddElem(&second));
     EXPECT_TRUE(array.AddElem(array[0]));
     EXPECT_TRUE(array.AddElem(nullptr));
     EXPECT_EQ(first.fRefs, 3U);
     EXPECT_EQ(array.FindElem(&second), 1U);
-    const TMCCountedPtrArray<Counted> copy(array);
+    const TMCCountedPtrArray<Referenced> copy(array);
     EXPECT_EQ(first.fRefs, 5U);
     array.RemoveElem(0);
     EXPECT_EQ(first.fRefs, 4U);
@@ -455,8 +455,8 @@ TEST(TMCCountedPtrArray, HoldsAReferenceOfEachElement) {
 TEST(TMCCountedPtrArray, ARefusedAddTakesNoReference) {
   TestMemory memory;
   AssertionGuard guard({kRefused});
-  Counted object;
-  TMCCountedPtrArray<Counted> array;
+  Referenced object;
+  TMCCountedPtrArray<Referenced> array;
   memory.RefuseAfter(0);
   EXPECT_FALSE(array.AddElem(&object));
   EXPECT_EQ(object.fRefs, 1U);

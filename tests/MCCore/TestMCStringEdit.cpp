@@ -14,9 +14,9 @@ using test::TestMemory;
 
 namespace {
 
+const char* const kOverflow = "byteLength <= fMaxLength";
 // U+00E9 in two bytes, U+20AC in three.
-const char* const kMixed = "a\xC3\xA9\xE2\x82\xACz";
-const char* const kTooLong = "byteLength <= fMaxLength";
+const char* const kShortMixed = "a\xC3\xA9\xE2\x82\xACz";
 
 }  // namespace
 
@@ -33,24 +33,24 @@ TEST(MCStringEdit, ReplacesCharactersByShorterAndLongerOnes) {
                 "cz"},
                {"the last", 0xE9, 3, "a\xC3\xA9\xE2\x82\xAC\xC3\xA9"},
                {"negative is the first", 'b', -7, "b\xC3\xA9\xE2\x82\xACz"},
-               {"at the end", 'b', 4, kMixed},
-               {"past the end", 'b', 99, kMixed}};
+               {"at the end", 'b', 4, kShortMixed},
+               {"past the end", 'b', 99, kShortMixed}};
   TestMemory memory;
   AssertionGuard guard;
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.fLabel);
-    TMCString15 text(kMixed);
+    TMCString15 text(kShortMixed);
     text.SetChar(row.fChar, row.fIndex);
     EXPECT_STREQ(text.CStr(), row.fResult);
     EXPECT_EQ(text.Length(), 4U);
-    TMCDynamicString grown(kMixed);
+    TMCDynamicString grown(kShortMixed);
     grown.SetChar(row.fChar, row.fIndex);
     EXPECT_STREQ(grown.CStr(), row.fResult);
   }
 }
 
 TEST(MCStringEdit, AReplacedCharacterPushesTheTailOffAFixedForm) {
-  AssertionGuard guard({kTooLong, kTooLong});
+  AssertionGuard guard({kOverflow, kOverflow});
   TMCString15 text("123456789012345");
   text.SetChar(0x20AC, 0);
   EXPECT_STREQ(text.CStr(),
@@ -113,7 +113,7 @@ TEST(MCStringEdit, ExtractKeepsAPart) {
   } kRows[] = {{0, 2, "a\xC3\xA9", {}},
                {1, 2, "\xC3\xA9\xE2\x82\xAC", {}},
                {2, 99, "\xE2\x82\xACz", {}},
-               {0, 4, kMixed, {}},
+               {0, 4, kShortMixed, {}},
                {-1, 1, "a", {}},
                {1, 0, "", {}},
                {1, -3, "", {}},
@@ -122,7 +122,7 @@ TEST(MCStringEdit, ExtractKeepsAPart) {
   for (const auto& row : kRows) {
     SCOPED_TRACE(testing::Message() << row.fIndex << ", " << row.fLength);
     AssertionGuard guard(row.fReports);
-    TMCString15 text(kMixed);
+    TMCString15 text(kShortMixed);
     text.Extract(row.fIndex, row.fLength);
     EXPECT_STREQ(text.CStr(), row.fPart);
   }
@@ -157,7 +157,7 @@ TEST(MCStringEdit, ReplacesTexts) {
     EXPECT_EQ(text.Replace(TMCString15(row.fFind), TMCString15(row.fReplacement), row.fStart), row.fCount);
     EXPECT_STREQ(text.CStr(), row.fResult);
   }
-  AssertionGuard guard({kTooLong});
+  AssertionGuard guard({kOverflow});
   TMCString15 text("1-2-3-4-5-6-7-8");
   EXPECT_EQ(text.Replace(TMCString15("-"), TMCString15("--")), 7);
   EXPECT_STREQ(text.CStr(), "1--2--3--4--5--");
@@ -178,7 +178,7 @@ TEST(MCStringEdit, ReplaceFromAStartDropsWhatStandsBefore) {
 
 TEST(MCStringEdit, ReplaceWithoutMemoryKeepsTheText) {
   TestMemory memory;
-  AssertionGuard guard({kTooLong});
+  AssertionGuard guard({kOverflow});
   TMCString15 text("a-b");
   memory.RefuseAfter(0);
   EXPECT_EQ(text.Replace(TMCString15("-"), TMCString15("+")), 0);
@@ -238,7 +238,7 @@ TEST(MCStringEdit, CaseIsThePlatforms) {
 
 TEST(MCStringEdit, CompareCaselessSeesTheFirstThousandBytes) {
   TestMemory memory;
-  AssertionGuard guard({kTooLong, kTooLong});
+  AssertionGuard guard({kOverflow, kOverflow});
   const std::string start(1023, 'x');
   EXPECT_TRUE(TMCDynamicString((start + "a").c_str()).CompareCaseless(TMCDynamicString((start + "b").c_str())));
 }

@@ -19,7 +19,7 @@ using test::Written;
 namespace {
 
 const real32 kReals[] = {0.5F, -1.25F, 1e9F, 0};
-const uint32 kWords[] = {0, 4294967295U};
+const uint32 kTwoWords[] = {0, 4294967295U};
 const uint16 kShorts[] = {1, 65535};
 
 std::vector<uint8> AllBytes() {
@@ -48,7 +48,7 @@ void WriteValues(TMCStream& ioStream) {
   MCToken::WritePoint(ioStream, "pont"_id, {1, -2});
   MCToken::WriteRect(ioStream, "rect"_id, {1, 2, 3, 4});
   MCToken::WriteUInt16Array(ioStream, "ar16"_id, kShorts, 2);
-  MCToken::WriteUInt32Array(ioStream, "ar32"_id, kWords, 2);
+  MCToken::WriteUInt32Array(ioStream, "ar32"_id, kTwoWords, 2);
   MCToken::WriteFloatArray(ioStream, "arfl"_id, kReals, 4);
   MCToken::EndToken(ioStream);
 }
@@ -95,7 +95,7 @@ void ReadValues(TMCStream& ioStream) {
   EXPECT_TRUE(std::equal(shorts, shorts + 2, kShorts));
   expectID("ar32"_id);
   MCToken::ReadUInt32Array(ioStream, words, 2);
-  EXPECT_TRUE(std::equal(words, words + 2, kWords));
+  EXPECT_TRUE(std::equal(words, words + 2, kTwoWords));
   expectID("arfl"_id);
   MCToken::ReadFloatArray(ioStream, reals, 4);
   EXPECT_TRUE(std::equal(reals, reals + 4, kReals));

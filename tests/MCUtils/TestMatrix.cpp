@@ -1,16 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "AssertionGuard.h"
 #include "MCMatrix.h"
+#include "NotFinite.h"
 #include "RandomValues.h"
 
 namespace qlx::test {
 namespace {
 
-constexpr real32 kInfinity = std::numeric_limits<real32>::infinity();
-constexpr real32 kNaN = std::numeric_limits<real32>::quiet_NaN();
 constexpr TMatrix33 kCounting{1, 2, 3, 4, 5, 6, 7, 8, 10};
 
 template <class M, int N>

@@ -2,18 +2,15 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <limits>
 
 #include "AssertionGuard.h"
 #include "MatrixQuaternion.h"
+#include "NotFinite.h"
 #include "RandomValues.h"
 #include "RealConstants.h"
 
 namespace qlx::test {
 namespace {
-
-constexpr real32 kInfinity = std::numeric_limits<real32>::infinity();
-constexpr real32 kNaN = std::numeric_limits<real32>::quiet_NaN();
 
 // How far apart two rotations are, as the sine of half the angle between them.
 real32 RotationError(const TQuaternion& inA, const TQuaternion& inB) {

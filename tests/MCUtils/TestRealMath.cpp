@@ -5,6 +5,7 @@
 
 #include "Angles.h"
 #include "AssertionGuard.h"
+#include "NotFinite.h"
 #include "OrthonormalBasis.h"
 #include "RandomValues.h"
 #include "SingularValues.h"
@@ -12,9 +13,6 @@
 
 namespace qlx::test {
 namespace {
-
-constexpr real32 kInfinity = std::numeric_limits<real32>::infinity();
-constexpr real32 kNaN = std::numeric_limits<real32>::quiet_NaN();
 
 TEST(Angles, ShiftKeepsWhatIsNearAndTurnsWhatIsFar) {
   const struct {

@@ -1,14 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "MCVector.h"
+#include "NotFinite.h"
 
 namespace qlx::test {
 namespace {
-
-constexpr real32 kInfinity = std::numeric_limits<real32>::infinity();
-constexpr real32 kNaN = std::numeric_limits<real32>::quiet_NaN();
 
 TEST(Vector, NormalizeLeavesWhatHasNoDirection) {
   const struct {

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "AbiAccess.h"
 #include "MCArrayCore.h"
 #include "MCException.h"
 #include "MCObject.h"
@@ -57,23 +58,10 @@ static_assert(sizeof(RootSize) == 12);
 
 namespace {
 
-// The value that stands at a byte offset of an object.
-template <class Value>
-Value ValueAt(const void* inObject, std::size_t inOffset) {
-  Value value;
-  std::memcpy(&value, static_cast<const char*>(inObject) + inOffset, sizeof value);
-  return value;
-}
+using abi::SlotOf;
+using abi::ValueAt;
 
 constexpr std::size_t kTable = sizeof(void*);
-
-// The place of a virtual operation in its class's table: a pointer to one holds its byte offset there plus 1.
-template <class Operation>
-std::size_t SlotOf(Operation inOperation) {
-  std::uintptr_t word = 0;
-  std::memcpy(&word, &inOperation, sizeof word);
-  return (word - 1) / sizeof(void*);
-}
 
 }  // namespace
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <vector>
 
+#include "AbiAccess.h"
 #include "BasicMCFCOMImplementations.h"
 #include "BasicPart.h"
 #include "HostCommands.h"
@@ -16,14 +17,7 @@
 namespace qlx {
 namespace {
 
-// The place of a virtual operation in its class's table. A pointer to one holds its byte offset in the table plus 1.
-template <class Operation>
-std::size_t SlotOf(Operation inOperation) {
-  std::uintptr_t word = 0;
-  static_assert(sizeof inOperation >= sizeof word);
-  std::memcpy(&word, &inOperation, sizeof word);
-  return (word - 1) / sizeof(void*);
-}
+using abi::SlotOf;
 
 void ExpectInOrder(const char* inInterface, std::size_t inFirst, const std::vector<std::size_t>& inSlots) {
   for (std::size_t i = 0; i < inSlots.size(); ++i) {

@@ -5,12 +5,16 @@
 #include <cstring>
 #include <vector>
 
+#include "AbiAccess.h"
 #include "MCMemoryStream.h"
 #include "MCToken.h"
 #include "TestMemory.h"
 
 namespace qlx {
 namespace {
+
+using abi::SlotOf;
+using abi::ValueAt;
 
 static_assert(sizeof(MCTokenState) == 16 && alignof(MCTokenState) == 4);
 static_assert(offsetof(MCTokenState, flag0) == 0 && offsetof(MCTokenState, compact) == 1);
@@ -24,21 +28,6 @@ static_assert(sizeof(TMCMemoryStream) == 64);
 #endif
 
 constexpr std::size_t kWord = sizeof(void*);
-
-template <class Value>
-Value ValueAt(const void* inObject, std::size_t inOffset) {
-  Value value;
-  std::memcpy(&value, static_cast<const char*>(inObject) + inOffset, sizeof value);
-  return value;
-}
-
-// The place of a virtual operation in its class's table: a pointer to one holds its byte offset there plus 1.
-template <class Operation>
-std::size_t SlotOf(Operation inOperation) {
-  std::uintptr_t word = 0;
-  std::memcpy(&word, &inOperation, sizeof word);
-  return (word - 1) / sizeof(void*);
-}
 
 TEST(AbiStreams, FieldsStandInTheirOrder) {
   const test::TestMemory allocator;

@@ -22,11 +22,11 @@ TEST(QlxTokens, PrintsGroupsAndValuesAsATree) {
       run.fOut,
       "pset 1\nspar \"a \\\"b\\\" {\"\ndecy {\n  dlin 1\n  {\n  }\n  none\n}\nDATA $3 bytes: 7D 01 24\nint8 \\x07\n");
   EXPECT_EQ(RunInProcess({"tokens", file, "--check"}).fOut, file + ": whole, 2 groups, 5 values, deepest level 2\n");
-  const auto json = nlohmann::json::parse(RunInProcess({"tokens", file, "--json"}).fOut);
-  EXPECT_EQ(json["items"].size(), 10U);
-  EXPECT_EQ(json["items"][3]["id"], "dlin");
-  EXPECT_EQ(json["items"][3]["depth"], 1);
-  EXPECT_EQ(json["items"][8]["value"], 3);
+  const auto tree = nlohmann::json::parse(RunInProcess({"tokens", file, "--json"}).fOut);
+  EXPECT_EQ(tree["items"].size(), 10U);
+  EXPECT_EQ(tree["items"][3]["id"], "dlin");
+  EXPECT_EQ(tree["items"][3]["depth"], 1);
+  EXPECT_EQ(tree["items"][8]["value"], 3);
   const QlxRun captured = RunInProcess({"tokens", PathText(folder.Write("one.tok", "{ a 1 b { c \"x\" } } "))});
   EXPECT_EQ(captured.fOut, "{\n  a 1\n  b {\n    c \"x\"\n  }\n}\n") << "all on one line";
 }

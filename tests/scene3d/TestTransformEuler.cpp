@@ -1,17 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "AssertionGuard.h"
+#include "NotFinite.h"
 #include "RealConstants.h"
 #include "TransformEuler.h"
 
 namespace qlx::test {
 namespace {
-
-constexpr real32 kInfinity = std::numeric_limits<real32>::infinity();
-constexpr real32 kNaN = std::numeric_limits<real32>::quiet_NaN();
 
 TEST(TransformOrder, AxesActInTheOrderOfTheirTriple) {
   const TVector3 angles{0.3f, -0.5f, 1.1f};

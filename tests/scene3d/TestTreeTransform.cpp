@@ -2,9 +2,9 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 #include "AssertionGuard.h"
+#include "NotFinite.h"
 #include "RandomValues.h"
 #include "RealConstants.h"
 #include "TransformSnap.h"
@@ -12,9 +12,6 @@
 
 namespace qlx::test {
 namespace {
-
-constexpr real32 kInfinity = std::numeric_limits<real32>::infinity();
-constexpr real32 kNaN = std::numeric_limits<real32>::quiet_NaN();
 
 // Every field away from its default.
 TreeTransform MakeFull(int32 inMode, int32 inOrder = 0) {

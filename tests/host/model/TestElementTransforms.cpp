@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "ModelTest.h"
+#include "NotFinite.h"
 #include "RandomValues.h"
 
 namespace qlx::host {
@@ -15,8 +15,8 @@ using test::TestScene;
 
 namespace {
 
-constexpr real32 kNaN = std::numeric_limits<real32>::quiet_NaN();
-constexpr real32 kInfinity = std::numeric_limits<real32>::infinity();
+using test::kInfinity;
+using test::kNaN;
 
 ChannelMask ChangedBy(Element& inElement, const std::function<void()>& inWrite) {
   const ChannelValues before = inElement.GetEvaluated();

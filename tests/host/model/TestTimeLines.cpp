@@ -23,9 +23,9 @@ std::vector<TMCCountedPtr<ITimeLine>> TimeLinesOf(Element& inElement) {
   return collector.fTimeLines;
 }
 
-constexpr MCID kPlainReal = "qfix"_id;
+constexpr MCID kTrackType = "qfix"_id;
 
-MCResult Insert(ITimeLine& inTimeLine, int32 inTime, real32 inValue, MCID inType = kPlainReal) {
+MCResult Insert(ITimeLine& inTimeLine, int32 inTime, real32 inValue, MCID inType = kTrackType) {
   return inTimeLine.InsertKey(inTime, &inValue, inType);
 }
 

@@ -43,7 +43,7 @@ class Values : public testing::Test {
 };
 
 std::vector<TMCCountedPtr<ITimeLine>> TimeLinesOf(ITimeLineOwner& inOwner) {
-  struct Collector final : IForEachTimeLineCallback {
+  struct TimeLineNames final : IForEachTimeLineCallback {
     std::vector<TMCCountedPtr<ITimeLine>> fFound;
     void MC_CALL Visit(ITimeLine* inTimeLine, void* /*inOther*/) override { fFound.push_back(MCShare(inTimeLine)); }
   } collector;
