@@ -181,6 +181,10 @@ class TMCString : public TMCObject {
   template <class Saved>
   void ExportAndRestore(TMCString& outTarget);
 
+  // Both for a text that fits into the storage, whose first byte is given: the forms know theirs without asking for it.
+  // The text may be a part of the storage.
+  void AssignTo(char* outBytes, const char* inText, uint32 inCount);
+  void AppendTo(char* ioBytes, const char* inText, uint32 inCount);
   void AppendBytes(const char* inText, uint32 inCount);
   void CountCharacters();
   void WriteNul();
@@ -227,7 +231,36 @@ class TMCFixedString final : public TMCString {
     }
     return *this;
   }
-  TMCFixedString& operator=(const TMCFixedString& inSource) { return *this = static_cast<const TMCString&>(inSource); }
+  TMCFixedString& operator=(const TMCFixedString& inSource) {
+    if (this != &inSource) {
+      AssignTo(fBytes, inSource.fBytes, inSource.ByteLength());
+    }
+    return *this;
+  }
+
+  using TMCString::operator+=;
+  TMCFixedString& operator+=(char inByte) override {
+    if (fByteLength < kCapacity) {
+      fBytes[fByteLength] = inByte;
+      fBytes[++fByteLength] = 0;
+      ++fLength;
+    } else {
+      TMCString::operator+=(inByte);
+    }
+    return *this;
+  }
+  TMCFixedString& operator+=(const TMCString& inText) override {
+    TMCString::operator+=(inText);
+    return *this;
+  }
+  TMCFixedString& operator+=(const TMCFixedString& inText) {
+    if (inText.ByteLength() <= kCapacity - ByteLength()) {
+      AppendTo(fBytes, inText.fBytes, inText.ByteLength());
+    } else {
+      TMCString::operator+=(inText);
+    }
+    return *this;
+  }
 
   char* Buffer() override { return fBytes; }
 
@@ -264,6 +297,7 @@ class TMCDynamicString final : public TMCString {
   TMCDynamicString& operator=(const TMCDynamicString& inSource);
   TMCDynamicString& operator+=(char inByte) override;
   TMCDynamicString& operator+=(const TMCString& inText) override;
+  TMCDynamicString& operator+=(const TMCDynamicString& inText);
   void Insert(const TMCString& inText, int32 index) override;
   void SetByteLength(uint32 byteLength) override;
   // A capacity below the text's length cuts the text.

@@ -35,11 +35,21 @@ TMCDynamicString& TMCDynamicString::operator=(const TMCString& inSource) {
 }
 
 TMCDynamicString& TMCDynamicString::operator=(const TMCDynamicString& inSource) {
+  if (this != &inSource && fStringBuffer && inSource.fStringBuffer && inSource.fByteLength <= fMaxLength) {
+    AssignTo(fStringBuffer, inSource.fStringBuffer, inSource.fByteLength);
+    return *this;
+  }
   return *this = static_cast<const TMCString&>(inSource);
 }
 
 TMCDynamicString& TMCDynamicString::operator+=(char inByte) {
-  AppendCharacter(&inByte, 1);
+  if (fByteLength < fMaxLength) {
+    fStringBuffer[fByteLength] = inByte;
+    fStringBuffer[++fByteLength] = 0;
+    ++fLength;
+  } else {
+    AppendCharacter(&inByte, 1);
+  }
   return *this;
 }
 
@@ -71,6 +81,14 @@ void TMCDynamicString::AppendCharacter(const char* inBytes, uint32 inCount) {
 TMCDynamicString& TMCDynamicString::operator+=(const TMCString& inText) {
   TMCString::operator+=(inText);
   return *this;
+}
+
+TMCDynamicString& TMCDynamicString::operator+=(const TMCDynamicString& inText) {
+  if (fStringBuffer && inText.fStringBuffer && inText.fByteLength <= fMaxLength - fByteLength) {
+    AppendTo(fStringBuffer, inText.fStringBuffer, inText.fByteLength);
+    return *this;
+  }
+  return *this += static_cast<const TMCString&>(inText);
 }
 
 void TMCDynamicString::Insert(const TMCString& inText, int32 index) {

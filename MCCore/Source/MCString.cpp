@@ -95,10 +95,13 @@ void TMCString::Assign(const char* inText, MCSize byteLength) {
     fLength = 0;
     return;
   }
-  char* const text = Buffer();
-  fLength = detail::CountCharacters(inText, fByteLength);
-  std::memmove(text, inText, fByteLength);
-  text[fByteLength] = 0;
+  AssignTo(Buffer(), inText, fByteLength);
+}
+
+void TMCString::AssignTo(char* outBytes, const char* inText, uint32 inCount) {
+  fLength = detail::CopyCounted(outBytes, inText, inCount);
+  fByteLength = inCount;
+  outBytes[inCount] = 0;
 }
 
 TMCString& TMCString::operator=(const TMCString& inSource) {
@@ -143,18 +146,24 @@ TMCString& TMCString::operator+=(const char* inText) {
   return *this;
 }
 
+void TMCString::AppendTo(char* ioBytes, const char* inText, uint32 inCount) {
+  if (inCount == 0) {
+    return;
+  }
+  // Counted before the copy: bytes that were just written are slow to read.
+  const uint32 before = detail::CountCharacters(ioBytes, fByteLength);
+  fLength = before + detail::CopyCounted(ioBytes + fByteLength, inText, inCount);
+  fByteLength += inCount;
+  ioBytes[fByteLength] = 0;
+}
+
 void TMCString::AppendBytes(const char* inText, uint32 inCount) {
   if (inCount == 0) {
     return;
   }
   const uint32 oldByteLength = fByteLength;
   if (inCount <= fMaxLength - oldByteLength) {
-    char* const text = Buffer();
-    // Counted before it is copied: bytes that were just written are slow to read.
-    fLength = detail::CountCharacters(text, oldByteLength) + detail::CountCharacters(inText, inCount);
-    std::memmove(text + oldByteLength, inText, inCount);
-    fByteLength += inCount;
-    text[fByteLength] = 0;
+    AppendTo(Buffer(), inText, inCount);
     return;
   }
   // A part of this very text moves when the text grows.

@@ -26,12 +26,20 @@ inline bool IsAscii(const char* inText, uint32 inCount) noexcept {
     std::memcpy(&value, inText + offset, kWord);
     return value;
   };
+  const auto half = [inText](uint32 offset) {
+    uint32 value;
+    std::memcpy(&value, inText + offset, sizeof value);
+    return value;
+  };
   uint64 bits = 0;
-  if (inCount < kWord) {
+  if (inCount < kWord / 2) {
     for (uint32 i = 0; i < inCount; ++i) {
       bits |= static_cast<uint8>(inText[i]);
     }
     return (bits & 0x80) == 0;
+  }
+  if (inCount < kWord) {
+    return ((half(0) | half(inCount - kWord / 2)) & 0x80808080U) == 0;
   }
   uint32 i = 0;
   for (; inCount - i >= 4 * kWord; i += 4 * kWord) {
@@ -52,6 +60,25 @@ inline uint32 CountCharacters(const char* inText, uint32 inCount) noexcept {
   for (uint32 i = 0; i < inCount; ++i) {
     count += MCUtf8BeginsCharacter(static_cast<uint8>(inText[i]));
   }
+  return count;
+}
+
+// Copies a text, which may overlap its copy, and counts its characters. Names and keys, which are short and ASCII, are
+// read once: all words are in registers before the first is written, and overlap in the middle.
+inline uint32 CopyCounted(char* outText, const char* inText, uint32 inCount) noexcept {
+  constexpr uint32 kWord = sizeof(uint64);
+  if (inCount >= 2 * kWord && inCount <= 4 * kWord) {
+    uint64 words[4];
+    std::memcpy(words, inText, 2 * kWord);
+    std::memcpy(words + 2, inText + inCount - 2 * kWord, 2 * kWord);
+    const bool isAscii = (((words[0] | words[1]) | (words[2] | words[3])) & 0x8080808080808080U) == 0;
+    const uint32 count = isAscii ? inCount : CountCharacters(inText, inCount);
+    std::memcpy(outText, words, 2 * kWord);
+    std::memcpy(outText + inCount - 2 * kWord, words + 2, 2 * kWord);
+    return count;
+  }
+  const uint32 count = CountCharacters(inText, inCount);
+  std::memmove(outText, inText, inCount);
   return count;
 }
 
