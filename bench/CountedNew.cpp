@@ -9,9 +9,13 @@ namespace {
 
 std::atomic<std::uint64_t> gNewCount{0};
 
-void* CountedNew(std::size_t inSize) {
+void* CountedBlock(std::size_t inSize) noexcept {
   gNewCount.fetch_add(1, std::memory_order_relaxed);
-  if (void* const block = std::malloc(inSize)) {
+  return std::malloc(inSize != 0 ? inSize : 1);
+}
+
+void* CountedNew(std::size_t inSize) {
+  if (void* const block = CountedBlock(inSize)) {
     return block;
   }
   throw std::bad_alloc();
@@ -24,6 +28,12 @@ void* operator new(std::size_t inSize) {
 }
 void* operator new[](std::size_t inSize) {
   return CountedNew(inSize);
+}
+void* operator new(std::size_t inSize, const std::nothrow_t&) noexcept {
+  return CountedBlock(inSize);
+}
+void* operator new[](std::size_t inSize, const std::nothrow_t&) noexcept {
+  return CountedBlock(inSize);
 }
 void operator delete(void* inBlock) noexcept {
   std::free(inBlock);

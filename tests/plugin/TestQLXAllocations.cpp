@@ -1,0 +1,71 @@
+// An evaluation that works has made its room in the first one: later ones allocate nothing, neither from the host nor
+// by operator new, which this program counts.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "CountedNew.h"
+#include "LinkTest.h"
+
+namespace qlx::test {
+namespace {
+
+TEST(QLXAllocations, LaterEvaluationsMakeNone) {
+  using Change = std::function<void(QLXModifier&)>;
+  const struct {
+    const char* fLabel;
+    Change fChange;
+    bool fAllocates;
+  } rows[] = {
+      {"plain", [](QLXModifier&) {}, false},
+      {"by name",
+       [](QLXModifier& l) {
+         l.EditData().fFindControllerByName = true;
+         l.EditData().fControllerName = "A";
+       },
+       false},
+      {"position in the scene", [](QLXModifier& l) { l.SetTargetPath(TMCString31("GlbX")); }, false},
+      {"own translation", [](QLXModifier& l) { l.SetTargetPath(TMCString31(kOwnX)); }, false},
+      {"a target that is missing", [](QLXModifier& l) { l.SetTargetPath(TMCString31("self,none")); }, false},
+      {"a controller that is missing", [](QLXModifier& l) { l.SetControllerPath(TMCString31("self,none")); }, false},
+      {"everything",
+       [](QLXModifier& l) {
+         QLXModifierData& d = l.EditData();
+         d.fRelative = d.fOscillateOn = d.fGrowOn = d.fRangeOn = d.fLowerLimitOn = d.fUpperLimitOn = true;
+         d.fDelayOn = true;
+         d.fDelayFrames = 5;
+       },
+       false},
+      {"object mode",
+       [](QLXModifier& l) {
+         QLXModifierData& d = l.EditData();
+         d.fMirrorTransform = d.fPositionAll = d.fRotationAll = d.fScaleUniform = d.fScaleX = d.fDelayOn = true;
+         d.fDelayFrames = 700;
+       },
+       false},
+      {"the count sees keys being made",
+       [](QLXModifier& l) {
+         l.EditData().fBakeKeyframes = true;
+         l.EditData().fOscillateOn = true;
+       },
+       true},
+  };
+  for (const auto& row : rows) {
+    LinkScene scene;
+    Animate(scene.fA, host::Channel::kRotationX, 0, 100, 1000);
+    row.fChange(LinkScene::Add(scene.fB, kRotY, scene.fA, kRotX));
+    scene.Play(0);
+    scene.Play(1);  // the host's own lists
+    const auto& memory = static_cast<const TestMemory&>(*gMemoryUtilities);
+    const uint64 news = bench::GetNewCount();
+    const int requests = memory.GetRequests();
+    for (int32 frame = 2; frame < 100; ++frame) {
+      scene.Play(frame);
+    }
+    EXPECT_EQ(bench::GetNewCount() != news, row.fAllocates) << row.fLabel;
+    EXPECT_EQ(memory.GetRequests(), requests) << row.fLabel;
+  }
+}
+
+}  // namespace
+}  // namespace qlx::test
