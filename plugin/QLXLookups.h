@@ -15,6 +15,7 @@
 #include "HostParameters.h"
 #include "HostScene.h"
 #include "MCCountedPtr.h"
+#include "MCMemory.h"
 #include "QLXModifierData.h"
 #include "QLXValues.h"
 
@@ -25,6 +26,7 @@ class QLXParameter {
  public:
   // Looked up, with or without success.
   bool IsKnown() const { return fIsKnown; }
+  void Prefetch() const { MCPrefetch(fParam.Get()); }
   bool Exists() const { return static_cast<bool>(fParam); }
   // Null for none. The component is the number of the value that the link reads or writes.
   void Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent);
@@ -77,6 +79,12 @@ inline constexpr QLXObjectLink kQLXObjectLinks[] = {
 
 class QLXLookups {
  public:
+  // Gets the objects of the next evaluation under way.
+  void Prefetch() const {
+    MCPrefetch(&fController);
+    fTarget.Prefetch();
+  }
+
   // During an evaluation it waits for the end.
   void Forget();
 

@@ -24,13 +24,13 @@ struct QLXChannelMemory {
 };
 
 struct QLXMemory {
+  TMCCountedPtr<TreeElement> fTargetElement;  // the first element that was seen
+  TMCCountedPtr<I3DShMorphTarget> fMorphNotifier;
   int32 fLastTime = 0;        // of the last evaluation; so a first one at time 0 counts as a repetition
   uint32 fLastTimeExtra = 0;  // the second word of a scene time
   bool fSameFrame = false;    // this evaluation is a repetition
-  std::array<QLXChannelMemory, kQLXChannelCount> fChannels;
   QLXDelayQueue fDelayQueue;
-  TMCCountedPtr<I3DShMorphTarget> fMorphNotifier;
-  TMCCountedPtr<TreeElement> fTargetElement;  // the first element that was seen
+  std::array<QLXChannelMemory, kQLXChannelCount> fChannels;
 
   // Without memory for it the queue stays as it is.
   void CopyFrom(const QLXMemory& inSource);

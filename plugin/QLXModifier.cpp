@@ -3,6 +3,7 @@
 #include <new>
 
 #include "MCException.h"
+#include "MCMemory.h"
 #include "MCStream.h"
 #include "OperationGuard.h"
 #include "QLXEvaluation.h"
@@ -44,6 +45,13 @@ MCResult QLXModifier::SetTreeElement(TreeElement* inTree) {
     if (!fMemory.fTargetElement) {
       fMemory.fTargetElement.Share(inTree);
     }
+    // What the evaluation reads later on is on its way while it asks the scene for its time.
+    for (const void* const part :
+         {static_cast<const void*>(&fData.fCombineReplace), static_cast<const void*>(&fData.fModifyUnit),
+          static_cast<const void*>(&fData.fAttributeMode), static_cast<const void*>(&fData.fRelative)}) {
+      MCPrefetch(part);
+    }
+    fLookups.Prefetch();
     EvaluateLink({fData, fPrivate, fMemory, fLookups}, *inTree);
     return MC_S_OK;
   });

@@ -75,11 +75,12 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   void SavePreset(const TMCString& inFile);
 
   bool fLinksLocked = false;
+  // What each evaluation needs comes first: of many links, the memory that each touches is what it costs.
+  QLXMemory fMemory;
+  QLXLookups fLookups;  // forgotten with every change of the private data
   QLXModifierData fData;
   QLXPrivateData fPrivate;
-  QLXMemory fMemory;
-  QLXLookups fLookups;                 // forgotten with every change of the private data
-  TMCDynamicString fPresetFile;        // the file chosen last
+  TMCDynamicString fPresetFile;        // loaded or saved last
   QLXModifier* fClonedFrom = nullptr;  // not counted, and never read: for whoever looks into the object
 };
 

@@ -26,4 +26,9 @@ void MCMemoryMove(void* outDest, const void* inSource, MCSize inCount) noexcept;
 // What the host said at start-up; all zero before.
 extern ProcessorFeatures gProcessorFeatures;
 
+// Tells the processor that memory is about to be used. Any address will do; nothing else happens.
+inline void MCPrefetch(const void* inAddress) noexcept {
+  __builtin_prefetch(inAddress);
+}
+
 }  // namespace qlx

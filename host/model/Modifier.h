@@ -37,6 +37,9 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
   // A copy that sits on no element; null with a warning when the modifier cannot be copied.
   virtual TMCCountedPtr<Modifier> Copy() = 0;
 
+  // The start of what `Apply` works with beside this object, to be fetched ahead of time; null when there is nothing.
+  virtual const void* GetWorkMemory() const { return nullptr; }
+
   Element* GetElement() const { return fElement.Get(); }
   // Called by the element, as it takes the modifier into its list and out of it.
   void Attach(Element& inElement);

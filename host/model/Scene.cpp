@@ -249,8 +249,9 @@ void Scene::Evaluate(int32 inTime) {
   const Running running(fEvaluating);
   fTime = inTime;
   TakeValues(inTime);
-  for (Element* const element : fModified) {
-    ApplyModifiers(*element);
+  for (std::size_t i = 0; i < fModified.size(); ++i) {
+    fAhead.Reach(i);
+    ApplyModifiers(*fModified[i]);
   }
 }
 
@@ -274,6 +275,7 @@ void Scene::RefreshWorkLists() {
       fModified.push_back(element);
     }
   }
+  fAhead.Plan(fModified);
   fWorkListsValid = true;
 }
 

@@ -11,6 +11,7 @@
 #include "HostObject.h"
 #include "SceneObjects.h"
 #include "ValueSet.h"
+#include "WorkAhead.h"
 
 namespace qlx::host {
 
@@ -134,6 +135,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   bool fWorkListsValid = false;
   std::vector<Element*> fAnimated;  // elements with curves, and with modifiers, in tree order
   std::vector<Element*> fModified;
+  WorkAhead fAhead;  // of `fModified`
   std::vector<Element*> fTouched;
   std::vector<ValueSet*> fAnimatedValues;  // with curves
   std::vector<ValueSet*> fTouchedValues;
