@@ -21,9 +21,13 @@ int32 EarlierBy(int32 inTime, int32 inTicks) {
 
 // One end of a link: a parameter, or without one a coordinate of the element's position in the scene.
 struct LinkEnd {
-  TreeElement* fElement = nullptr;
-  QLXParameter* fParameter = nullptr;
-  MCID fKey = 0;  // the component that is read or written
+  LinkEnd(TreeElement* inElement, QLXParameter* inParameter, MCID inKey)
+      : fElement(inElement), fParameter(inParameter), fKey(inKey), fOwnAxis(inParameter ? GetOwnAxis(inKey) : -1) {}
+
+  TreeElement* fElement;
+  QLXParameter* fParameter;
+  MCID fKey;     // the component that is read or written
+  int fOwnAxis;  // of a parameter that is the element's own translation, else -1
 
   MCID GetOwnKey() const { return fParameter ? fParameter->GetOwnKey() : fKey; }
 };
@@ -137,14 +141,15 @@ Evaluation::Result Evaluation::RunAttributeMode() {
     return Result::kEndsAtOnce;
   }
   NoteRepetition();
-  LinkEnd target{&fElement, nullptr, key.fKey};
+  QLXParameter* parameter = nullptr;
   if (!key.fIsGlobal) {
     fTargetIsShader = key.fIsShader;
-    target.fParameter = fLookups.FindTarget(fPrivate);
-    if (!target.fParameter) {
+    parameter = fLookups.FindTarget(fPrivate);
+    if (!parameter) {
       return Result::kEndsAtOnce;
     }
   }
+  const LinkEnd target(&fElement, parameter, key.fKey);
   fTargetIsMorph = key.fIsMorph;
   if (fLookups.GetControllerKey().fIsSet) {
     RunWithController(target);
@@ -156,15 +161,13 @@ Evaluation::Result Evaluation::RunAttributeMode() {
 
 // A controller path that is not found writes nothing, even where the groups would need no controller.
 void Evaluation::RunWithController(const LinkEnd& inTarget) {
-  LinkEnd controller;
-  controller.fElement = fLookups.FindLinked(QLXLinked::kController, fData, fPrivate);
-  controller.fKey = fLookups.GetControllerKey().fKey;
-  if (!fLookups.GetControllerKey().fIsGlobal) {
-    controller.fParameter = fLookups.FindController(fPrivate);
-    if (!controller.fParameter) {
-      return;
-    }
+  TreeElement* const element = fLookups.FindLinked(QLXLinked::kController, fData, fPrivate);
+  const QLXPathKey& key = fLookups.GetControllerKey();
+  QLXParameter* const parameter = key.fIsGlobal ? nullptr : fLookups.FindController(fPrivate);
+  if (!key.fIsGlobal && !parameter) {
+    return;
   }
+  const LinkEnd controller(element, parameter, key.fKey);
   RunLink(inTarget, &controller);
 }
 
@@ -197,16 +200,16 @@ void Evaluation::MirrorPosition() {
   constexpr MCID kKeys[] = {"GlbX"_id, "GlbY"_id, "GlbZ"_id};
   for (std::size_t i = 0; i < std::size(axes); ++i) {
     if (fData.fPositionAll || (fData.fPositionCustom && axes[i])) {
-      const LinkEnd source{fLookups.GetLinked(), nullptr, kKeys[i]};
-      RunLink({&fElement, nullptr, kKeys[i]}, &source);
+      const LinkEnd source(fLookups.GetLinked(), nullptr, kKeys[i]);
+      RunLink(LinkEnd(&fElement, nullptr, kKeys[i]), &source);
     }
   }
 }
 
 void Evaluation::MirrorParameter(std::size_t inLink) {
   const MCID key = kQLXObjectLinks[inLink].fKey;
-  const LinkEnd source{fLookups.GetLinked(), fLookups.FindSource(inLink), key};
-  const LinkEnd target{&fElement, fLookups.FindTarget(inLink), key};
+  const LinkEnd source(fLookups.GetLinked(), fLookups.FindSource(inLink), key);
+  const LinkEnd target(&fElement, fLookups.FindTarget(inLink), key);
   if (source.fParameter && target.fParameter) {
     RunLink(target, &source);
   }
@@ -293,7 +296,7 @@ std::optional<real32> Evaluation::Read(const LinkEnd& inEnd) const {
   QLXParameter& parameter = *inEnd.fParameter;
   ParamInfo& param = parameter.GetParam();
   param.BeginValueChange();
-  if (GetOwnAxis(inEnd.fKey) >= 0) {
+  if (inEnd.fOwnAxis >= 0) {
     return ReadCoordinate(inEnd);
   }
   if (!parameter.HasValue()) {
@@ -307,13 +310,13 @@ std::optional<real32> Evaluation::Read(const LinkEnd& inEnd) const {
 
 std::optional<real32> Evaluation::ReadCoordinate(const LinkEnd& inEnd) {
   TTreeTransform transform;
-  const int global = GetGlobalAxis(inEnd.fKey);
+  const bool isOwn = inEnd.fOwnAxis >= 0;
   const MCResult result =
-      global >= 0 ? inEnd.fElement->GetGlobalTransform(transform) : inEnd.fElement->GetLocalTransform(transform);
+      isOwn ? inEnd.fElement->GetLocalTransform(transform) : inEnd.fElement->GetGlobalTransform(transform);
   if (result != MC_S_OK) {
     return std::nullopt;
   }
-  return transform.GetPosition()[global >= 0 ? global : GetOwnAxis(inEnd.fKey)];
+  return transform.GetPosition()[isOwn ? inEnd.fOwnAxis : GetGlobalAxis(inEnd.fKey)];
 }
 
 void Evaluation::Write(const LinkEnd& inTarget, real32 inValue) const {
@@ -321,7 +324,7 @@ void Evaluation::Write(const LinkEnd& inTarget, real32 inValue) const {
     WriteGlobal(inTarget, inValue);
     return;
   }
-  if (GetOwnAxis(inTarget.fKey) >= 0) {
+  if (inTarget.fOwnAxis >= 0) {
     WriteOwn(inTarget, inValue);
     return;
   }
@@ -355,7 +358,7 @@ void Evaluation::WriteOwn(const LinkEnd& inTarget, real32 inValue) {
     return;
   }
   TVector3 position = transform.GetPosition();
-  position[GetOwnAxis(inTarget.fKey)] = inValue;
+  position[inTarget.fOwnAxis] = inValue;
   transform.SetPosition(position);
   inTarget.fElement->SetLocalTransform(transform, 1, 0, 0, 0, 0, 1);
 }

@@ -32,9 +32,10 @@ void QLXParameter::Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent) {
   Forget();
   fIsKnown = true;
   fParam = std::move(inParam);
-  if (fParam) {
-    const MCID type = fParam->GetDataType();
-    fOwnKey = fParam->GetParamID();
+  fObject = fParam.Get();
+  if (fObject) {
+    const MCID type = fObject->GetDataType();
+    fOwnKey = fObject->GetParamID();
     fPlace = FindNumber(type, inComponent);
     fValue.SetType(FindParamType(type));
   }
@@ -42,6 +43,7 @@ void QLXParameter::Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent) {
 
 void QLXParameter::Forget() {
   fIsKnown = false;
+  fObject = nullptr;
   fParam.Clear();
   fValue.Clear();
 }
@@ -161,12 +163,8 @@ TMCCountedPtr<TreeElement> QLXLookups::FindByName(const TMCString& inName) const
   return nullptr;
 }
 
-QLXParameter* QLXLookups::Find(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath,
-                               MCID inComponent) {
-  if (!ioPlace.IsKnown()) {
-    ioPlace.Set(ResolveQuietly(inObject, inPath), inComponent);
-  }
-  return ioPlace.Exists() ? &ioPlace : nullptr;
+void QLXLookups::LookUp(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath, MCID inComponent) {
+  ioPlace.Set(ResolveQuietly(inObject, inPath), inComponent);
 }
 
 QLXParameter* QLXLookups::FindTarget(std::size_t inLink) {
@@ -187,7 +185,7 @@ bool QLXLookups::HasObjectParameters() {
 QLXParameter* QLXLookups::FindObjectLink(QLXParameter& ioPlace, TreeElement* inObject, std::size_t inLink) {
   if (!ioPlace.IsKnown()) {
     const QLXObjectLink& link = kQLXObjectLinks[inLink];
-    ioPlace.Set(ResolveQuietly(inObject, TMCString31(link.fPath)), link.fKey);
+    LookUp(ioPlace, inObject, TMCString31(link.fPath), link.fKey);
   }
   return ioPlace.Exists() ? &ioPlace : nullptr;
 }

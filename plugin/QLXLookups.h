@@ -26,13 +26,13 @@ class QLXParameter {
  public:
   // Looked up, with or without success.
   bool IsKnown() const { return fIsKnown; }
-  void Prefetch() const { MCPrefetch(fParam.Get()); }
-  bool Exists() const { return static_cast<bool>(fParam); }
+  void Prefetch() const { MCPrefetch(fObject); }
+  bool Exists() const { return fObject != nullptr; }
   // Null for none. The component is the number of the value that the link reads or writes.
   void Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent);
   void Forget();
 
-  ParamInfo& GetParam() const { return *fParam; }
+  ParamInfo& GetParam() const { return *fObject; }
   MCID GetOwnKey() const { return fOwnKey; }
   // False for a type that the host does not know: the number is then 0.
   bool HasValue() const { return fValue.HasValue(); }
@@ -44,6 +44,7 @@ class QLXParameter {
 
  private:
   TMCCountedPtr<ParamInfo> fParam;
+  ParamInfo* fObject = nullptr;  // what is held above
   MCID fOwnKey = 0;
   QLXNumberPlace fPlace;
   bool fIsKnown = false;
@@ -57,7 +58,7 @@ struct QLXPathKey {
 
   MCID fKey = 0;  // its last four characters: the component that is read or written
   bool fIsSet = false;
-  bool fIsGlobal = false;
+  bool fIsGlobal = false;  // a position in the scene, which is no parameter
   bool fIsShader = false;
   bool fIsMorph = false;
 };
@@ -114,10 +115,10 @@ class QLXLookups {
   // The parameters of attribute mode: the target's on the modified element, the controller's on the linked one. Null
   // when there is no such parameter.
   QLXParameter* FindTarget(const QLXPrivateData& inPrivate) {
-    return Find(fTarget, fElement.Get(), inPrivate.fTargetPath, fTargetKey.fKey);
+    return Find(fTarget, fElement, inPrivate.fTargetPath, fTargetKey.fKey);
   }
   QLXParameter* FindController(const QLXPrivateData& inPrivate) {
-    return Find(fController, fLinked.Get(), inPrivate.fControllerPath, fControllerKey.fKey);
+    return Find(fController, fLinked, inPrivate.fControllerPath, fControllerKey.fKey);
   }
   // Those of object mode, by the place of the link in `kQLXObjectLinks`. Null without memory, too.
   QLXParameter* FindTarget(std::size_t inLink);
@@ -133,7 +134,14 @@ class QLXLookups {
     QLXParameter fSources[std::size(kQLXObjectLinks)];
   };
 
-  static QLXParameter* Find(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath, MCID inComponent);
+  static QLXParameter* Find(QLXParameter& ioPlace, const TMCCountedPtr<TreeElement>& inObject, const TMCString& inPath,
+                            MCID inComponent) {
+    if (!ioPlace.IsKnown()) {
+      LookUp(ioPlace, inObject.Get(), inPath, inComponent);
+    }
+    return ioPlace.Exists() ? &ioPlace : nullptr;
+  }
+  static void LookUp(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath, MCID inComponent);
   static QLXParameter* FindObjectLink(QLXParameter& ioPlace, TreeElement* inObject, std::size_t inLink);
   bool HasObjectParameters();
   bool StillStands(QLXLinked inWhich, bool inByName, const TMCString& inName) const;

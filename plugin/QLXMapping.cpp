@@ -183,14 +183,14 @@ int GetOwnAxis(MCID inKey) {
 
 // Feet are divided by 12 where inches to a foot would have them multiplied: saved scenes rely on it.
 real32 ConvertQLXUnit(int32 inUnit, MCID inKey, real32 inValue) {
-  const bool isLength = GetGlobalAxis(inKey) >= 0 || GetOwnAxis(inKey) >= 0;
+  const auto isLength = [inKey] { return GetGlobalAxis(inKey) >= 0 || GetOwnAxis(inKey) >= 0; };
   switch (inUnit) {
     case kUnitCentimetres:
-      return isLength ? inValue * 0.3937f : inValue;
+      return isLength() ? inValue * 0.3937f : inValue;
     case kUnitFeet:
-      return isLength ? inValue / 12.0f : inValue;
+      return isLength() ? inValue / 12.0f : inValue;
     case kUnitMetres:
-      return isLength ? inValue * 39.37f : inValue;
+      return isLength() ? inValue * 39.37f : inValue;
     case kUnitDegrees:
       return IsRotationKey(inKey) ? inValue * 3.1415927f / 180.0f : inValue;
     case kUnitPercent:

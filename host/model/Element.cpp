@@ -2,6 +2,7 @@
 #include "Element.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "ElementParameters.h"
@@ -32,13 +33,19 @@ constexpr bool IsRotation(Channel inChannel) {
   return (MaskOf(inChannel) & kRotationMask) != 0;
 }
 
-bool IsFinite(const ChannelValues& inValues, ChannelMask inMask) {
-  for (const ChannelInfo& info : kChannels) {
-    if ((inMask & MaskOf(info.fChannel)) != 0 && !std::isfinite(inValues[info.fChannel])) {
-      return false;
-    }
+// Most writes are of one channel.
+template <class Test>
+ChannelMask SelectChannels(ChannelMask inMask, Test&& inTest) {
+  uint32 selected = 0;
+  for (uint32 rest = inMask; rest != 0; rest &= rest - 1) {
+    const int channel = std::countr_zero(rest);
+    selected |= static_cast<uint32>(inTest(static_cast<std::size_t>(channel))) << channel;
   }
-  return true;
+  return static_cast<ChannelMask>(selected);
+}
+
+bool IsFinite(const ChannelValues& inValues, ChannelMask inMask) {
+  return SelectChannels(inMask, [&](std::size_t i) { return !std::isfinite(inValues.fValue[i]); }) == 0;
 }
 
 }  // namespace
@@ -99,7 +106,9 @@ void Element::WriteEvaluated(const ChannelValues& inValues, ChannelMask inMask) 
     fUnmodified = fEvaluated;
   }
   fWritten |= inMask;
-  StoreEvaluated(inValues);
+  StoreChanged(inValues, SelectChannels(inMask, [&](std::size_t i) {
+                 return std::bit_cast<uint32>(inValues.fValue[i]) != std::bit_cast<uint32>(fEvaluated.fValue[i]);
+               }));
   fScene->Touch(*this);
 }
 
@@ -139,12 +148,15 @@ void Element::ShowValue(Channel inChannel, real32 inValue) {
 }
 
 void Element::StoreEvaluated(const ChannelValues& inValues) {
-  const ChannelMask changed = DifferentChannels(fEvaluated, inValues);
-  if (changed == 0) {
+  StoreChanged(inValues, DifferentChannels(fEvaluated, inValues));
+}
+
+void Element::StoreChanged(const ChannelValues& inValues, ChannelMask inChanged) {
+  if (inChanged == 0) {
     return;
   }
   fEvaluated = inValues;
-  const bool isMoved = (changed & ~kPositionMask) == 0 && fLocalState != LocalState::kNotMade;
+  const bool isMoved = (inChanged & ~kPositionMask) == 0 && fLocalState != LocalState::kNotMade;
   fLocalState = isMoved ? LocalState::kMoved : LocalState::kNotMade;
   InvalidateGlobal();
 }

@@ -180,6 +180,7 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   void ShowValue(Channel inChannel, real32 inValue);
   void ShowEditedCurve(Channel inChannel);
   void StoreEvaluated(const ChannelValues& inValues);
+  void StoreChanged(const ChannelValues& inValues, ChannelMask inChanged);
   void InvalidateLocal();
   void InvalidateGlobal();
   void ComputeGlobal() const;
