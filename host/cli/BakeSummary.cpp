@@ -7,6 +7,7 @@
 #include "ChannelText.h"
 #include "JsonText.h"
 #include "Text.h"
+#include "model/IDText.h"
 
 namespace qlx::host {
 

@@ -8,6 +8,7 @@
 #include "ChannelText.h"
 #include "MCFrameTime.h"
 #include "Text.h"
+#include "model/IDText.h"
 
 namespace qlx::host {
 

@@ -8,6 +8,7 @@
 #include "Session.h"
 #include "Text.h"
 #include "gltf/GltfFiles.h"
+#include "model/IDText.h"
 #include "services/ComponentCall.h"
 
 namespace qlx::host {

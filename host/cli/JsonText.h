@@ -11,4 +11,9 @@ inline std::string JsonText(const Json& inValue) {
   return inValue.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
+// A value on one line.
+inline std::string JsonLine(const Json& inValue) {
+  return inValue.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
 }  // namespace qlx::host

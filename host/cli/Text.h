@@ -1,15 +1,10 @@
-// Text for people: lines of a terminal, ids, counts.
+// Text for people: lines of a terminal, counts.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-#include "MCTypes.h"
-
 namespace qlx::host {
-
-// "fPIN"; an id with characters that do not print is "0x0000002A".
-std::string TextFromID(MCID inID);
 
 // One line that a terminal shows as it is: control characters, which names in files may hold, become "\x1B".
 std::string Printable(std::string_view inText);

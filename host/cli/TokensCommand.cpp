@@ -8,10 +8,10 @@
 #include "JsonText.h"
 #include "MCFilePath.h"
 #include "Text.h"
-#include "TokenFile.h"
 #include "gltf/GltfFiles.h"
 #include "gltf/GltfProblem.h"
 #include "model/Diagnostics.h"
+#include "services/TokenFile.h"
 
 namespace qlx::host {
 

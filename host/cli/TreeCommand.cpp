@@ -12,6 +12,7 @@
 #include "Text.h"
 #include "gltf/GltfJson.h"
 #include "model/Bake.h"
+#include "model/IDText.h"
 #include "model/ParameterRows.h"
 
 namespace qlx::host {
@@ -96,7 +97,7 @@ class TreeText {
       return;
     }
     for (const ParameterField& field : made->GetParameterMap()->GetFields()) {
-      Line("{}{:<14} {} {}", inIndent, field.fName, TextFromID(field.fType), FieldAsJson(*made, field).dump());
+      Line("{}{:<14} {} {}", inIndent, field.fName, TextFromID(field.fType), JsonLine(FieldAsJson(*made, field)));
     }
   }
 

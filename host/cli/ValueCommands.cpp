@@ -13,6 +13,7 @@
 #include "Session.h"
 #include "Text.h"
 #include "gltf/GltfFiles.h"
+#include "model/IDText.h"
 #include "model/ParameterRows.h"
 
 namespace qlx::host {

@@ -59,6 +59,20 @@ int32 WholeOf(const Json& inValue, const Place& inPlace) {
   return static_cast<int32>(value);
 }
 
+std::string TextOf(const Json& inValue, const Place& inPlace) {
+  if (!inValue.is_string()) {
+    Fail(inPlace, "must be a text");
+  }
+  const auto& text = inValue.get_ref<const std::string&>();
+  if (text.size() > kLongestFieldText) {
+    Fail(inPlace, "is a text of " + std::to_string(text.size()) + " bytes, and 255 is the most");
+  }
+  if (text.find('\0') != std::string::npos) {
+    Fail(inPlace, "has a NUL in it");
+  }
+  return text;
+}
+
 ParameterValue ValueOf(const ParameterField& inField, const Json& inValue, const Place& inPlace) {
   switch (inField.fType) {
     case "in32"_id:
@@ -72,12 +86,20 @@ ParameterValue ValueOf(const ParameterField& inField, const Json& inValue, const
       return std::array<real32, 3>{RealOf(inValue[0], inPlace.At(0)), RealOf(inValue[1], inPlace.At(1)),
                                    RealOf(inValue[2], inPlace.At(2))};
     }
+    case "s255"_id:
+      return TextOf(inValue, inPlace);
     default:
       if (!inValue.is_boolean()) {
         Fail(inPlace, "must be true or false");
       }
       return inValue.get<bool>();
   }
+}
+
+// A text that was cut inside a character, as a name of 255 bytes may be, gets U+FFFD for what is left of that: the
+// document is UTF-8.
+Json JsonOfText(const std::string& inText) {
+  return Json::parse(Json(inText).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 Json JsonOf(const ParameterValue& inValue) {
@@ -89,6 +111,9 @@ Json JsonOf(const ParameterValue& inValue) {
   }
   if (const real32* real = std::get_if<real32>(&inValue)) {
     return ShortNumber(*real);
+  }
+  if (const auto* text = std::get_if<std::string>(&inValue)) {
+    return JsonOfText(*text);
   }
   const auto& vector = std::get<std::array<real32, 3>>(inValue);
   return Json::array({ShortNumber(vector[0]), ShortNumber(vector[1]), ShortNumber(vector[2])});
@@ -135,7 +160,9 @@ class ModifierReader {
       ReadParameters(*parameters, map, modifier.Get(), inPlace.Member("parameters"));
     }
     if (modifier) {
-      CheckPrivate(inModifier, *modifier, inPlace.Member("private"));
+      if (const Json* text = FindMember(inModifier, "private")) {
+        ReadPrivate(*text, *modifier, inPlace.Member("private"));
+      }
       modifier->SetEnabled(enabled == nullptr || enabled->get<bool>());
       ioElement.AddModifier(*modifier, ioElement.GetModifiers().size());
     }
@@ -169,12 +196,13 @@ class ModifierReader {
     }
   }
 
-  static void CheckPrivate(const Json& inModifier, PluginModifier& inPlugin, const Place& inPlace) {
-    if (FindMember(inModifier, "private") == nullptr) {
-      return;
+  static void ReadPrivate(const Json& inText, PluginModifier& ioPlugin, const Place& inPlace) {
+    if (!inText.is_string()) {
+      Fail(inPlace, "must be a text");
     }
-    Fail(inPlace,
-         inPlugin.GetStreamIO() ? "private data cannot be read by this version" : "the class has no private data");
+    if (const auto problem = ioPlugin.ReadPrivate(inText.get_ref<const std::string&>())) {
+      Fail(inPlace, *problem);
+    }
   }
 
   Host& fHost;
@@ -184,13 +212,16 @@ class ModifierReader {
 Json JsonOfModifier(Modifier& inModifier, bool inSwitchedOff) {
   Json json = {{"class", TextOfID(inModifier.GetModifierClass())},
                {"enabled", inModifier.IsEnabled() && !inSwitchedOff}};
-  const auto* plugin = dynamic_cast<const PluginModifier*>(&inModifier);
+  auto* plugin = dynamic_cast<PluginModifier*>(&inModifier);
   const ParameterMap* map = plugin == nullptr ? nullptr : plugin->GetParameterMap();
   if (map != nullptr) {
     Json& parameters = json["parameters"] = Json::object();
     for (const ParameterField& field : map->GetFields()) {
       parameters[field.fName] = JsonOf(plugin->GetField(field));
     }
+  }
+  if (const auto text = plugin == nullptr ? std::nullopt : plugin->WritePrivate()) {
+    json["private"] = JsonOfText(*text);
   }
   return json;
 }

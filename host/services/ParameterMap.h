@@ -14,14 +14,18 @@
 
 namespace qlx::host {
 
-// Type words: 'bool' (one byte), 'in32', 're32', 'VEC3' (three 32-bit reals).
+// Type words: 'bool' (one byte), 'in32', 're32', 'VEC3' (three 32-bit reals), 's255' (a `TMCString255`).
 struct ParameterField {
   std::string fName;  // "fPositionSet"
   MCID fType = 0;
   std::size_t fOffset = 0;
 };
 
-using ParameterValue = std::variant<bool, int32, real32, std::array<real32, 3>>;
+// A text is UTF-8 as it came; one that is read from a block may end inside a character, cut at its 255 bytes.
+using ParameterValue = std::variant<bool, int32, real32, std::array<real32, 3>, std::string>;
+
+// Bytes that a text field holds.
+inline constexpr std::size_t kLongestFieldText = 255;
 
 class ParameterMap {
  public:
@@ -36,8 +40,9 @@ class ParameterMap {
   const ParameterField* Find(std::string_view inName) const;
   std::size_t GetSize() const { return fSize; }
 
+  // The block is a component's, of the map's size: the objects of its text fields are alive there.
   static ParameterValue Read(const ParameterField& inField, const void* inBlock);
-  // False, with nothing written, when the value is of another type or not finite.
+  // False, with nothing written, when the value is of another type, not finite, a longer text, or one with a NUL.
   static bool Write(const ParameterField& inField, const ParameterValue& inValue, void* ioBlock);
   // Copies one field from block to block as it stands.
   static void Copy(const ParameterField& inField, const void* inSource, void* ioBlock);

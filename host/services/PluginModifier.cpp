@@ -3,14 +3,15 @@
 #include <fmt/format.h>
 
 #include "Host.h"
+#include "PrivateText.h"
 
 namespace qlx::host {
 
 namespace {
 
-// The address of a component's block; null when it is smaller than the map needs.
+// The address of a component's block; null when it is not as large as the map says.
 void* UsableBlock(IExDataExchanger& inExchanger, const ParameterMap& inMap) {
-  return inExchanger.GetExtensionDataSize() >= inMap.GetSize() ? inExchanger.GetExtensionDataBuffer() : nullptr;
+  return inExchanger.GetExtensionDataSize() == inMap.GetSize() ? inExchanger.GetExtensionDataBuffer() : nullptr;
 }
 
 }  // namespace
@@ -213,6 +214,29 @@ bool PluginModifier::SetField(const ParameterField& inField, const ParameterValu
 
 TMCCountedPtr<IExStreamIO> PluginModifier::GetStreamIO() {
   return MCQuery<IExStreamIO>(static_cast<I3DShModifier*>(this));
+}
+
+std::optional<std::string> PluginModifier::WritePrivate() {
+  const auto streamIO = GetStreamIO();
+  if (!streamIO) {
+    return std::nullopt;
+  }
+  std::optional<std::string> text;
+  MCResult result = MC_S_OK;
+  const MCResult called = Call("Write", [&] {
+    text = WritePrivateText(*streamIO, result);
+    return MC_S_OK;
+  });
+  if (!text) {
+    throw UserError(fmt::format("the private data of a {}", GetClassName()),
+                    fmt::format("cannot be written (0x{:08X})", static_cast<uint32>(called ? called : result)));
+  }
+  return text;
+}
+
+std::optional<std::string> PluginModifier::ReadPrivate(const std::string& inText) {
+  const auto streamIO = GetStreamIO();
+  return streamIO ? ReadPrivateText(*streamIO, inText) : std::optional<std::string>("the class has no private data");
 }
 
 void PluginModifier::Reset() {

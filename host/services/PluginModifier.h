@@ -1,6 +1,7 @@
 // A modifier that a plug-in's component works: the outer object that aggregates it.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,12 @@ class PluginModifier final : public Modifier {
 
   // The component's persistence, null where it has none. It counts this modifier.
   TMCCountedPtr<IExStreamIO> GetStreamIO();
+  // The component's private data as token text, as its persistence writes it; nothing where it has none. Throws
+  // `UserError` when the component fails.
+  std::optional<std::string> WritePrivate();
+  // Reads such a text: the level that persistence reads from is put around it. Answers what is wrong, with its line
+  // ("line 3, byte 40: this { is never closed"), or nothing. What stands in front of a wrong place may have been taken.
+  std::optional<std::string> ReadPrivate(const std::string& inText);
   // As a person who resets the record does.
   void Reset();
   // Sends a message as the panel does; `inSource` is the control that was used. A failure's code is the answer.

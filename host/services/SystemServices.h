@@ -2,14 +2,20 @@
 #pragma once
 
 #include "HostServices.h"
+#include "MCAsciiTranslation.h"
 #include "model/HostObject.h"
 
 namespace qlx::host {
 
 class SafeUtilities final : public HostObject<IShSafeUtilities> {
  public:
+  SafeUtilities();
   void MC_CALL GetProcessorFeatures(ProcessorFeatures& outFeatures) override;
-  const TMCAsciiTranslationTable* MC_CALL GetAsciiTranslationTable() override { return nullptr; }
+  // Every byte stands for itself: texts of this host are UTF-8 on every system.
+  const TMCAsciiTranslationTable* MC_CALL GetAsciiTranslationTable() override { return &fTable; }
+
+ private:
+  TMCAsciiTranslationTable fTable;
 };
 
 class MultiProcessing final : public HostObject<IMultiProcessing> {

@@ -145,17 +145,19 @@ TEST_F(GltfModifiers, AnIdSurvivesReorderingByAnotherProgram) {
 }
 
 // The document for others says what the code does.
-TEST(GltfModifierSchema, NamesTheFieldsOfTheClass) {
+TEST(GltfModifierSchema, NamesTheFieldsOfEachClass) {
   const Json schema = Json::parse(ReadFile(std::filesystem::path(QLX_FORMATS) / "node.QLX_modifiers.schema.json"));
-  std::vector<std::string> documented;
-  for (const auto& [name, field] : schema["$defs"]["pin"]["properties"].items()) {
-    documented.push_back(name);
+  for (const auto& [definition, id] : {std::pair("pin", "fPIN"_id), std::pair("link", "fQLX"_id)}) {
+    std::vector<std::string> documented;
+    for (const auto& [name, field] : schema["$defs"][definition]["properties"].items()) {
+      documented.push_back(name);
+    }
+    std::vector<std::string> fields;
+    for (const ParameterField& field : FindParameterMap(id)->GetFields()) {
+      fields.push_back(field.fName);
+    }
+    EXPECT_EQ(documented, fields) << definition;
   }
-  std::vector<std::string> fields;
-  for (const ParameterField& field : FindParameterMap("fPIN"_id)->GetFields()) {
-    fields.push_back(field.fName);
-  }
-  EXPECT_EQ(documented, fields);
 }
 
 TEST_F(GltfTest, WithoutAPluginModifiersStayAsData) {

@@ -71,6 +71,19 @@ TEST_F(HostServices, CountedObjectsStandInTheHostsList) {
   EXPECT_EQ(*books.fLiveCount, 0);
 }
 
+TEST_F(HostServices, TextsOfOtherSystemsKeepTheirBytes) {
+  std::string all;
+  for (int byte = 1; byte < 256; ++byte) {
+    all.push_back(static_cast<char>(byte));
+  }
+  for (int32 direction = 0; direction < 2; ++direction) {
+    TMCString1023 text(all.data(), all.size());
+    text.TranslateAscii(direction);
+    EXPECT_EQ(std::string(text.CStr(), text.ByteLength()), all) << direction;
+  }
+  EXPECT_EQ(fDiagnostics.GetWarnings(), std::vector<std::string>());
+}
+
 TEST_F(HostServices, MachineIsDescribed) {
   ProcessorFeatures features;
   Ask<IShSafeUtilities>()->GetProcessorFeatures(features);

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 
+#include "MCString.h"
 #include "services/ParameterMap.h"
 
 namespace qlx::host {
@@ -84,6 +85,56 @@ TEST(ParameterMap, RefusesOtherTypesAndWhatIsNotFinite) {
     const auto before = block;
     EXPECT_FALSE(ParameterMap::Write(map.GetFields()[0], row.fValue, block.data())) << row.fLabel;
     EXPECT_EQ(block, before) << row.fLabel;
+  }
+}
+
+TEST(ParameterMap, LinkHasItsFieldsInOrder) {
+  const ParameterMap& map = *FindParameterMap("fQLX"_id);
+  ASSERT_EQ(map.GetFields().size(), 66U);
+  EXPECT_EQ(map.GetFields().front().fName, "fTargetLabel");
+  EXPECT_EQ(map.GetFields().back().fName, "fRangeMax");
+  constexpr std::size_t kTexts = 5;
+  std::size_t texts = 0;
+  for (const ParameterField& field : map.GetFields()) {
+    texts += field.fType == "s255"_id ? 1 : 0;
+  }
+  EXPECT_EQ(texts, kTexts);
+  EXPECT_EQ(map.Find("fControllerName")->fOffset, sizeof(TMCString255));
+  if (sizeof(void*) == 4) {
+    EXPECT_EQ(map.GetSize(), 1468U);
+  }
+}
+
+TEST(ParameterMap, TextsGoThroughTheirClass) {
+  struct Block {
+    bool fFlag = true;
+    TMCString255 fText{"before"};
+    bool fLast = true;
+  };
+  const ParameterMap map{{"flag", "bool"_id}, {"text", "s255"_id}, {"last", "bool"_id}};
+  ASSERT_EQ(map.GetSize(), sizeof(Block));
+  const ParameterField& text = *map.Find("text");
+  const struct {
+    const char* fLabel;
+    std::string fText;
+    bool fIsTaken;
+  } kRows[] = {
+      {"empty", "", true},
+      {"characters of two bytes", "\u00e4\u00f6", true},
+      {"the longest", std::string(255, 'x'), true},
+      {"one more", std::string(256, 'x'), false},
+      {"a NUL", std::string("a\0b", 3), false},
+      {"cut inside a character", std::string(254, 'x') + "\xC3", true},
+  };
+  for (const auto& row : kRows) {
+    Block block;
+    Block copy;
+    EXPECT_EQ(ParameterMap::Write(text, row.fText, &block), row.fIsTaken) << row.fLabel;
+    EXPECT_EQ(ParameterMap::Read(text, &block), ParameterValue(row.fIsTaken ? row.fText : "before")) << row.fLabel;
+    ParameterMap::Copy(text, &block, &copy);
+    EXPECT_TRUE(copy.fText == block.fText && copy.fText.Length() == block.fText.Length()) << row.fLabel;
+    EXPECT_TRUE(block.fFlag && block.fLast) << row.fLabel;
+    EXPECT_FALSE(ParameterMap::Write(text, 1.0f, &block)) << row.fLabel;
   }
 }
 
