@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <set>
 
 #include "GltfExtensions.h"
 #include "GltfScene.h"
+#include "services/LinkFacts.h"
 #include "services/PluginModifier.h"
 
 namespace qlx::host {
@@ -209,7 +211,8 @@ class ModifierReader {
   bool fHasSeenAny = false;
 };
 
-Json JsonOfModifier(Modifier& inModifier, bool inSwitchedOff) {
+// Adds the ids of the elements that the modifier refers to.
+Json JsonOfModifier(Modifier& inModifier, bool inSwitchedOff, std::set<uint32>& ioReferred) {
   Json json = {{"class", TextOfID(inModifier.GetModifierClass())},
                {"enabled", inModifier.IsEnabled() && !inSwitchedOff}};
   auto* plugin = dynamic_cast<PluginModifier*>(&inModifier);
@@ -222,6 +225,8 @@ Json JsonOfModifier(Modifier& inModifier, bool inSwitchedOff) {
   }
   if (const auto text = plugin == nullptr ? std::nullopt : plugin->WritePrivate()) {
     json["private"] = JsonOfText(*text);
+    const LinkFacts facts = ReadLinkFacts(*text);
+    ioReferred.insert({facts.fControllerID, facts.fSourceID});
   }
   return json;
 }
@@ -245,11 +250,12 @@ void RemoveExtension(Json& ioNode, const char* inName) {
   }
 }
 
-void WriteNode(Json& ioNode, const Element& inElement, bool inSwitchedOff, std::size_t inIndex) {
+void WriteNode(Json& ioNode, const Element& inElement, bool inSwitchedOff, std::size_t inIndex,
+               std::set<uint32>& ioReferred) {
   if (!inElement.GetModifiers().empty()) {
     Json list = Json::array();
     for (const auto& modifier : inElement.GetModifiers()) {
-      list.push_back(JsonOfModifier(*modifier, inSwitchedOff));
+      list.push_back(JsonOfModifier(*modifier, inSwitchedOff, ioReferred));
     }
     ioNode["extensions"][kModifiersExtension]["modifiers"] = std::move(list);
   } else {
@@ -281,12 +287,18 @@ bool ReadModifiers(const Json& inDocument, const std::vector<Element*>& inElemen
 }
 
 void WriteModifiers(Json& ioDocument, const std::vector<Element*>& inElements, WrittenModifiers inWritten) {
+  std::set<uint32> referred;
   for (std::size_t i = 0; i < inElements.size(); ++i) {
     Json& node = ioDocument["nodes"][i];
     if (inWritten == WrittenModifiers::kNone) {
       RemoveExtension(node, kModifiersExtension);
     } else {
-      WriteNode(node, *inElements[i], inWritten == WrittenModifiers::kSwitchedOff, i);
+      WriteNode(node, *inElements[i], inWritten == WrittenModifiers::kSwitchedOff, i, referred);
+    }
+  }
+  for (std::size_t i = 0; i < inElements.size(); ++i) {
+    if (referred.contains(inElements[i]->GetUniqueID())) {
+      ioDocument["nodes"][i]["extensions"][kElementExtension]["id"] = inElements[i]->GetUniqueID();
     }
   }
 }

@@ -22,7 +22,8 @@ bool ReadModifiers(const Json& inDocument, const std::vector<Element*>& inElemen
 enum class WrittenModifiers { kNone, kSwitchedOff, kAsTheyAre };
 
 // Sets the extension of each node from its element's modifiers, and takes it away where there are none. A node with
-// modifiers, and one whose element's id is not what a reader would give it anyway, also gets its id (QLX_element).
+// modifiers, one that a link refers to, and one whose element's id is not what a reader would give it anyway, also get
+// their id (QLX_element).
 void WriteModifiers(Json& ioDocument, const std::vector<Element*>& inElements, WrittenModifiers inWritten);
 
 // Lists the extensions of this program under "extensionsUsed" where nodes have them, and only there.

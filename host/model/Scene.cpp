@@ -359,14 +359,19 @@ void Scene::FindElementByTreePath(TreeElement** outElement, const TreePath& inPa
   StoreForCaller<TreeElement>(outElement, FindByID(count == 0 ? kRootID : inPath[count - 1]));
 }
 
-void Scene::FindElementByRef(TreeElement** outElement, const ObjectReference& inReference) {
+uint32 Scene::IDOfReference(const uint8* inBytes, std::size_t inCount) {
   uint32 id = 0;
-  if (inReference.GetElemCount() == sizeof(id)) {
-    for (uint32 i = 0; i < sizeof(id); ++i) {
-      id |= static_cast<uint32>(inReference[i]) << (8 * i);
+  if (inCount == sizeof(id)) {
+    for (std::size_t i = 0; i < sizeof(id); ++i) {
+      id |= static_cast<uint32>(inBytes[i]) << (8 * i);
     }
   }
-  StoreForCaller<TreeElement>(outElement, FindByID(id));
+  return id;
+}
+
+void Scene::FindElementByRef(TreeElement** outElement, const ObjectReference& inReference) {
+  StoreForCaller<TreeElement>(outElement,
+                              FindByID(IDOfReference(inReference.BaseAddress(), inReference.GetElemCount())));
 }
 
 void Scene::FindElementByUniqueID(TreeElement** outElement, uint32 inID) {

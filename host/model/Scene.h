@@ -37,6 +37,8 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   const std::vector<Element*>& GetTreeOrder() const;
   Element* FindByName(std::string_view inName) const;
   Element* FindByID(uint32 inID) const;
+  // The id that a reference to an element holds; 0 for bytes that are no reference of this host.
+  static uint32 IDOfReference(const uint8* inBytes, std::size_t inCount);
   // What was looked up before may be stale: see `GetStructureVersion`.
   void StructureChanged() { ++fStructureVersion; }
 

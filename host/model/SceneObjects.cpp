@@ -77,7 +77,7 @@ void Shader::ForEachTimeLine(IForEachTimeLineCallback* inCallback) {
 // The parameters are those of the object's own groups.
 class MorphData final : public HostObject<I3DShMorphData, I3DShMorphTarget> {
  public:
-  explicit MorphData(const ParameterGroup& inGroups) {
+  MorphData(const ParameterGroup& inGroups, std::shared_ptr<ValueSet> inWeights) : fWeights(std::move(inWeights)) {
     for (const auto& group : inGroups.GetParameters()) {
       fGroups.push_back(group);
     }
@@ -97,10 +97,15 @@ class MorphData final : public HostObject<I3DShMorphData, I3DShMorphTarget> {
     }
     StoreForCaller<IMCUnknown>(outMorph, morph);
   }
-  // Weights are current at all times: nothing hangs on the notice.
-  void MC_CALL MorphChanged() override {}
+  // Marks the weights; they are current at all times.
+  void MC_CALL MorphChanged() override {
+    if (fWeights && fWeights->GetScene() != nullptr) {
+      fWeights->GetScene()->Touch(*fWeights);
+    }
+  }
 
  private:
+  std::shared_ptr<ValueSet> fWeights;
   std::vector<TMCCountedPtr<Parameter>> fGroups;
 };
 
@@ -163,7 +168,7 @@ void SceneObject::SetShaders(std::vector<Shader*> inShaders) {
 
 void SceneObject::GetObjectData(IMCUnknown** outData) {
   if (!fMorphGroups.empty() && !fMorphData) {
-    fMorphData = MakeHosted<MorphData>(GetAttributes().GetRoot());
+    fMorphData = MakeHosted<MorphData>(GetAttributes().GetRoot(), fValues);
   }
   StoreForCaller<IMCUnknown>(outData, static_cast<I3DShMorphData*>(fMorphData.Get()));
 }

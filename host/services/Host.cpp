@@ -19,6 +19,7 @@ Host::Host(Diagnostics& inDiagnostics) : fDiagnostics(inDiagnostics), fRoot(Make
 Host::~Host() {
   fPlugin.reset();
   SwitchFaultTranslator(false);
+  fRoot->GetSafeUtilities().EndTable();
   EndUtilities();
 }
 

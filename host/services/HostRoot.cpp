@@ -3,17 +3,19 @@
 #include "ComponentServices.h"
 #include "DebugService.h"
 #include "Host.h"
-#include "SystemServices.h"
 #include "model/ParamTypes.h"
 
 namespace qlx::host {
 
-HostRoot::HostRoot(Host& inHost) : fMemory(MakeHosted<MemoryService>()), fShell(MakeHosted<ShellService>()) {
+HostRoot::HostRoot(Host& inHost)
+    : fMemory(MakeHosted<MemoryService>()),
+      fShell(MakeHosted<ShellService>()),
+      fSafeUtilities(MakeHosted<SafeUtilities>()) {
   Diagnostics& diagnostics = inHost.GetDiagnostics();
   Add<IMemoryUtilities>(fMemory);
   Add<IShellUtilities>(fShell);
   Add<IDebugUtilities>(MakeHosted<DebugService>(diagnostics));
-  Add<IShSafeUtilities>(MakeHosted<SafeUtilities>());
+  Add<IShSafeUtilities>(fSafeUtilities);
   Add<IFileService>(MakeHosted<FileService>());
   Add<IMultiProcessing>(MakeHosted<MultiProcessing>());
   Add<ParamTypeRegistry>(MCShare(&GetParamTypes()));

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "MemoryService.h"
+#include "SystemServices.h"
 #include "UserServices.h"
 
 namespace qlx::host {
@@ -18,6 +19,7 @@ class HostRoot final : public HostObject<IMCUnknown> {
 
   MemoryService& GetMemory() const { return *fMemory; }
   ShellService& GetShell() const { return *fShell; }
+  SafeUtilities& GetSafeUtilities() const { return *fSafeUtilities; }
 
  protected:
   MCResult FindPart(const MCGuid& inID, void** outObject) override;
@@ -34,6 +36,7 @@ class HostRoot final : public HostObject<IMCUnknown> {
 
   TMCCountedPtr<MemoryService> fMemory;
   TMCCountedPtr<ShellService> fShell;
+  TMCCountedPtr<SafeUtilities> fSafeUtilities;
   std::vector<Row> fRows;
 };
 

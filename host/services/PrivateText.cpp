@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <vector>
 
 #include "ComponentCall.h"
 #include "MCMemoryStream.h"
@@ -22,8 +23,10 @@ std::optional<std::string> FindBadToken(const std::string& inText) {
   if (inText.find_first_not_of(" \t\r\n") == std::string::npos) {
     return std::nullopt;  // no tokens at all: everything keeps its value
   }
+  std::vector<uint8> bytes(inText.begin(), inText.end());
+  bytes.push_back('\n');  // the level that is put around the text ends its last word
   try {
-    ReadTokenFile("not token text", {inText.begin(), inText.end()}, [](const TokenItem&) {});
+    ReadTokenFile("not token text", bytes, [](const TokenItem&) {});
   } catch (const UserError& error) {
     return error.what();
   }

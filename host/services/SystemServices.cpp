@@ -8,7 +8,10 @@
 
 namespace qlx::host {
 
-SafeUtilities::SafeUtilities() {
+const TMCAsciiTranslationTable* SafeUtilities::GetAsciiTranslationTable() {
+  if (fTable != nullptr) {
+    return fTable.get();
+  }
   // Both tables, each transposed: entry 16 * i + j of an image is the translation of byte 16 * j + i.
   std::array<uint8, 2 * TMCAsciiTranslationTable::kTableBytes + 10> image{};
   for (std::size_t i = 0; i < 2 * TMCAsciiTranslationTable::kTableBytes; ++i) {
@@ -19,7 +22,9 @@ SafeUtilities::SafeUtilities() {
   constexpr uint8 kEscape = TMCAsciiTranslationTable::kEscape;
   constexpr std::array<uint8, 8> kBlocks{4, kEscape, kEscape, 0, 3, kEscape, kEscape, 0};
   std::ranges::copy(kBlocks, image.begin() + 2 * TMCAsciiTranslationTable::kTableBytes);
-  MC_ASSERT_TEXT(fTable.ReadImage(image.data(), image.size()) == MC_S_OK, "the table of plain bytes is not read");
+  fTable = std::make_unique<TMCAsciiTranslationTable>();
+  MC_ASSERT_TEXT(fTable->ReadImage(image.data(), image.size()) == MC_S_OK, "the table of plain bytes is not read");
+  return fTable.get();
 }
 
 void SafeUtilities::GetProcessorFeatures(ProcessorFeatures& outFeatures) {

@@ -1,6 +1,8 @@
 // What the machine offers, and answers about the host itself.
 #pragma once
 
+#include <memory>
+
 #include "HostServices.h"
 #include "MCAsciiTranslation.h"
 #include "model/HostObject.h"
@@ -9,13 +11,14 @@ namespace qlx::host {
 
 class SafeUtilities final : public HostObject<IShSafeUtilities> {
  public:
-  SafeUtilities();
   void MC_CALL GetProcessorFeatures(ProcessorFeatures& outFeatures) override;
-  // Every byte stands for itself: texts of this host are UTF-8 on every system.
-  const TMCAsciiTranslationTable* MC_CALL GetAsciiTranslationTable() override { return &fTable; }
+  // Every byte stands for itself: texts of this host are UTF-8 on every system. Made when it is first asked for.
+  const TMCAsciiTranslationTable* MC_CALL GetAsciiTranslationTable() override;
+  // Ends the table, while there is still a memory service for it.
+  void EndTable() { fTable.reset(); }
 
  private:
-  TMCAsciiTranslationTable fTable;
+  std::unique_ptr<TMCAsciiTranslationTable> fTable;
 };
 
 class MultiProcessing final : public HostObject<IMultiProcessing> {

@@ -144,6 +144,87 @@ TEST_F(GltfModifiers, AnIdSurvivesReorderingByAnotherProgram) {
             document->GetScene().FindByName("New")->GetUniqueID());
 }
 
+// A link's private text, as a hand would write it.
+constexpr const char* kLinkText = "pset 1\ncpsl \"self,amet,TRAN,ROTA,RotZ\"\nsobj \"03000000\"\ncpst 1\n";
+
+Json LinkBlock(const std::string& inPrivate) {
+  Json block = Json::parse(R"({"modifiers": [{"class": "fQLX", "enabled": true, "parameters":
+      {"fName": "Wheel", "fAttributeMode": true, "fModifyValue": 0.25, "fEndFrame": -3}}]})");
+  block["modifiers"][0]["private"] = inPrivate;
+  return block;
+}
+
+TEST_F(GltfModifiers, LinksComeBackAsTheyWereWritten) {
+  OpenText(MakePinnedArm(LinkBlock(kLinkText)))->Write(fFolder / "first.gltf");
+  const Json first = ReadJson("first.gltf")["nodes"][0]["extensions"]["QLX_modifiers"]["modifiers"][0];
+  EXPECT_EQ(first["parameters"].size(), FindParameterMap("fQLX"_id)->GetFields().size());
+  EXPECT_EQ(first["parameters"]["fName"], "Wheel");
+  EXPECT_EQ(first["parameters"]["fControllerName"], "");
+  EXPECT_EQ(first["parameters"]["fModifyValue"], 0.25);
+  EXPECT_EQ(first["parameters"]["fEndFrame"], -3);
+  const auto text = first["private"].get<std::string>();
+  EXPECT_EQ(text.find("pset 1"), 0U) << "as the modifier writes it, without a level: " << text;
+  EXPECT_NE(text.find("\"03000000\""), std::string::npos) << text;
+  EXPECT_NE(text.find("decy {"), std::string::npos) << text;
+  Open("first.gltf")->Write(fFolder / "second.gltf");
+  EXPECT_EQ(ReadJson("second.gltf"), ReadJson("first.gltf"));
+}
+
+TEST_F(GltfModifiers, ReferencesSurviveReorderingByAnotherProgram) {
+  const auto before = OpenText(MakePinnedArm(LinkBlock(kLinkText)));
+  ASSERT_EQ(before->GetScene().FindByID(3), before->GetScene().FindByName("Hand"));
+  before->Write(fFolder / "first.gltf");
+  Json moved = ReadJson("first.gltf");
+  EXPECT_EQ(moved["nodes"][1]["extensions"]["QLX_element"]["id"], 3) << "a link refers to it";
+  EXPECT_FALSE(moved["nodes"].size() > 2 && moved["nodes"][2].contains("extensions"));
+  moved["nodes"].push_back(moved["nodes"][1]);
+  moved["nodes"][1] = {{"name", "New"}};
+  moved["nodes"][0]["children"] = {1, moved["nodes"].size() - 1};
+  moved.erase("animations");
+  fFolder.Write("second.gltf", moved.dump());
+  const auto after = Open("second.gltf");
+  EXPECT_EQ(after->GetScene().FindByID(3), after->GetScene().FindByName("Hand"));
+}
+
+TEST_F(GltfModifiers, DamagedLinksNameFileNodeAndLine) {
+  const struct {
+    const char* fPointer;
+    Json fValue;
+    const char* fError;
+  } rows[] = {
+      {"parameters/fName", 3, "parameters.fName: must be a text"},
+      {"parameters/fName", std::string(256, 'n'), "parameters.fName: is a text of 256 bytes, and 255 is the most"},
+      {"parameters/fName", std::string("a\0b", 3), "parameters.fName: has a NUL in it"},
+      {"private", 3, "private: must be a text"},
+      {"private", "pset 1\ndecy {\n", "private: not token text: line 2, byte 12: this { is never closed"},
+      {"private", "pset 1\npsat 1\n", "private: line 2, byte 11: the class has no token \"psat\""},
+      {"private", "pset 1\nsobj \"0g\"\n", "private: line 2, byte"},
+      {"private", "pset 1\n\ndecy {\ndlin many\n}\n", "private: line 4, byte"},
+      {"private", "pset 1\n\ndecy {\ndlin 1\n}\n", "the class cannot read this"},
+  };
+  for (const auto& row : rows) {
+    Json block = LinkBlock(kLinkText);
+    block[Json::json_pointer(std::string("/modifiers/0/") + row.fPointer)] = row.fValue;
+    fFolder.Write("bad.gltf", MakePinnedArm(block).GetText());
+    const std::string error = ReadError("bad.gltf");
+    EXPECT_TRUE(error.starts_with("bad.gltf: nodes[0].extensions.QLX_modifiers.modifiers[0].")) << error;
+    EXPECT_NE(error.find(row.fError), std::string::npos) << row.fValue << " gave: " << error;
+  }
+}
+
+TEST_F(GltfModifiers, NameCutInsideACharacterIsWrittenAsText) {
+  const auto document = OpenText(MakeMovingArm());
+  auto link = fHost.CreateModifier("fQLX"_id);
+  ASSERT_TRUE(link);
+  const std::string cut = std::string(254, 'x') + "\xC3";
+  ASSERT_TRUE(link->SetField(*link->GetParameterMap()->Find("fControllerName"), cut));
+  document->GetScene().FindByName("Hand")->AddModifier(*link, 0);
+  document->Write(fFolder / "out.gltf");
+  EXPECT_EQ(
+      ReadJson("out.gltf")["nodes"][1]["extensions"]["QLX_modifiers"]["modifiers"][0]["parameters"]["fControllerName"],
+      std::string(254, 'x') + "\uFFFD");
+}
+
 // The document for others says what the code does.
 TEST(GltfModifierSchema, NamesTheFieldsOfEachClass) {
   const Json schema = Json::parse(ReadFile(std::filesystem::path(QLX_FORMATS) / "node.QLX_modifiers.schema.json"));

@@ -213,6 +213,23 @@ TEST_F(Values, MorphsAreParametersOfTheirObject) {
   }
 }
 
+TEST_F(Values, MorphNotifierMarksTheWeightsAndNothingElse) {
+  TestScene scene;
+  SceneObject& object = scene->AddObject("Head");
+  object.AddMorphGroup("Face", {"Smile"}, {0.25f});
+  TMCCountedPtr<IMCUnknown> data;
+  object.GetObjectData(data.WriteInto());
+  const auto notifier = MCQuery<I3DShMorphTarget>(data);
+  TestScene::Modify(scene.Add("Head"), [&notifier](Element&) { notifier->MorphChanged(); });
+  notifier->MorphChanged();
+  EXPECT_TRUE(scene->GetTouchedValues().empty());
+  scene->Evaluate(0);
+  EXPECT_EQ(scene->GetTouchedValues(), std::vector<ValueSet*>{object.GetValues().get()});
+  EXPECT_FALSE(object.GetValues()->IsModified(0));
+  scene->Close();
+  notifier->MorphChanged();
+}
+
 TEST_F(Values, MayBeHeldLongerThanTheirScene) {
   TMCCountedPtr<ParamInfo> colour;
   TMCCountedPtr<ITimeLine> timeLine;

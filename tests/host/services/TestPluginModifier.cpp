@@ -111,6 +111,35 @@ TEST_F(PluginModifierTest, CopyTakesTheFieldsAndTheSwitch) {
   EXPECT_EQ(Get(pin, "fPosition"), ParameterValue(Vector{1, 2, 3}));
 }
 
+TEST_F(PluginModifierTest, MapsAreAsLargeAsTheBlocks) {
+  Load(QLX_PLUGIN_FILE);
+  for (const MCID id : {"fPIN"_id, "fQLX"_id}) {
+    const auto modifier = fHost.CreateModifier(id);
+    ASSERT_TRUE(modifier);
+    const auto exchanger = MCQuery<IExDataExchanger>(static_cast<I3DShModifier*>(modifier.Get()));
+    EXPECT_EQ(exchanger->GetExtensionDataSize(), FindParameterMap(id)->GetSize()) << modifier->GetClassName();
+    EXPECT_NE(modifier->GetParameterMap(), nullptr);
+  }
+}
+
+TEST_F(PluginModifierTest, LinksAreCopiedWithTheirPrivateData) {
+  Load(QLX_PLUGIN_FILE);
+  const auto link = fHost.CreateModifier("fQLX"_id);
+  ASSERT_TRUE(link);
+  const ParameterField& name = *link->GetParameterMap()->Find("fName");
+  EXPECT_EQ(link->GetField(name), ParameterValue("QLX"));
+  EXPECT_TRUE(link->SetField(name, std::string("Wheel")));
+  EXPECT_EQ(link->ReadPrivate("pset 1\nsobj \"07000000\"\nspar \"self,amet,TRAN,SCAL\"\n"), std::nullopt);
+  const auto copied = link->Copy();
+  ASSERT_TRUE(copied);
+  auto& copy = static_cast<PluginModifier&>(*copied);
+  EXPECT_EQ(copy.GetField(name), ParameterValue("Wheel"));
+  EXPECT_EQ(copy.WritePrivate(), link->WritePrivate());
+  EXPECT_NE(copy.WritePrivate()->find("07000000"), std::string::npos);
+  EXPECT_EQ(fModifier->WritePrivate(), std::nullopt) << "a pin has none";
+  EXPECT_EQ(fModifier->ReadPrivate("pset 1\n"), "the class has no private data");
+}
+
 TEST_F(PluginModifierTest, ResetClearsTheRecord) {
   Load(QLX_PLUGIN_FILE);
   Set("fActive", true);

@@ -4,6 +4,7 @@
 #include "MCException.h"
 #include "MCToken.h"
 #include "model/HostObject.h"
+#include "services/Host.h"
 #include "services/PrivateText.h"
 
 namespace qlx::host {
@@ -48,7 +49,14 @@ class NumberKeeper final : public HostObject<IExStreamIO> {
   MCResult fWriteResult = MC_S_OK;
 };
 
-TEST(PrivateText, ComesBackAsItWasWritten) {
+// Streams take their memory from a host.
+class PrivateText : public testing::Test {
+ private:
+  Diagnostics fDiagnostics;
+  Host fHost{fDiagnostics};
+};
+
+TEST_F(PrivateText, ComesBackAsItWasWritten) {
   NumberKeeper keeper;
   keeper.fNumber = 3;
   keeper.fMore = -4;
@@ -66,7 +74,7 @@ TEST(PrivateText, ComesBackAsItWasWritten) {
   EXPECT_EQ(result, MC_E_NOTVALID);
 }
 
-TEST(PrivateText, DamageIsToldWithItsLine) {
+TEST_F(PrivateText, DamageIsToldWithItsLine) {
   const struct {
     const char* fText;
     const char* fProblem;
@@ -93,7 +101,7 @@ TEST(PrivateText, DamageIsToldWithItsLine) {
   }
 }
 
-TEST(PrivateText, CutAnywhereEndsWithAnAnswer) {
+TEST_F(PrivateText, CutAnywhereEndsWithAnAnswer) {
   const std::string text = "numb 3\r\ngrup {\r\nmore 4\r\n}\r\n# \"note\r\nnumb 5\r\n";
   for (std::size_t length = 0; length <= text.size(); ++length) {
     NumberKeeper keeper;
