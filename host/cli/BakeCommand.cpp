@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <memory>
 #include <set>
 
@@ -35,6 +36,7 @@ struct BakeOptions {
   std::optional<int32> fFrom;
   std::optional<int32> fTo;
   bool fKeep = false;
+  LinkOrdering fOrdering = LinkOrdering::kDependencies;
   std::string fCsv;
   std::string fPlot;
   std::vector<std::string> fPlotAlso;
@@ -104,6 +106,7 @@ class BakeRun {
   void Run() {
     fDocument = fSession.Open(fOptions.fScene);
     Scene& scene = fDocument->GetScene();
+    scene.SetOrdering(fOptions.fOrdering);
     const BakeRange range = RangeFor(scene, fOptions);
     const std::vector<Element*> also = FindElements(scene, fOptions.fPlotAlso);
     MotionRecord motion(fOptions.fPlot.empty() ? std::vector<Element*>{} : ElementsToRecord(scene, also));
@@ -169,6 +172,13 @@ void AddBakeCommand(CLI::App& inProgram, CommandContext& inContext) {
   command->add_option("--from", options->fFrom, "First frame; without it, the first of the clip")->type_name("FRAME");
   command->add_option("--to", options->fTo, "Last frame, included; without it, the last of the clip")
       ->type_name("FRAME");
+  const std::map<std::string, LinkOrdering> orders{{"links", LinkOrdering::kDependencies},
+                                                   {"tree", LinkOrdering::kTree}};
+  command
+      ->add_option("--order", options->fOrdering,
+                   "In which order modifiers work: links (a source ahead of what follows it) or tree")
+      ->transform(CLI::CheckedTransformer(orders).description(""))
+      ->type_name("links|tree");
   command->add_flag("--keep", options->fKeep, "Leave the modifiers in the output, switched off");
   command->add_option("--csv", options->fCsv, "Write the changed values as a table, a row a frame")->type_name("FILE");
   command->add_option("--plot", options->fPlot, "Draw how the changed elements move, before and after")

@@ -23,6 +23,7 @@ struct CommandContext {
 void AddTreeCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddGetCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddSetCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddLinksCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddBakeCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddInfoCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddTokensCommand(CLI::App& inProgram, CommandContext& inContext);

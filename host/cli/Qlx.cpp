@@ -25,6 +25,7 @@ const char* const kProgramExamples = R"(Examples:
   qlx tree scene.gltf                       what is in a scene
   qlx get scene.gltf --element Arm --path self,amet,TRAN,ROTA,RotX
                                             a value by its path
+  qlx links scene.gltf                      what follows what, and whether it does
   qlx bake scene.gltf -o baked.glb          every frame evaluated, the result as keys
   qlx info                                  the plug-in that is loaded
   qlx tokens saved.tok                      what is in a token file, and where it is broken
@@ -99,6 +100,7 @@ int RunQlx(std::vector<std::string> inArguments, Console& inConsole) {
   AddTreeCommand(program, context);
   AddGetCommand(program, context);
   AddSetCommand(program, context);
+  AddLinksCommand(program, context);
   AddBakeCommand(program, context);
   AddInfoCommand(program, context);
   AddTokensCommand(program, context);

@@ -3,6 +3,9 @@
 namespace qlx::host {
 
 void Diagnostics::Warn(const std::string& inText) {
+  if (fQuiet > 0) {
+    return;
+  }
   if (!fSeen.insert(inText).second) {
     return;
   }

@@ -27,7 +27,20 @@ class Diagnostics {
   void Warn(const std::string& inText);
   const std::vector<std::string>& GetWarnings() const { return fWarnings; }
 
+  // While one lives, warnings are dropped.
+  class Quiet {
+   public:
+    explicit Quiet(Diagnostics& inDiagnostics) : fDiagnostics(inDiagnostics) { ++fDiagnostics.fQuiet; }
+    ~Quiet() { --fDiagnostics.fQuiet; }
+    Quiet(const Quiet&) = delete;
+    Quiet& operator=(const Quiet&) = delete;
+
+   private:
+    Diagnostics& fDiagnostics;
+  };
+
  private:
+  int fQuiet = 0;
   Listener fListener;
   std::vector<std::string> fWarnings;
   std::unordered_set<std::string> fSeen;

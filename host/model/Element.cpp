@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "ElementParameters.h"
+#include "LinkLook.h"
 #include "Scene.h"
 #include "TimeLine.h"
 
@@ -62,6 +63,10 @@ std::string Element::GetNameText() const {
 // Values
 
 void Element::SetBase(const ChannelValues& inValues) {
+  if (LinkLook* const look = GetLook()) {
+    look->Write(*this, inValues, DifferentChannels(fBase, inValues));
+    return;
+  }
   for (const ChannelInfo& info : kChannels) {
     const real32 value = inValues[info.fChannel];
     const ChannelMask mask = MaskOf(info.fChannel);
@@ -70,6 +75,7 @@ void Element::SetBase(const ChannelValues& inValues) {
     }
     fBase[info.fChannel] = value;
     fEdited |= mask;
+    NotePoseEdit(mask);
     if (fScene != nullptr && fScene->IsEvaluating()) {
       fScene->Touch(*this);  // shows from the next evaluation on
     } else if (!HasKeys(info.fChannel)) {
@@ -84,6 +90,16 @@ bool Element::SetValue(Channel inChannel, real32 inValue) {
   return Write(values, MaskOf(inChannel));
 }
 
+LinkLook* Element::GetLook() const {
+  return fScene == nullptr ? nullptr : fScene->GetLook();
+}
+
+void Element::NotePoseEdit(ChannelMask inMask) {
+  if ((inMask & ~kPositionMask) != 0 && fScene != nullptr) {
+    fScene->PoseEdited();
+  }
+}
+
 bool Element::HasKeys(Channel inChannel) const {
   const Curve* const curve = GetCurve(inChannel);
   return (curve != nullptr && !curve->IsEmpty()) || (fRotationCurve != nullptr && IsRotation(inChannel));
@@ -93,7 +109,9 @@ bool Element::Write(const ChannelValues& inValues, ChannelMask inMask) {
   if (fScene == nullptr || !IsFinite(inValues, inMask)) {
     return false;
   }
-  if (fScene->IsEvaluating()) {
+  if (LinkLook* const look = fScene->GetLook()) {
+    look->Write(*this, inValues, inMask);
+  } else if (fScene->IsEvaluating()) {
     WriteEvaluated(inValues, inMask);
   } else {
     WriteEdit(inValues, inMask);
@@ -113,6 +131,7 @@ void Element::WriteEvaluated(const ChannelValues& inValues, ChannelMask inMask) 
 }
 
 void Element::WriteEdit(const ChannelValues& inValues, ChannelMask inMask) {
+  NotePoseEdit(inMask);
   for (const ChannelInfo& info : kChannels) {
     const Channel channel = info.fChannel;
     if ((inMask & MaskOf(channel)) == 0) {
@@ -168,6 +187,7 @@ const Curve* Element::GetCurve(Channel inChannel) const {
 }
 
 Curve& Element::GetOrMakeCurve(Channel inChannel) {
+  NotePoseEdit(MaskOf(inChannel));
   return MakeCurves()[inChannel];
 }
 
@@ -185,6 +205,11 @@ void Element::EditCurve(Channel inChannel, const std::function<void(Curve&)>& in
   if (fScene == nullptr) {
     return;
   }
+  if (LinkLook* const look = fScene->GetLook()) {
+    look->WriteKeys(LinkValue::OfChannel(*this, inChannel));
+    return;
+  }
+  NotePoseEdit(MaskOf(inChannel));
   const bool wasRotationCurve = fRotationCurve != nullptr && IsRotation(inChannel);
   if (wasRotationCurve) {
     DropRotationCurve();
@@ -210,6 +235,7 @@ void Element::ShowEditedCurve(Channel inChannel) {
 
 void Element::SetRotationCurve(std::unique_ptr<RotationCurve> inCurve) {
   fRotationCurve = std::move(inCurve);
+  NotePoseEdit(kRotationMask);
   MakeCurves();
 }
 
@@ -267,8 +293,7 @@ void Element::AddModifier(Modifier& inModifier, std::size_t inIndex) {
   fModifiers.insert(fModifiers.begin() + static_cast<std::ptrdiff_t>(index), MCShare(&inModifier));
   inModifier.Attach(*this);
   if (fScene != nullptr) {
-    fScene->StructureChanged();
-    fScene->WorkChanged();
+    fScene->ModifiersChanged();
   }
 }
 
@@ -281,8 +306,7 @@ void Element::RemoveModifier(std::size_t inIndex) {
   fModifiers.erase(fModifiers.begin() + static_cast<std::ptrdiff_t>(inIndex));
   removed->Detach();
   if (fScene != nullptr) {
-    fScene->StructureChanged();
-    fScene->WorkChanged();
+    fScene->ModifiersChanged();
   }
 }
 
@@ -302,7 +326,7 @@ MCResult Element::InsertModifier(I3DShModifier* inModifier, uint32 inIndex) {
     return MC_E_INVALIDARG;
   }
   Modifier& modifier = own->GetHostModifier();
-  if (fScene == nullptr || modifier.GetElement() != nullptr) {
+  if (fScene == nullptr || fScene->GetLook() != nullptr || modifier.GetElement() != nullptr) {
     return MC_E_NOTVALID;
   }
   AddModifier(modifier, inIndex);

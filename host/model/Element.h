@@ -21,6 +21,7 @@ namespace qlx::host {
 class ElementParameters;
 class ElementTimeLines;
 class Figure;
+class LinkLook;
 class ParameterGroup;
 class Scene;
 class SceneObject;
@@ -64,6 +65,8 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   bool SetValue(Channel inChannel, real32 inValue);
   // True when a write of the channel, outside an evaluation, sets a key.
   bool HasKeys(Channel inChannel) const;
+  // What a look at a copy of a modifier is to be told; null while there is none.
+  LinkLook* GetLook() const;
 
   // Curves. `GetCurve` gives null for an element that was never animated, `GetOrMakeCurve` an empty curve, to be filled
   // as a scene is built: the values show from the next evaluation on. `EditCurve` is an edit, which shows at once.
@@ -189,6 +192,7 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   MCResult Refuse(const char* inProblem, MCResult inCode) const;
   MCResult WriteWhole(const ChannelValues& inValues);
   void LeaveScene();
+  void NotePoseEdit(ChannelMask inMask);
 
   // What each evaluation needs comes first and lies together: a scene's elements are more than the processor's caches
   // hold, and what is read of each is what an evaluation costs.

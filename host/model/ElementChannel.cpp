@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "Element.h"
+#include "LinkLook.h"
 
 namespace qlx::host {
 
@@ -18,6 +19,9 @@ bool ElementChannel::Read(void* outValue) const {
     return false;
   }
   const real32 value = element->GetValue(fChannel);
+  if (LinkLook* const look = element->GetLook()) {
+    look->Read(LinkValue::OfChannel(*element, fChannel));
+  }
   std::memcpy(outValue, &value, sizeof(value));
   return true;
 }
@@ -58,6 +62,9 @@ bool ElementChannel::SampleAt(int32 inTime, void* outValue) const {
     return false;
   }
   const real32 value = element->SampleAt(inTime)[fChannel];
+  if (LinkLook* const look = element->GetLook()) {
+    look->Read(LinkValue::OfChannel(*element, fChannel).AsKeys(true));
+  }
   std::memcpy(outValue, &value, sizeof(value));
   return true;
 }

@@ -1,5 +1,6 @@
 // The transforms of an element: local and global, read and written.
 #include "Element.h"
+#include "LinkLook.h"
 #include "Scene.h"
 
 namespace qlx::host {
@@ -93,12 +94,14 @@ void Element::InvalidateGlobal() {
 
 void Element::SetMode(int32 inMode) {
   fFrame.fMode = inMode == kPoser ? kPoser : kTorvane;
+  NotePoseEdit(kRotationMask);
   InvalidateLocal();
 }
 
 void Element::SetHotPoint(const TVector3& inHotPoint) {
   if (inHotPoint.IsFinite()) {
     fFrame.fHotPoint = inHotPoint;
+    NotePoseEdit(kRotationMask);
     InvalidateLocal();
   }
 }
@@ -117,6 +120,9 @@ MCResult Element::WriteWhole(const ChannelValues& inValues) {
 
 MCResult Element::GetLocalTransform(TTreeTransform& outTransform) {
   outTransform = GetLocal();
+  if (LinkLook* const look = GetLook()) {
+    look->Feed(*this, false, outTransform);
+  }
   return MC_S_OK;
 }
 
@@ -127,6 +133,10 @@ MCResult Element::SetLocalTransform(const TTreeTransform& inTransform, int32 /*i
   }
   if (!IsFiniteTransform(inTransform)) {
     return Refuse("a transform that is not finite was not taken", MC_E_INVALIDARG);
+  }
+  if (LinkLook* const look = fScene->GetLook()) {
+    look->Take(*this, false, inTransform);
+    return MC_S_OK;
   }
   return WriteWhole(TakeLocalTransform(inTransform, GetLocal(), fEvaluated));
 }
@@ -140,6 +150,9 @@ MCResult Element::GetGlobalTransform(TTreeTransform& outTransform) {
     return Refuse("its place in the scene is not finite", MC_E_NOTVALID);
   }
   outTransform = fScene->DecomposeGlobal(global);
+  if (LinkLook* const look = fScene->GetLook()) {
+    look->Feed(*this, true, outTransform);
+  }
   return MC_S_OK;
 }
 
@@ -150,6 +163,10 @@ MCResult Element::SetGlobalTransform(const TTreeTransform& inTransform, int32 /*
   }
   if (!IsFiniteTransform(inTransform)) {
     return Refuse("a transform that is not finite was not taken", MC_E_INVALIDARG);
+  }
+  if (LinkLook* const look = fScene->GetLook()) {
+    look->Take(*this, true, inTransform);
+    return MC_S_OK;
   }
   const TOffsetMatrix33& global = GetGlobalMatrix();
   const ParentSpace parent(fParent == nullptr ? TOffsetMatrix33() : fParent->fGlobal);
@@ -167,6 +184,9 @@ MCResult Element::SetGlobalTransform(const TTreeTransform& inTransform, int32 /*
 }
 
 MCResult Element::GetGlobalTransformChain(TTreeChainTransform& outTransform) {
+  if (LinkLook* const look = GetLook()) {
+    look->Read(LinkValue::OfGlobal(*this, LinkValue::kWholePlacement));
+  }
   const TreeTransform& local = GetLocal();
   outTransform = TTreeChainTransform(local, local.GetMode() == kPoser ? local.GetHotPoint() : kZeroVector,
                                      fParent == nullptr ? TOffsetMatrix33() : fParent->GetGlobalMatrix());

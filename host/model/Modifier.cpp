@@ -1,6 +1,7 @@
 #include "Modifier.h"
 
 #include "Element.h"
+#include "Scene.h"
 
 namespace qlx::host {
 
@@ -16,8 +17,30 @@ TreeElement* Modifier::GetOwnerElement() {
   return fElement.Get();
 }
 
+void Modifier::SetEnabled(bool inEnabled) {
+  if (fEnabled == inEnabled) {
+    return;
+  }
+  fEnabled = inEnabled;
+  if (fElement && fElement->GetOwnScene() != nullptr && fElement->GetLook() == nullptr) {
+    fElement->GetOwnScene()->LinksChanged();
+  }
+}
+
+std::string Modifier::DescribeProblem(const LinkTrace& inTrace) {
+  return inTrace.fHasLostReference ? "the element that it refers to is gone" : "";
+}
+
+void Modifier::LinksChanged() {
+  fLinks.fIsKnown = false;
+  if (fElement && fElement->GetOwnScene() != nullptr && fElement->GetLook() == nullptr) {
+    fElement->GetOwnScene()->LinksChanged();
+  }
+}
+
 void Modifier::Attach(Element& inElement) {
   fElement.Share(&inElement);
+  fLinks.fIsKnown = false;
 }
 
 void Modifier::Detach() {

@@ -5,6 +5,7 @@
 
 #include "HostObject.h"
 #include "HostScene.h"
+#include "LinkLook.h"
 
 namespace qlx::host {
 
@@ -26,7 +27,7 @@ class IHostModifier : public IMCUnknown {
 class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwned, IHostModifier> {
  public:
   bool MC_CALL IsEnabled() override { return fEnabled; }
-  void MC_CALL SetEnabled(bool inEnabled) override { fEnabled = inEnabled; }
+  void MC_CALL SetEnabled(bool inEnabled) override;
   MCID MC_CALL GetModifierClass() override { return fClass; }
   void MC_CALL GetModifiedElement(TreeElement** outElement) override;
   TreeElement* MC_CALL GetOwnerElement() override;
@@ -36,6 +37,23 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
   virtual void Apply(Element& inElement) = 0;
   // A copy that sits on no element; null with a warning when the modifier cannot be copied.
   virtual TMCCountedPtr<Modifier> Copy() = 0;
+  // A copy to be looked at (LinkLook.h) and thrown away. It should do what the modifier does in its best moments: no
+  // window, delay or limit hides what it ties. Null for a modifier that is not to be looked at: nothing is known of
+  // its order then.
+  virtual TMCCountedPtr<Modifier> CopyToLookAt() { return Copy(); }
+  // What is wrong with the modifier's ties, for a person; empty when nothing is. The trace is an up-to-date one.
+  virtual std::string DescribeProblem(const LinkTrace& inTrace);
+
+  // What the last look gave, good for one version of the scene's tree and until the modifier changes.
+  struct LinkState {
+    LinkTrace fTrace;
+    uint32 fTreeVersion = 0;
+    bool fIsKnown = false;
+    bool fIsInCycle = false;
+  };
+  LinkState& GetLinkState() { return fLinks; }
+  // The modifier was edited: what it ties may have changed.
+  void LinksChanged();
 
   // The start of what `Apply` works with beside this object, to be fetched ahead of time; null when there is nothing.
   virtual const void* GetWorkMemory() const { return nullptr; }
@@ -52,6 +70,7 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
  private:
   MCID fClass;
   bool fEnabled = true;
+  LinkState fLinks;
   TMCCountedPtr<Element> fElement;
 };
 

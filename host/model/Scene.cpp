@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "EvaluationOrder.h"
+#include "LinkLook.h"
 #include "MCFrameTime.h"
 #include "MCUtf8.h"
 
@@ -56,6 +58,7 @@ TMCCountedPtr<Scene> Scene::Create(Diagnostics& inDiagnostics) {
 Scene::Scene(Diagnostics& inDiagnostics)
     : fDiagnostics(inDiagnostics),
       fRoot(MakeHosted<Element>(*this, kRootID, kRootName)),
+      fOrder(std::make_unique<EvaluationOrder>()),
       fMaster(MakeHosted<Master>(*this)) {
   fByID.emplace(kRootID, fRoot.Get());
   fByName.emplace(kRootName, fRoot.Get());
@@ -71,6 +74,7 @@ void Scene::Close() {
     return;
   }
   fClosed = true;
+  fOrder->Forget();
   const std::vector<Element*>& order = GetTreeOrder();
   for (Element* const element : order) {
     element->RemoveAllModifiers();
@@ -246,13 +250,74 @@ void Scene::Evaluate(int32 inTime) {
     bool& fFlag;
   };
   RefreshWorkLists();
+  if (!fOrderValid) {
+    fOrderValid = true;
+    fOrder->Find(*this, fModified, fOrdering);
+  }
   const Running running(fEvaluating);
   fTime = inTime;
   TakeValues(inTime);
+  if (!fOrder->IsTreeOrder()) {
+    ApplyInOrder();
+    return;
+  }
   for (std::size_t i = 0; i < fModified.size(); ++i) {
     fAhead.Reach(i);
     ApplyModifiers(*fModified[i]);
   }
+}
+
+// Modifiers that are added meanwhile work from the next evaluation on; one that was taken off has worked its last.
+void Scene::ApplyInOrder() {
+  for (const EvaluationStep& step : fOrder->GetSteps()) {
+    const TMCCountedPtr<Modifier> modifier = step.fModifier;
+    if (modifier->GetElement() == step.fElement && modifier->IsEnabled()) {
+      modifier->Apply(*step.fElement);
+    }
+  }
+}
+
+const EvaluationOrder& Scene::FindOrder() {
+  if (!fEvaluating) {
+    RefreshWorkLists();
+    fOrder->FindAll(*this, fModified, fOrdering);
+    fOrderValid = true;
+  }
+  return *fOrder;
+}
+
+void Scene::SetOrdering(LinkOrdering inOrdering) {
+  fOrdering = inOrdering;
+  LinksChanged();
+}
+
+void Scene::ModifiersChanged() {
+  ++fModifierChanges;
+  StructureChanged();
+  WorkChanged();
+  if (!fEvaluating) {
+    fOrder->Forget();
+  }
+}
+
+void Scene::PoseEdited() {
+  if (!fEvaluating && fOrder->DependsOnPoses()) {
+    LinksChanged();
+  }
+}
+
+// What a modifier does at the start of the animation is seen, such as its first key.
+void Scene::BeginLook(LinkLook& inLook) {
+  fLook = &inLook;
+  fTimeBeforeLook = fTime;
+  fTime = fStart;
+  fEvaluating = true;
+}
+
+void Scene::EndLook() {
+  fLook = nullptr;
+  fTime = fTimeBeforeLook;
+  fEvaluating = false;
 }
 
 void Scene::RefreshWorkLists() {
@@ -312,14 +377,14 @@ void Scene::ApplyModifiers(Element& inElement) {
 }
 
 void Scene::Touch(Element& inElement) {
-  if (fEvaluating && !inElement.fIsTouched) {
+  if (fEvaluating && fLook == nullptr && !inElement.fIsTouched) {
     inElement.fIsTouched = true;
     fTouched.push_back(&inElement);
   }
 }
 
 void Scene::Touch(ValueSet& inValues) {
-  if (fEvaluating && !inValues.fIsTouched) {
+  if (fEvaluating && fLook == nullptr && !inValues.fIsTouched) {
     inValues.fIsTouched = true;
     fTouchedValues.push_back(&inValues);
   }
@@ -370,8 +435,11 @@ uint32 Scene::IDOfReference(const uint8* inBytes, std::size_t inCount) {
 }
 
 void Scene::FindElementByRef(TreeElement** outElement, const ObjectReference& inReference) {
-  StoreForCaller<TreeElement>(outElement,
-                              FindByID(IDOfReference(inReference.BaseAddress(), inReference.GetElemCount())));
+  Element* const found = FindByID(IDOfReference(inReference.BaseAddress(), inReference.GetElemCount()));
+  if (found == nullptr && fLook != nullptr) {
+    fLook->LoseReference();
+  }
+  StoreForCaller<TreeElement>(outElement, found);
 }
 
 void Scene::FindElementByUniqueID(TreeElement** outElement, uint32 inID) {

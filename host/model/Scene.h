@@ -15,6 +15,12 @@
 
 namespace qlx::host {
 
+class EvaluationOrder;
+class LinkLook;
+
+// In which order modifiers work: sources first, or plainly elements in tree order and modifiers in list order.
+enum class LinkOrdering : uint8 { kDependencies, kTree };
+
 // Made by `Scene::Create`. The root element is the scene's own, has the id 1 and no name of a person's ("[scene]"); it
 // cannot be removed. Elements hold modifiers and modifiers their element, so a scene ends by `Close`, which the
 // destructor of its last owner must have called; closing takes all modifiers off first, and leaves the root alone.
@@ -40,7 +46,10 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   // The id that a reference to an element holds; 0 for bytes that are no reference of this host.
   static uint32 IDOfReference(const uint8* inBytes, std::size_t inCount);
   // What was looked up before may be stale: see `GetStructureVersion`.
-  void StructureChanged() { ++fStructureVersion; }
+  void StructureChanged() {
+    ++fStructureVersion;
+    fOrderValid = false;
+  }
 
   // Things that elements show and belong to. Owned by the scene.
   SceneObject& AddObject(std::string_view inName);
@@ -60,11 +69,29 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   int32 GetEnd() const { return fEnd; }
   int32 GetTime() const { return fTime; }
 
-  // Evaluates the whole scene at a time: values from curves and base values, then modifiers, elements in tree order,
-  // modifiers in list order. `IsEvaluating` is true meanwhile. Calling it from inside an evaluation does nothing. A
-  // modifier that is added meanwhile works on an element that is still to come, or from the next evaluation on.
+  // Evaluates the whole scene at a time: values from curves and base values, then modifiers, each behind those that
+  // write what it reads; elements in tree order and modifiers in list order where nothing depends. `IsEvaluating` is
+  // true meanwhile. Calling it from inside an evaluation does nothing. A modifier that is added meanwhile works on an
+  // element that is still to come, or from the next evaluation on.
   void Evaluate(int32 inTime);
   bool IsEvaluating() const { return fEvaluating; }
+
+  // Order. Modifiers work in the order in which their values depend on each other, unless that is switched off. It is
+  // found again, at the next evaluation, after a change of the structure, of a modifier or of a pose.
+  void SetOrdering(LinkOrdering inOrdering);
+  // Brings the order up to date, with a look at every modifier, those that are switched off too. Its cycles are warned
+  // about, each once.
+  const EvaluationOrder& FindOrder();
+  void LinksChanged() { fOrderValid = false; }
+  // What decides in which directions an element moves those below it: its rotation, its scale, its hot point.
+  void PoseEdited();
+  // Changes as the structure version does, but not with modifiers.
+  uint32 GetTreeVersion() const { return fStructureVersion - fModifierChanges; }
+  void ModifiersChanged();
+  // Null unless a copy of a modifier is being looked at: it takes all writes then.
+  LinkLook* GetLook() const { return fLook; }
+  void BeginLook(LinkLook& inLook);
+  void EndLook();
   // Elements that a write or a notification touched in this evaluation, in the order of first touch.
   const std::vector<Element*>& GetTouched() const { return fTouched; }
   // Marks, during an evaluation; does nothing outside of one.
@@ -114,6 +141,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   void RefreshWorkLists();
   void TakeValues(int32 inTime);
   void ApplyModifiers(Element& inElement);
+  void ApplyInOrder();
 
   Diagnostics& fDiagnostics;
   TMCCountedPtr<Element> fRoot;
@@ -133,6 +161,12 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   int32 fEnd = 0;
   int32 fTime = 0;
   bool fEvaluating = false;
+  LinkLook* fLook = nullptr;
+  uint32 fModifierChanges = 0;
+  bool fOrderValid = false;
+  LinkOrdering fOrdering = LinkOrdering::kDependencies;
+  std::unique_ptr<EvaluationOrder> fOrder;
+  int32 fTimeBeforeLook = 0;
   bool fClosed = false;
   bool fWorkListsValid = false;
   std::vector<Element*> fAnimated;  // elements with curves, and with modifiers, in tree order

@@ -1,10 +1,16 @@
 #include "ValueParameters.h"
 
+#include "LinkLook.h"
+#include "Scene.h"
+
 namespace qlx::host {
 
 bool SetValue::Read(void* outValue) const {
   if (fSet->GetScene() == nullptr) {
     return false;
+  }
+  if (LinkLook* const look = fSet->GetScene()->GetLook()) {
+    look->Read(LinkValue::OfNumber(*fSet, fIndex));
   }
   JoinValue(GetType(), fSet->GetEvaluated(fIndex), outValue);
   return true;
@@ -29,6 +35,9 @@ bool SetValue::WriteBase(const void* inValue) {
 bool SetValue::SampleAt(int32 inTime, void* outValue) const {
   if (fSet->GetScene() == nullptr) {
     return false;
+  }
+  if (LinkLook* const look = fSet->GetScene()->GetLook()) {
+    look->Read(LinkValue::OfNumber(*fSet, fIndex).AsKeys(true));
   }
   JoinValue(GetType(), fSet->SampleAt(fIndex, inTime), outValue);
   return true;

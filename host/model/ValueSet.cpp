@@ -1,5 +1,6 @@
 #include "ValueSet.h"
 
+#include "LinkLook.h"
 #include "Scene.h"
 
 namespace qlx::host {
@@ -13,6 +14,10 @@ bool ValueSet::Write(std::size_t inIndex, const ValueNumbers& inNumbers) {
   Value& value = fValues[inIndex];
   if (fScene == nullptr || !IsFiniteValue(value.fInfo.fType, inNumbers)) {
     return false;
+  }
+  if (LinkLook* const look = fScene->GetLook()) {
+    look->Write(*this, inIndex, inNumbers);
+    return true;
   }
   if (fScene->IsEvaluating()) {
     if (!value.fIsWritten) {
@@ -37,6 +42,10 @@ bool ValueSet::SetBase(std::size_t inIndex, const ValueNumbers& inNumbers) {
   Value& value = fValues[inIndex];
   if (fScene == nullptr || !IsFiniteValue(value.fInfo.fType, inNumbers)) {
     return false;
+  }
+  if (LinkLook* const look = fScene->GetLook()) {
+    look->Write(*this, inIndex, inNumbers);
+    return true;
   }
   value.fBase = inNumbers;
   value.fIsEdited = true;
@@ -81,6 +90,10 @@ void ValueSet::SetKeysNow(Value& ioValue, const ValueNumbers& inNumbers) {
 bool ValueSet::EditCurves(std::size_t inIndex, const std::function<void(Curve&, uint32)>& inEdit) {
   if (fScene == nullptr) {
     return false;
+  }
+  if (LinkLook* const look = fScene->GetLook()) {
+    look->WriteKeys(LinkValue::OfNumber(*this, inIndex));
+    return true;
   }
   Value& value = fValues[inIndex];
   uint32 number = 0;

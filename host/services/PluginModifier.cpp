@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include "Host.h"
+#include "LinkProblems.h"
+#include "PluginLook.h"
 #include "PrivateText.h"
 
 namespace qlx::host {
@@ -177,6 +179,34 @@ TMCCountedPtr<Modifier> PluginModifier::Copy() {
   return copy;
 }
 
+TMCCountedPtr<Modifier> PluginModifier::CopyToLookAt() {
+  if (!GetParameterMap()) {
+    return nullptr;
+  }
+  IExDataExchanger* clone = nullptr;
+  Call("Clone", [&] {
+    fExchanger->Clone(&clone, nullptr);
+    return MC_S_OK;
+  });
+  if (!clone) {
+    return Copy();
+  }
+  void* block = nullptr;
+  Call("GetExtensionDataBuffer", [&] {
+    block = UsableBlock(*clone, *fMap);
+    return MC_S_OK;
+  });
+  if (block) {
+    OpenForLook(GetModifierClass(), *fMap, block);
+  }
+  return PluginLook::Create(GetModifierClass(), clone);
+}
+
+std::string PluginModifier::DescribeProblem(const LinkTrace& inTrace) {
+  const std::string own = GetModifierClass() == "fQLX"_id ? DescribeLinkProblem(*this, inTrace) : "";
+  return own.empty() ? Modifier::DescribeProblem(inTrace) : own;
+}
+
 bool PluginModifier::CopyFields(IExDataExchanger& inSource, PluginModifier& outCopy) {
   if (!outCopy.GetParameterMap()) {
     return false;
@@ -209,6 +239,7 @@ ParameterValue PluginModifier::GetField(const ParameterField& inField) const {
 }
 
 bool PluginModifier::SetField(const ParameterField& inField, const ParameterValue& inValue) {
+  LinksChanged();
   return fBlock && ParameterMap::Write(inField, inValue, fBlock);
 }
 
@@ -236,10 +267,12 @@ std::optional<std::string> PluginModifier::WritePrivate() {
 
 std::optional<std::string> PluginModifier::ReadPrivate(const std::string& inText) {
   const auto streamIO = GetStreamIO();
+  LinksChanged();
   return streamIO ? ReadPrivateText(*streamIO, inText) : std::optional<std::string>("the class has no private data");
 }
 
 void PluginModifier::Reset() {
+  LinksChanged();
   const MCResult result = Call("ExtensionDataChanged", [&] { return fExchanger->ExtensionDataChanged(); });
   if (result != MC_S_OK && result != MC_E_NOTVALID) {
     ReportFailure("ExtensionDataChanged", {.fOperation = "ExtensionDataChanged", .fCode = result});
@@ -247,6 +280,7 @@ void PluginModifier::Reset() {
 }
 
 MCResult PluginModifier::SendEvent(uint32 inMessage, IMCUnknown* inSource) {
+  LinksChanged();
   return Call("HandleEvent", [&] { return fExchanger->HandleEvent(inMessage, inSource, nullptr); });
 }
 

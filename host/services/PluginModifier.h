@@ -33,6 +33,8 @@ class PluginModifier final : public Modifier {
   // Takes over what the component's own copy holds where it makes one, else its public block. Both go field by field
   // through the parameter map, never byte by byte: a class without a map cannot be copied.
   TMCCountedPtr<Modifier> Copy() override;
+  TMCCountedPtr<Modifier> CopyToLookAt() override;
+  std::string DescribeProblem(const LinkTrace& inTrace) override;
   void Detach() override;
 
   // "PinModifier"

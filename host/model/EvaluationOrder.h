@@ -1,0 +1,44 @@
+// In which order the modifiers of a scene work, and what is known of their ties.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "LinkGraph.h"
+#include "Scene.h"
+
+namespace qlx::host {
+
+struct EvaluationStep {
+  Element* fElement;
+  TMCCountedPtr<Modifier> fModifier;
+};
+
+// The scene's own.
+class EvaluationOrder {
+ public:
+  // Looks again at what changed, and orders anew. A scene with a single modifier is not looked at.
+  void Find(Scene& ioScene, const std::vector<Element*>& inModified, LinkOrdering inOrdering);
+  // The same, with every modifier looked at: their `LinkState` is up to date then.
+  void FindAll(Scene& ioScene, const std::vector<Element*>& inModified, LinkOrdering inOrdering);
+  // Lets go of the modifiers.
+  void Forget();
+
+  // True when the order is the plain one; the steps are left empty then.
+  bool IsTreeOrder() const { return fIsTreeOrder; }
+  const std::vector<EvaluationStep>& GetSteps() const { return fSteps; }
+  // One way round each cycle of modifiers that are switched on.
+  const std::vector<std::string>& GetCycles() const { return fCycles; }
+  bool DependsOnPoses() const { return fDependsOnPoses; }
+
+ private:
+  static void LookAll(Scene& ioScene, const std::vector<EvaluationStep>& inSteps);
+  void Order(Scene& ioScene, std::vector<EvaluationStep> inPlain, LinkOrdering inOrdering);
+
+  bool fIsTreeOrder = true;
+  bool fDependsOnPoses = false;
+  std::vector<EvaluationStep> fSteps;
+  std::vector<std::string> fCycles;
+};
+
+}  // namespace qlx::host
