@@ -94,8 +94,9 @@ void GltfDocument::Content::Build(const GltfReadOptions& inOptions, Host& inHost
   CheckPointers(fDocument, fValues, fScene->GetDiagnostics());
   if (fClip) {
     ReadClip(fDocument, fModel, *fClip, fElements, fValues, inOptions.fFrameRate, *fScene);
-  } else if (inOptions.fFrameRate) {
-    fScene->SetFrameRate(*inOptions.fFrameRate);
+  } else {
+    fScene->SetTimeRange(0, 0);  // one frame: links work in a scene that stands still, too
+    fScene->SetFrameRate(inOptions.fFrameRate.value_or(fScene->GetFrameRate()));
   }
   fHasModifiers = ReadModifiers(fDocument, fElements, inHost);
   for (Element* element : fElements) {

@@ -161,7 +161,7 @@ TEST_F(QlxLinks, CyclesAreNamedAndDrawn) {
   ASSERT_EQ(run.fCode, kExitDone) << run.fErr;
   EXPECT_NE(run.fOut.find("scene.gltf: 3 links, 1 cycle\n"), std::string::npos) << run.fOut;
   EXPECT_NE(run.fOut.find("cycle: " + circle), std::string::npos) << run.fOut;
-  const std::string drawn = fFolder.Read("links.dot");
+  const std::string drawn = ReadFile(fFolder / "links.dot");
   EXPECT_EQ(drawn.find("digraph links {"), 0U);
   EXPECT_NE(drawn.find("label=\"WheelL\""), std::string::npos) << drawn;
   EXPECT_NE(drawn.find("label=\"cycle\""), std::string::npos) << drawn;
@@ -176,7 +176,7 @@ TEST_F(QlxLinks, BakesSourcesFirstUnlessToldOtherwise) {
     const QlxRun run = RunInProcess(arguments);
     EXPECT_EQ(run.fCode, kExitDone) << run.fErr;
     EXPECT_EQ(run.fErr, "");
-    return fFolder.Read("out.csv");
+    return ReadFile(fFolder / "out.csv");
   };
   const std::string ordered = bake({});
   EXPECT_NE(ordered.find("Cart SCAL"), std::string::npos) << ordered;
