@@ -31,8 +31,15 @@ std::string Modifier::DescribeProblem(const LinkTrace& inTrace) {
   return inTrace.fHasLostReference ? "the element that it refers to is gone" : "";
 }
 
+Modifier::LinkState& Modifier::GetLinkState() {
+  if (fLinks == nullptr) {
+    fLinks = std::make_unique<LinkState>();
+  }
+  return *fLinks;
+}
+
 void Modifier::LinksChanged() {
-  fLinks.fIsKnown = false;
+  fLinks = nullptr;
   if (fElement && fElement->GetOwnScene() != nullptr && fElement->GetLook() == nullptr) {
     fElement->GetOwnScene()->LinksChanged();
   }
@@ -40,7 +47,7 @@ void Modifier::LinksChanged() {
 
 void Modifier::Attach(Element& inElement) {
   fElement.Share(&inElement);
-  fLinks.fIsKnown = false;
+  fLinks = nullptr;
 }
 
 void Modifier::Detach() {

@@ -1,6 +1,7 @@
 // A modifier in an element's list, as the scene sees it. The class that carries a plug-in's component is in services.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "HostObject.h"
@@ -51,7 +52,7 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
     bool fIsKnown = false;
     bool fIsInCycle = false;
   };
-  LinkState& GetLinkState() { return fLinks; }
+  LinkState& GetLinkState();
   // The modifier was edited: what it ties may have changed.
   void LinksChanged();
 
@@ -70,8 +71,8 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
  private:
   MCID fClass;
   bool fEnabled = true;
-  LinkState fLinks;
   TMCCountedPtr<Element> fElement;
+  std::unique_ptr<LinkState> fLinks;  // made by the first look
 };
 
 }  // namespace qlx::host

@@ -253,6 +253,7 @@ void Scene::Evaluate(int32 inTime) {
   if (!fOrderValid) {
     fOrderValid = true;
     fOrder->Find(*this, fModified, fOrdering);
+    PlanAhead();
   }
   const Running running(fEvaluating);
   fTime = inTime;
@@ -269,7 +270,9 @@ void Scene::Evaluate(int32 inTime) {
 
 // Modifiers that are added meanwhile work from the next evaluation on; one that was taken off has worked its last.
 void Scene::ApplyInOrder() {
+  std::size_t done = 0;
   for (const EvaluationStep& step : fOrder->GetSteps()) {
+    fAhead.Reach(done++);
     const TMCCountedPtr<Modifier> modifier = step.fModifier;
     if (modifier->GetElement() == step.fElement && modifier->IsEnabled()) {
       modifier->Apply(*step.fElement);
@@ -277,11 +280,25 @@ void Scene::ApplyInOrder() {
   }
 }
 
+void Scene::PlanAhead() {
+  if (fOrder->IsTreeOrder()) {
+    fAhead.Plan(fModified);
+    return;
+  }
+  std::vector<Element*> elements;
+  elements.reserve(fOrder->GetSteps().size());
+  for (const EvaluationStep& step : fOrder->GetSteps()) {
+    elements.push_back(step.fElement);
+  }
+  fAhead.Plan(elements);
+}
+
 const EvaluationOrder& Scene::FindOrder() {
   if (!fEvaluating) {
     RefreshWorkLists();
     fOrder->FindAll(*this, fModified, fOrdering);
     fOrderValid = true;
+    PlanAhead();
   }
   return *fOrder;
 }
@@ -340,7 +357,7 @@ void Scene::RefreshWorkLists() {
       fModified.push_back(element);
     }
   }
-  fAhead.Plan(fModified);
+  PlanAhead();
   fWorkListsValid = true;
 }
 

@@ -142,6 +142,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   void TakeValues(int32 inTime);
   void ApplyModifiers(Element& inElement);
   void ApplyInOrder();
+  void PlanAhead();
 
   Diagnostics& fDiagnostics;
   TMCCountedPtr<Element> fRoot;
@@ -171,7 +172,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   bool fWorkListsValid = false;
   std::vector<Element*> fAnimated;  // elements with curves, and with modifiers, in tree order
   std::vector<Element*> fModified;
-  WorkAhead fAhead;  // of `fModified`
+  WorkAhead fAhead;  // of `fModified`, or of the steps of the order
   std::vector<Element*> fTouched;
   std::vector<ValueSet*> fAnimatedValues;  // with curves
   std::vector<ValueSet*> fTouchedValues;
