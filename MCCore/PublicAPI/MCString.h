@@ -186,6 +186,8 @@ class TMCString : public TMCObject {
   void AssignTo(char* outBytes, const char* inText, uint32 inCount);
   void AppendTo(char* ioBytes, const char* inText, uint32 inCount);
   void AppendBytes(const char* inText, uint32 inCount);
+  // Reports what one more byte in a full storage reports.
+  void ReportFull();
   void CountCharacters();
   void WriteNul();
   // True when `index` is a place where text can be inserted.
@@ -245,7 +247,7 @@ class TMCFixedString final : public TMCString {
       fBytes[++fByteLength] = 0;
       ++fLength;
     } else {
-      TMCString::operator+=(inByte);
+      ReportFull();
     }
     return *this;
   }

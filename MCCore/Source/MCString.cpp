@@ -136,6 +136,12 @@ TMCString& TMCString::operator=(const char* inText) {
   return *this;
 }
 
+void TMCString::ReportFull() {
+  const uint32 oldByteLength = fByteLength;
+  SetByteLength(CheckedSum(oldByteLength, 1));
+  MC_ASSERT(fByteLength > oldByteLength);
+}
+
 TMCString& TMCString::operator+=(const TMCString& inText) {
   AppendBytes(inText.CStr(), inText.fByteLength);
   return *this;
