@@ -3,9 +3,8 @@
 // not ours, and checks that a node stands at a position (inches) on every frame from 0 to FRAMES, in the scene or, with
 // --local, relative to its parent. With --moves another node must move meanwhile: a scene that stands still shows
 // nothing. The file must be self-contained. Prints one line; ends with 1 when something is not as it should be.
-import {readFile} from 'node:fs/promises';
-import {AnimationMixer, LoopOnce, Vector3} from 'three';
-import {GLTFLoader} from 'three/examples/jsm/loaders/GLTFLoader.js';
+import {Vector3} from 'three';
+import {FindNode, Load, Play} from './player.mjs';
 
 const kInchesInMetre = 39.3700787;
 // The host turns elements by 32-bit angles: half a unit in the last place at each of six joints moves what hangs fifty
@@ -30,55 +29,20 @@ const expected = new Vector3(...words[2].split(',').map(Number));
 const lastFrame = Number(words[3]);
 const rate = Number(words[4]);
 
-// What the loader asks of a browser. Each picture is loaded at once and empty: positions need none.
-globalThis.self = globalThis;
-globalThis.ProgressEvent ??= class {};
-globalThis.document = {
-  createElementNS: () => ({
-    addEventListener: (event, loaded) => event === 'load' && setTimeout(loaded),
-    removeEventListener() {},
-  }),
-};
-
-async function Load() {
-  const bytes = await readFile(file);
-  const loader = new GLTFLoader();
-  return loader.parseAsync(bytes.buffer.slice(bytes.byteOffset, bytes.byteOffset + bytes.byteLength), '');
-}
-
-// By name as the file has it (three.js changes some), or by number: "#13".
-function FindNode(gltf, name) {
-  const nodes = gltf.parser.json.nodes ?? [];
-  const index = name.startsWith('#') ? Number(name.slice(1)) : nodes.findIndex(node => node.name === name);
-  let found;
-  gltf.scene.traverse(object => {
-    found ??= gltf.parser.associations.get(object)?.nodes === index ? object : undefined;
-  });
-  if (!found) {
-    throw new Error(`there is no node "${name}"`);
-  }
-  return found;
-}
-
 const PositionOf = (object, local) =>
   (local ? object.position.clone() : object.getWorldPosition(new Vector3())).multiplyScalar(kInchesInMetre);
 
 async function Check() {
-  const gltf = await Load();
-  const node = FindNode(gltf, nodeName);
-  const other = mover === undefined ? undefined : FindNode(gltf, mover);
-  const mixer = new AnimationMixer(gltf.scene);
-  for (const clip of gltf.animations.slice(0, 1)) {
-    const action = mixer.clipAction(clip).setLoop(LoopOnce);
-    action.clampWhenFinished = true;
-    action.play();
-  }
+  const scene = await Load(file);
+  const node = FindNode(scene, nodeName);
+  const other = mover === undefined ? undefined : FindNode(scene, mover);
+  Play(scene, 0);
   let worst = 0;
   let moved = 0;
   let start;
   for (let frame = 0; frame <= lastFrame; ++frame) {
-    mixer.setTime(frame / rate);
-    gltf.scene.updateMatrixWorld(true);
+    scene.mixer.setTime(frame / rate);
+    scene.gltf.scene.updateMatrixWorld(true);
     const away = PositionOf(node, isLocal).distanceTo(expected);
     worst = away <= worst ? worst : away;  // and NaN
     if (other) {

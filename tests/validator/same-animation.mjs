@@ -3,9 +3,7 @@
 // reader that is not ours, and checks that each node has the same local transform and morph weights in both, R times a
 // second (default 60). Nodes named (or numbered "#3") by --except are left out. Both files must be self-contained.
 // Prints one line; ends with 1 when they differ.
-import {readFile} from 'node:fs/promises';
-import {AnimationMixer, LoopOnce} from 'three';
-import {GLTFLoader} from 'three/examples/jsm/loaders/GLTFLoader.js';
+import {Load, Play, QuaternionGap} from './player.mjs';
 
 // Metres, parts of a quaternion, factors: what 32-bit keys and their way through inches leave.
 const kTolerance = 1e-6;
@@ -23,55 +21,6 @@ for (let name = TakeOption('--except'); name !== undefined; name = TakeOption('-
 if (words.length !== 2) {
   console.error('usage: same-animation.mjs FILE OTHER [--except NODE]... [--rate R]');
   process.exit(2);
-}
-
-// What the loader asks of a browser. Each picture is loaded at once and empty: motion needs none.
-globalThis.self = globalThis;
-globalThis.ProgressEvent ??= class {};
-globalThis.document = {
-  createElementNS: () => ({
-    addEventListener: (event, loaded) => event === 'load' && setTimeout(loaded),
-    removeEventListener() {},
-  }),
-};
-
-// three.js plays keys that stand apart in their buffer without end. glTF does not allow them, but some files have them.
-function RefuseStrides({animations = [], accessors, bufferViews}) {
-  for (const {input, output} of animations.flatMap(animation => animation.samplers)) {
-    if ([input, output].some(index => bufferViews[accessors[index].bufferView]?.byteStride)) {
-      throw new Error('keys have a byteStride: three.js cannot play them');
-    }
-  }
-}
-
-// The scene with its objects in the order of the file's nodes.
-async function Load(file) {
-  const bytes = await readFile(file);
-  const gltf = await new GLTFLoader().parseAsync(bytes.buffer.slice(bytes.byteOffset, bytes.byteOffset + bytes.length), '');
-  RefuseStrides(gltf.parser.json);
-  const objects = [];
-  for (const scene of gltf.scenes) {
-    scene.traverse(object => {
-      const node = gltf.parser.associations.get(object)?.nodes;
-      if (node !== undefined) {
-        objects[node] ??= object;
-      }
-    });
-  }
-  return {gltf, objects, mixer: new AnimationMixer(gltf.scene), names: (gltf.parser.json.nodes ?? []).map(node => node.name)};
-}
-
-function Play({gltf, mixer}, clip) {
-  mixer.stopAllAction();
-  const action = mixer.clipAction(gltf.animations[clip]).setLoop(LoopOnce);
-  action.clampWhenFinished = true;
-  action.play();
-}
-
-// q and -q are one rotation.
-function QuaternionGap(a, b) {
-  const sign = Math.sign(a.dot(b)) || 1;
-  return Math.max(...a.toArray().map((part, i) => Math.abs(part - sign * b.toArray()[i])));
 }
 
 const Gap = (a, b) => Math.max(...a.map((part, i) => Math.abs(part - b[i])));
