@@ -3,15 +3,18 @@ import {readFile} from 'node:fs/promises';
 import {AnimationMixer, LoopOnce} from 'three';
 import {GLTFLoader} from 'three/examples/jsm/loaders/GLTFLoader.js';
 
-// What the loader asks of a browser. Each picture is loaded at once and empty: motion needs none.
-globalThis.self = globalThis;
-globalThis.ProgressEvent ??= class {};
-globalThis.document = {
-  createElementNS: () => ({
-    addEventListener: (event, loaded) => event === 'load' && setTimeout(loaded),
-    removeEventListener() {},
-  }),
-};
+// What the loader asks of a browser. Each picture is loaded at once and empty: motion needs none. Not before it is needed:
+// other libraries take these for a browser.
+function BeABrowser() {
+  globalThis.self = globalThis;
+  globalThis.ProgressEvent ??= class {};
+  globalThis.document = {
+    createElementNS: () => ({
+      addEventListener: (event, loaded) => event === 'load' && setTimeout(loaded),
+      removeEventListener() {},
+    }),
+  };
+}
 
 // three.js plays keys that stand apart in their buffer without end. glTF does not allow them, but some files have them.
 function RefuseStrides({animations = [], accessors, bufferViews}) {
@@ -25,6 +28,7 @@ function RefuseStrides({animations = [], accessors, bufferViews}) {
 // The scene with its objects in the order of the file's nodes, and with the names that these have there: three.js changes
 // some.
 export async function Load(file) {
+  BeABrowser();
   const bytes = await readFile(file);
   const gltf = await new GLTFLoader().parseAsync(bytes.buffer.slice(bytes.byteOffset, bytes.byteOffset + bytes.length), '');
   RefuseStrides(gltf.parser.json);

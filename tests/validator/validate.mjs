@@ -2,28 +2,7 @@
 // validate.mjs FILE... - what the Khronos validator says of glTF files, one line of JSON a file:
 //   {"file": "a.glb", "errors": 1, "warnings": 0, "messages": ["ACCESSOR_MIN_MISMATCH /accessors/3/min/0: ..."]}
 // Messages are the errors alone, twenty at most. Ends with 1 when a file has errors or cannot be read.
-import {readFile} from 'node:fs/promises';
-import {basename, dirname, resolve} from 'node:path';
-import validator from 'gltf-validator';
-
-const kError = 0;  // severity of a message
-const kMostMessages = 20;
-
-async function Validate(file) {
-  const bytes = new Uint8Array(await readFile(file));
-  const report = await validator.validateBytes(bytes, {
-    uri: basename(file),
-    maxIssues: 0,
-    externalResourceFunction: async uri => new Uint8Array(await readFile(resolve(dirname(file), decodeURIComponent(uri)))),
-  });
-  const errors = report.issues.messages.filter(message => message.severity === kError);
-  return {
-    file,
-    errors: report.issues.numErrors,
-    warnings: report.issues.numWarnings,
-    messages: errors.slice(0, kMostMessages).map(error => `${error.code} ${error.pointer ?? ''}: ${error.message}`),
-  };
-}
+import {Validate} from './validation.mjs';
 
 const files = process.argv.slice(2);
 if (files.length === 0) {
