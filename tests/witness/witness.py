@@ -3,7 +3,8 @@
 
 Scenes of several frame rates with N links in all (default 2000) are baked over 60 frames; each value of the table must be
 the one that `chain.py` computes: to the last bit, and within 1e-6 of its size where a link has a sine. Prints one line, or
-the first differences with all fields of their links; ends with 1 when something differs.
+the first differences with all fields of their links; ends with 1 when something differs. With --spoil the scenes get
+other numbers than the computation: then it must find differences.
 """
 import argparse
 import csv
@@ -15,6 +16,8 @@ import subprocess
 import sys
 import tempfile
 from pathlib import Path
+
+sys.dont_write_bytecode = True  # before our own modules: a source tree is no place for it
 
 from chain import Link
 from random_links import CUSTOM_TARGET, OWN_VALUE, Random, modifier_json, random_link
@@ -94,7 +97,7 @@ def compute(scene, case):
     return all(math.isfinite(value) for value in case.expected)
 
 
-def build(rng, rate, count, first):
+def build(rng, rate, count, first, spoil):
     """A scene with so many links, and what they make."""
     random_ = Random(rng)
     scene = Scene(rate, FRAMES)
@@ -107,7 +110,8 @@ def build(rng, rate, count, first):
         while not compute(scene, case):
             refused += 1
             case = Case(element, random_link(random_, FRAMES, sources) | {'fTargetPath': fields['fTargetPath']})
-        element.links.append(modifier_json(case.fields))
+        spoiled = {'fModifyValue': case.fields['fModifyValue'] + 1} if spoil else {}
+        element.links.append(modifier_json(case.fields | spoiled))
         cases.append(case)
         if case.slot and not case.has_sine and case.fields['fTargetPath'] == CUSTOM_TARGET and random_.chance(0.1):
             case.slot.made = case.expected  # links that follow links
@@ -168,21 +172,21 @@ class Verdict:
               f'to the last bit, the worst is {self.worst:.2e} away')
 
 
-def check(program, links, seed, folder):
+def check(options, folder):
     verdict, refused, started = Verdict(), 0, 0
-    rng = random.Random(seed)
+    links, rng = options.links, random.Random(options.seed)
     for number, rate in enumerate(RATES):
         share = links // len(RATES) + (number < links % len(RATES))
-        scene, cases, again = build(rng, rate, share, started)
+        scene, cases, again = build(rng, rate, share, started, options.spoil)
         started, refused = started + share, refused + again
-        baked = bake(program, scene, folder, f'rate{number}')
+        baked = bake(options.program, scene, folder, f'rate{number}')
         stray = set(baked) - {case.slot.column for case in cases if case.slot} - {'frame', 'seconds'}
         if stray:
             sys.exit(f'witness: nothing should change {sorted(stray)[:5]}')
         for case in cases:
             verdict.compare(case, baked)
     verdict.show()
-    print(f'{links} links of seed {seed}, {FRAMES} frames, {len(RATES)} rates; {refused} more made something that is '
+    print(f'{links} links of seed {options.seed}, {FRAMES} frames, {len(RATES)} rates; {refused} more made something that is '
           'no number and were left out')
     return not verdict.failures
 
@@ -193,12 +197,13 @@ def main():
     parser.add_argument('--links', type=int, default=2000)
     parser.add_argument('--seed', type=int, default=1)
     parser.add_argument('--keep', type=Path, help='leave the scenes and tables in this folder')
+    parser.add_argument('--spoil', action='store_true')
     options = parser.parse_args()
     if options.keep:
         options.keep.mkdir(parents=True, exist_ok=True)
-        return check(options.program, options.links, options.seed, options.keep)
+        return check(options, options.keep)
     with tempfile.TemporaryDirectory() as folder:
-        return check(options.program, options.links, options.seed, Path(folder))
+        return check(options, Path(folder))
 
 
 if __name__ == '__main__':
