@@ -65,9 +65,8 @@ export class SceneBuilder {
     return this.materials.length - 1;
   }
 
-  // A shape of `shapes.mjs` as a mesh. `targets` are morph targets: a name, and how far each vertex moves.
-  addMesh(name, { positions, normals, indices }, material, targets = []) {
-    const primitive = {
+  addPrimitive({ positions, normals, indices }, material) {
+    return {
       attributes: {
         POSITION: this.addAccessor(positions, floatType, arrayBuffer, true),
         NORMAL: this.addAccessor(normals, floatType, arrayBuffer, false),
@@ -75,6 +74,11 @@ export class SceneBuilder {
       indices: this.addAccessor(indices.map((i) => [i]), shortType, elementBuffer, false),
       material,
     };
+  }
+
+  // A shape of `shapes.mjs` as a mesh. `targets` are morph targets: a name, and how far each vertex moves.
+  addMesh(name, shape, material, targets = []) {
+    const primitive = this.addPrimitive(shape, material);
     if (targets.length) {
       primitive.targets = targets.map(({ moves }) => ({
         POSITION: this.addAccessor(moves, floatType, arrayBuffer, true),
@@ -86,6 +90,11 @@ export class SceneBuilder {
       ...(targets.length && { weights: targets.map(() => 0), extras: { targetNames: targets.map((each) => each.name) } }),
     });
     return this.meshes.length - 1;
+  }
+
+  // Another shape in a mesh that has no morph targets.
+  addToMesh(mesh, shape, material) {
+    this.meshes[mesh].primitives.push(this.addPrimitive(shape, material));
   }
 
   // ---- nodes and their animation ------------------------------------------------------------------------------
