@@ -87,9 +87,9 @@ class Element:
     def add_material(self, colour, roughness):
         for i, part in enumerate(('red', 'grn', 'blu', 'alp')):
             name = ('red', 'green', 'blue', 'alpha')[i]
-            self.add(Slot(f'material "{self.name}" Base colour {name}', [colour[i]]), f'shdr,0000,BCol,{part}V',
+            self.add(Slot(f'shader "{self.name}" Base colour {name}', [colour[i]]), f'shdr,0000,BCol,{part}V',
                      key='BCol')
-        self.add(Slot(f'material "{self.name}" Roughness', [roughness]), 'shdr,0000,Roug')
+        self.add(Slot(f'shader "{self.name}" Roughness', [roughness]), 'shdr,0000,Roug')
         self.node['mesh'] = self.scene.add_mesh(self.name, colour, roughness)
 
 
