@@ -13,6 +13,7 @@ namespace qlx::host {
 namespace {
 
 constexpr std::size_t kElementsDrawn = 6;
+constexpr std::size_t kSetsDrawn = 6;
 constexpr const char* kAxes[] = {"X", "Y", "Z"};
 
 class MotionPlot {
@@ -32,25 +33,39 @@ class MotionPlot {
       AddPositions(bake.fElements[i]);
       AddValues(bake.fElements[i]);
     }
-    if (drawn < bake.fElements.size()) {
-      fPlot.fNote =
-          Counted(bake.fElements.size() - drawn, "more element") + " changed; a CSV table (--csv) has them all.";
-    } else if (bake.fElements.empty()) {
+    const std::size_t setsLeft = AddSets(bake.fValues);
+    fPlot.fNote = Note(bake.fElements.size() - drawn, setsLeft);
+    if (bake.fElements.empty() && bake.fValues.empty()) {
       fPlot.fNote = "No modifier changed a value.";
     }
     return std::move(fPlot);
   }
 
  private:
+  static std::string Note(std::size_t inElementsLeft, std::size_t inSetsLeft) {
+    std::string left = inElementsLeft == 0 ? "" : Counted(inElementsLeft, "more element");
+    if (inSetsLeft != 0) {
+      left += (left.empty() ? "" : " and ") + Counted(inSetsLeft, "more set") + " of values";
+    }
+    return left.empty() ? "" : left + " changed; a CSV table (--csv) has them all.";
+  }
+
   std::string Subtitle() const {
     const BakeRange& range = fInput.fBake.fRange;
     const std::string clip = fInput.fClip.empty() ? "Frames" : fmt::format("Clip \"{}\", frames", fInput.fClip);
     return fmt::format("{} {} to {} at {} a second", clip, range.fFirst, range.fLast, fScene.GetFrameRate());
   }
 
+  bool IsElsewhere(const Element* inElement) const {
+    const auto differs = [&](int axis) {
+      return fInput.fWith.Get(inElement, axis) != fInput.fWithout.Get(inElement, axis);
+    };
+    return differs(0) || differs(1) || differs(2);
+  }
+
   // The position in the scene, beside the parent's and those of others.
   void AddPositions(const BakedElement& inElement) {
-    if (fInput.fWith.Get(inElement.fElement, 0).empty()) {
+    if (!IsElsewhere(inElement.fElement)) {
       return;
     }
     const std::string name = inElement.fElement->GetNameText();
@@ -92,21 +107,55 @@ class MotionPlot {
   void AddValues(const BakedElement& inElement) {
     PlotBlock block{inElement.fElement->GetNameText() + ": changed values, relative to its parent", {}};
     for (const ChannelInfo* channel : ChannelsOf(inElement.fChannels)) {
-      PlotPanel panel{channel->fName, UnitOf(channel->fChannel), {}};
-      panel.fLines.push_back({"without modifiers", 0, true, Values(inElement.fBefore, channel->fChannel)});
-      panel.fLines.push_back({"with modifiers", 0, false, Values(inElement.fFrames, channel->fChannel)});
-      block.fPanels.push_back(std::move(panel));
+      block.fPanels.push_back(MakePanel(channel->fName, UnitOf(channel->fChannel), inElement, channel->fChannel));
     }
     fPlot.fBlocks.push_back(std::move(block));
   }
 
-  static std::vector<real64> Values(const std::vector<ChannelValues>& inFrames, Channel inChannel) {
-    std::vector<real64> values;
-    values.reserve(inFrames.size());
-    for (const ChannelValues& frame : inFrames) {
-      values.push_back(static_cast<real64>(frame[inChannel]));
+  // Values of one set stand together. Answers how many sets were left out.
+  std::size_t AddSets(const std::vector<BakedValue>& inValues) {
+    const ValueSet* last = nullptr;
+    std::size_t count = 0;
+    for (const BakedValue& value : inValues) {
+      if (value.fValues.get() != last) {
+        last = value.fValues.get();
+        if (++count <= kSetsDrawn) {
+          fPlot.fBlocks.push_back({last->GetLabel() + ": changed values", {}});
+        }
+      }
+      if (count <= kSetsDrawn) {
+        AddNumbers(value, fPlot.fBlocks.back());
+      }
     }
-    return values;
+    return count - std::min(count, kSetsDrawn);
+  }
+
+  // Of the numbers of a value those that were changed.
+  static void AddNumbers(const BakedValue& inValue, PlotBlock& ioBlock) {
+    const ValueInfo& info = inValue.fValues->GetInfo(inValue.fIndex);
+    for (uint32 i = 0; i < WidthOfType(info.fType); ++i) {
+      PlotPanel panel = MakePanel(info.fName + NameOfNumber(info.fType, i), "", inValue, i);
+      if (panel.fLines.front().fValues != panel.fLines.back().fValues) {
+        ioBlock.fPanels.push_back(std::move(panel));
+      }
+    }
+  }
+
+  // What something baked has under a channel or number, before and after.
+  template <class TBaked, class TIndex>
+  static PlotPanel MakePanel(std::string inTitle, const char* inUnit, const TBaked& inBaked, TIndex inIndex) {
+    const auto values = [inIndex](const auto& inFrames) {
+      std::vector<real64> numbers;
+      numbers.reserve(inFrames.size());
+      for (const auto& frame : inFrames) {
+        numbers.push_back(static_cast<real64>(frame[inIndex]));
+      }
+      return numbers;
+    };
+    return {std::move(inTitle),
+            inUnit,
+            {{"without modifiers", 0, true, values(inBaked.fBefore)},
+             {"with modifiers", 0, false, values(inBaked.fFrames)}}};
   }
 
   Scene& fScene;

@@ -1,8 +1,8 @@
 // The plot of a bake: how the elements that modifiers changed move, beside how they would have moved without.
 //
-// Each element has a block with its position in the scene, together with its parent's and that of other elements asked
-// for, and a block with the values that were changed. With many elements the first few are drawn and a note counts the
-// rest.
+// Each element that stands elsewhere than it would has a block with its position in the scene, together with its parent's
+// and that of other elements asked for. Each element has a block with the values that were changed, and so has what else
+// has such values: materials, lights, weights. With many the first few are drawn and a note counts the rest.
 #pragma once
 
 #include <string>

@@ -143,7 +143,7 @@ class Drawing {
     });
   }
 
-  // One scale a panel about its own middle, with one span for all panels of a unit.
+  // One scale a panel about its own middle, with one span for all panels of a unit. Without a unit they do not compare.
   static std::vector<PlotScale> ScalesOf(const PlotBlock& inBlock) {
     std::vector<ValueRange> ranges;
     std::map<std::string, real64> spans;
@@ -153,21 +153,26 @@ class Drawing {
         range = Union(range, RangeOf(line.fValues));
       }
       ranges.push_back(range);
-      real64& span = spans[panel.fUnit];
+      real64& span = spans[SpanKey(panel)];
       span = std::max({span, range.GetSpan(), SmallestSpan(range)});
     }
     std::vector<PlotScale> scales;
     for (std::size_t i = 0; i < ranges.size(); ++i) {
-      const real64 half = spans[inBlock.fPanels[i].fUnit] * 0.54;
+      const real64 half = spans[SpanKey(inBlock.fPanels[i])] * 0.54;
       scales.push_back(MakeScale({ranges[i].GetMiddle() - half, ranges[i].GetMiddle() + half}, 6));
     }
     return scales;
   }
 
+  static std::string SpanKey(const PlotPanel& inPanel) {
+    return inPanel.fUnit.empty() ? inPanel.fTitle : '[' + inPanel.fUnit + ']';
+  }
+
   void DrawPanel(const PlotPanel& inPanel, const PlotScale& inScale, real64 inLeft, real64 inTop) {
     const ChartArea area{fAxis.fRange, inScale.fRange, inLeft, inTop, kChartWidth, kChartHeight};
     const real64 bottom = inTop + kChartHeight;
-    Text(inLeft, inTop - 9, "panel", fmt::format("{}  [{}]", inPanel.fTitle, inPanel.fUnit));
+    const std::string unit = inPanel.fUnit.empty() ? "" : fmt::format("  [{}]", inPanel.fUnit);
+    Text(inLeft, inTop - 9, "panel", inPanel.fTitle + unit);
     for (const real64 tick : inScale.fTicks) {
       const real64 y = area.Y(tick);
       Line(R"(<line class="grid" x1="{}" y1="{:.1f}" x2="{}" y2="{:.1f}"/>)", inLeft, y, inLeft + kChartWidth, y);

@@ -20,7 +20,7 @@ struct PlotLine {
 
 struct PlotPanel {
   std::string fTitle;
-  std::string fUnit;
+  std::string fUnit;             // empty: of no unit, and with a span of its own
   std::vector<PlotLine> fLines;  // drawn in order, the last on top
 };
 
