@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <span>
 
 #include "ChannelText.h"
 #include "MCFrameTime.h"
@@ -29,9 +30,11 @@ class MotionPlot {
       fPlot.fAxis.push_back(static_cast<real64>(bake.fRange.fFirst) + static_cast<real64>(i));
     }
     const std::size_t drawn = std::min(bake.fElements.size(), kElementsDrawn);
-    for (std::size_t i = 0; i < drawn; ++i) {
-      AddPositions(bake.fElements[i]);
-      AddValues(bake.fElements[i]);
+    for (const Group& group : GroupsOf({bake.fElements.begin(), bake.fElements.begin() + static_cast<int>(drawn)})) {
+      for (const BakedElement* element : group) {
+        AddPositions(*element);
+      }
+      AddValues(group);
     }
     const std::size_t setsLeft = AddSets(bake.fValues);
     fPlot.fNote = Note(bake.fElements.size() - drawn, setsLeft);
@@ -42,6 +45,22 @@ class MotionPlot {
   }
 
  private:
+  using Group = std::vector<const BakedElement*>;
+
+  // Elements below one parent with the same changed values, in the order of the first of each group.
+  static std::vector<Group> GroupsOf(std::span<const BakedElement> inElements) {
+    std::vector<Group> groups;
+    for (const BakedElement& element : inElements) {
+      const auto isAlike = [&element](const Group& group) {
+        return group[0]->fChannels == element.fChannels &&
+               group[0]->fElement->GetParentElement() == element.fElement->GetParentElement();
+      };
+      const auto place = std::ranges::find_if(groups, isAlike);
+      (place == groups.end() ? groups.emplace_back() : *place).push_back(&element);
+    }
+    return groups;
+  }
+
   static std::string Note(std::size_t inElementsLeft, std::size_t inSetsLeft) {
     std::string left = inElementsLeft == 0 ? "" : Counted(inElementsLeft, "more element");
     if (inSetsLeft != 0) {
@@ -63,13 +82,13 @@ class MotionPlot {
     return differs(0) || differs(1) || differs(2);
   }
 
-  // The position in the scene, beside the parent's and those of others.
+  // The position in the scene, beside the parent's and those of others. With neither it says what the values say.
   void AddPositions(const BakedElement& inElement) {
-    if (!IsElsewhere(inElement.fElement)) {
-      return;
-    }
     const std::string name = inElement.fElement->GetNameText();
     const std::vector<Other> others = OthersOf(*inElement.fElement);
+    if (others.empty() || !IsElsewhere(inElement.fElement)) {
+      return;
+    }
     PlotBlock block{name + ": position in the scene", {}};
     for (int axis = 0; axis < 3; ++axis) {
       PlotPanel panel{kAxes[axis], "inches", {}};
@@ -103,13 +122,45 @@ class MotionPlot {
     return others;
   }
 
-  // The values that were changed, in the element's own space.
-  void AddValues(const BakedElement& inElement) {
-    PlotBlock block{inElement.fElement->GetNameText() + ": changed values, relative to its parent", {}};
-    for (const ChannelInfo* channel : ChannelsOf(inElement.fChannels)) {
-      block.fPanels.push_back(MakePanel(channel->fName, UnitOf(channel->fChannel), inElement, channel->fChannel));
+  // The values that were changed, in the elements' own space: a line an element.
+  void AddValues(const Group& inGroup) {
+    std::vector<std::string> names;
+    for (const BakedElement* element : inGroup) {
+      names.push_back(element->fElement->GetNameText());
+    }
+    PlotBlock block{fmt::format("{}: changed values, relative to {} parent", fmt::join(names, ", "),
+                                names.size() == 1 ? "its" : "their"),
+                    {}};
+    for (const ChannelInfo* channel : ChannelsOf(inGroup[0]->fChannels)) {
+      block.fPanels.push_back(MakeGroupPanel(inGroup, names, *channel));
     }
     fPlot.fBlocks.push_back(std::move(block));
+  }
+
+  // What is the same without modifiers for all has one line.
+  static PlotPanel MakeGroupPanel(const Group& inGroup, const std::vector<std::string>& inNames,
+                                  const ChannelInfo& inChannel) {
+    PlotPanel panel{inChannel.fName, UnitOf(inChannel.fChannel), {}};
+    std::vector<PlotPanel> owns;
+    for (const BakedElement* element : inGroup) {
+      owns.push_back(MakePanel(panel.fTitle, "", *element, inChannel.fChannel));
+    }
+    const bool isShared = std::ranges::all_of(
+        owns, [&owns](const PlotPanel& own) { return own.fLines[0].fValues == owns[0].fLines[0].fValues; });
+    for (std::size_t i = 0; i < owns.size(); ++i) {
+      for (PlotLine& line : owns[i].fLines) {
+        line.fColour = static_cast<int>(i);
+      }
+      if (!isShared) {
+        owns[i].fLines[0].fName = inNames[i] + " without modifiers";
+      }
+      if (owns.size() > 1) {
+        owns[i].fLines[1].fName = inNames[i];
+      }
+      const auto first = owns[i].fLines.begin() + (isShared && i > 0 ? 1 : 0);
+      panel.fLines.insert(panel.fLines.end(), first, owns[i].fLines.end());
+    }
+    return panel;
   }
 
   // Values of one set stand together. Answers how many sets were left out.

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "QlxRun.h"
+#include "TempFolder.h"
 #include "cli/PlotScale.h"
 #include "cli/SvgPath.h"
 #include "cli/SvgPlot.h"
@@ -92,6 +94,33 @@ TEST(SvgPlot, RoundingNoiseIsDrawnFlat) {
     high = std::max(high, y);
   }
   EXPECT_LT(high - low, 1.0) << path;
+}
+
+// Followers change alike and share a block with one line for where they would all be; a lamp has no motion, but values.
+TEST(MotionPlot, DrawsElementsThatChangeAlikeTogetherAndValuesOfMaterials) {
+  struct Row {
+    const char* fScene;
+    std::vector<const char*> fTexts;
+    const char* fAbsent;
+  };
+  const Row rows[] = {
+      {"followers.gltf",
+       {"Follower1, Follower2, Follower3, Follower4, Follower5: changed values", ">Follower5<", ">without modifiers<"},
+       "position in the scene"},
+      {"clock.gltf", {">HourHand: changed values", ">DayHand: changed values", ">with modifiers<"}, "position"},
+      {"lamp.gltf", {"shader &quot;Bulb&quot;: changed values", "Emissive colour blue", "Intensity"}, "[]"},
+  };
+  const TempFolder folder;
+  for (const Row& row : rows) {
+    const QlxRun run = RunInProcess(
+        {"bake", Example(row.fScene), "-o", PathText(folder / "out.glb"), "--plot", PathText(folder / "out.svg")});
+    ASSERT_EQ(run.fCode, kExitDone) << row.fScene << run.fErr;
+    const std::string drawing = ReadFile(folder / "out.svg");
+    for (const char* text : row.fTexts) {
+      EXPECT_NE(drawing.find(text), std::string::npos) << row.fScene << ": " << text;
+    }
+    EXPECT_EQ(drawing.find(row.fAbsent), std::string::npos) << row.fScene;
+  }
 }
 
 }  // namespace
