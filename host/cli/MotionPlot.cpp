@@ -13,7 +13,8 @@ namespace qlx::host {
 
 namespace {
 
-constexpr std::size_t kElementsDrawn = 6;
+constexpr std::size_t kElementsDrawn = 8;
+constexpr std::size_t kMostInBlock = 6;  // lines of one colour each
 constexpr std::size_t kSetsDrawn = 6;
 constexpr const char* kAxes[] = {"X", "Y", "Z"};
 
@@ -52,7 +53,7 @@ class MotionPlot {
     std::vector<Group> groups;
     for (const BakedElement& element : inElements) {
       const auto isAlike = [&element](const Group& group) {
-        return group[0]->fChannels == element.fChannels &&
+        return group.size() < kMostInBlock && group[0]->fChannels == element.fChannels &&
                group[0]->fElement->GetParentElement() == element.fElement->GetParentElement();
       };
       const auto place = std::ranges::find_if(groups, isAlike);

@@ -104,7 +104,7 @@ class Link:
         if self.fFindControllerByName or self.fFindSourceByName:
             found = scene.by_name(self.fControllerName)
         elif self.controller is not None:
-            found = scene.elements[self.controller]
+            found = scene.by_index(self.controller)
         return element if found is None else found
 
     def run(self, scene, target, controller):

@@ -1,4 +1,6 @@
 """Random links, seeded, and their text in a scene file."""
+import struct
+
 from floats import INT_MAX, INT_MIN, f32
 from scene import POSITIONS, ROTATIONS
 
@@ -31,9 +33,15 @@ def token_number(value):
     return f'{value:.6f}'.rstrip('0').rstrip('.')
 
 
+def reference(index):
+    """The bytes of an element's id, which is two more than the index of its node."""
+    return '' if index is None else struct.pack('<I', index + 2).hex()
+
+
 def private_text(fields):
     """What the modifier's own persistence writes."""
     rows = [f'pset {int(fields["fTargetPathSet"])}', f'cpsl "{fields["fTargetPath"]}"',
+            f'sobj "{reference(fields.get("controller"))}"', 'bobj ""',
             f'cpst {int(fields["fControllerPathSet"])}', f'spar "{fields["fControllerPath"]}"']
     for block, tokens in BLOCKS:
         rows.append(f'{block} {{')
@@ -140,8 +148,8 @@ def random_target(random):
 
 
 def random_link(random, frames, sources):
-    """The fields of a link. `sources` are pairs of an element's name and a path."""
-    name, path = random.rng.choice(sources)
+    """The fields of a link. `sources` are elements, by name and index, and a path."""
+    name, index, path = random.rng.choice(sources)
     fields = {
         'fAttributeMode': not random.chance(0.01), 'fTargetPath': random_target(random),
         'fTargetPathSet': not random.chance(0.01), 'fControllerPath': path, 'fControllerPathSet': True,
@@ -149,8 +157,12 @@ def random_link(random, frames, sources):
     }
     if random.chance(0.05):  # by the other flag
         fields |= {'fFindControllerByName': False, 'fFindSourceByName': True}
-    if random.chance(0.05):  # it reads from its own element: there is no other of that name
+    if random.chance(0.3):  # by reference
+        fields |= {'controller': index, 'fFindControllerByName': False, 'fFindSourceByName': False}
+    if random.chance(0.05):  # it reads from its own element: there is no other of that name or id
         fields |= {'fControllerName': 'Nobody', 'fControllerPath': OWN_VALUE}
+        if 'controller' in fields:
+            fields['controller'] = random.rng.choice((None, 10**6))
     if random.chance(0.02):
         fields['fControllerPath'] = random.rng.choice(('self,cust,none', 'self'))
     if random.chance(0.01):

@@ -113,6 +113,9 @@ class Scene:
     def by_name(self, name):
         return self.names.get(name)
 
+    def by_index(self, index):
+        return self.elements[index] if index < len(self.elements) else None
+
     def begin(self, frame):
         self.frame, self.now = frame, self.times[frame]
 

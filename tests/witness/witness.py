@@ -2,9 +2,9 @@
 """witness.py QLX [--links N] [--seed N] [--keep FOLDER] - random links baked by the program, and computed here.
 
 Scenes of several frame rates with N links in all (default 2000) are baked over 60 frames; each value of the table must be
-the one that `chain.py` computes: to the last bit, and within 1e-6 of its size where a link has a sine. Prints one line, or
-the first differences with all fields of their links; ends with 1 when something differs. With --spoil the scenes get
-other numbers than the computation: then it must find differences.
+the one that `chain.py` computes: to the last bit, and within 1e-6 of its size where a link has a sine. The scenes as the
+program saves them must bake alike. Prints one line, or the first differences with all fields of their links; ends with 1
+when something differs. With --spoil the scenes get other numbers than the computation: then it must find differences.
 """
 import argparse
 import csv
@@ -70,7 +70,7 @@ def add_controllers(scene, random_):
         axis = 'XYZ'[i % 3]
         paths = ['self,cust,keys', 'self,cust,keys', 'self,cust,stat', 'self,cust,flag', f'{POSITIONS}{axis}COO',
                  f'{POSITIONS}Glb{axis}']
-        sources += [(element.name, path) for path in paths]
+        sources += [(element.name, i, path) for path in paths]
     return sources
 
 
@@ -94,9 +94,8 @@ def compute(scene, case):
     """Fills what is expected; false where a value is no number, which no scene may have."""
     link = Link(case.fields)
     case.expected, case.sizes = [], []
-    source = scene.by_name(link.fControllerName)
-    places = [source.find(link.fControllerPath) if source else None, case.element.find(link.fControllerPath),
-              case.element.find(link.fTargetPath)]
+    source = link.find_element(scene, case.element)
+    places = [source.find(link.fControllerPath), case.element.find(link.fTargetPath)]
     slots = {place.slot for place in places if place}
     for frame in range(FRAMES):
         scene.begin(frame)
@@ -127,18 +126,32 @@ def build(rng, rate, count, first, spoil):
         cases.append(case)
         if case.slot and not case.has_sine and case.fields['fTargetPath'] == CUSTOM_TARGET and random_.chance(0.1):
             case.slot.made = case.expected  # links that follow links
-            sources.append((element.name, CUSTOM_TARGET))
+            sources.append((element.name, scene.elements.index(element), CUSTOM_TARGET))
     return scene, cases, refused
 
 
+def run(program, *arguments):
+    done = subprocess.run([program, *arguments], capture_output=True, text=True)
+    if done.returncode != 0:
+        sys.exit(f'witness: qlx {" ".join(map(str, arguments))}: {done.stderr.strip()}')
+
+
+def bake_to_table(program, scene, file):
+    table = file.with_suffix('.csv')
+    run(program, 'bake', file, '-o', file.with_suffix('.glb'), '--csv', table, '--fps', str(scene.rate), '--from', '0',
+        '--to', str(FRAMES - 1))
+    return table
+
+
 def bake(program, scene, folder, name):
-    file = folder / f'{name}.gltf'
+    file, saved = folder / f'{name}.gltf', folder / f'{name}.saved.gltf'
     scene.write(file)
-    table = folder / f'{name}.csv'
-    run = subprocess.run([program, 'bake', file, '-o', folder / f'{name}.baked.gltf', '--csv', table, '--fps',
-                          str(scene.rate), '--from', '0', '--to', str(FRAMES - 1)], capture_output=True, text=True)
-    if run.returncode != 0:
-        sys.exit(f'witness: qlx bake {file}: {run.stderr.strip()}')
+    table = bake_to_table(program, scene, file)
+    # Saving changes nothing: a value that is set to what it is, and all links written by the program itself.
+    flag = scene.by_name('Controller0').find('self,cust,flag').animated() != 0.0
+    run(program, 'set', file, '--element', 'Controller0', '--path', 'self,cust,flag', str(flag).lower(), '-o', saved)
+    if bake_to_table(program, scene, saved).read_bytes() != table.read_bytes():
+        sys.exit(f'witness: {saved} does not bake as {file}')
     with open(table, newline='') as stream:
         titles, *rows = csv.reader(stream)
     return {title: [f32(float(row[i])) for row in rows] for i, title in enumerate(titles)}

@@ -17,14 +17,16 @@ const spokes = (radius) => joined(box([1.7 * radius, 0.05, 0.12]), box([0.05, 1.
 export function make(file) {
   const scene = new SceneBuilder('Cart');
   scene.addShape('Road', box([6, 0.05, 1.6], [0, -0.025, 0]), [0.45, 0.45, 0.42]);
-  const cart = scene.addShape('Cart', joined(box([1.7, 0.3, 0.7], [0.1, 0.55, 0]), box([0.6, 0.4, 0.6], [-0.3, 0.9, 0])), [0.75, 0.25, 0.15]);
+  const body = joined(box([1.7, 0.3, 0.7], [0.1, 0.55, 0]), box([0.6, 0.4, 0.6], [-0.3, 0.9, 0]));
+  const cart = scene.addShape('Cart', body, [0.75, 0.25, 0.15]);
   const tyre = scene.addMaterial('Tyre', [0.2, 0.2, 0.22]);
   const spoke = scene.addMaterial('Spoke', [0.85, 0.75, 0.5]);
   for (const axle of axles) {
     const mesh = scene.addMesh(`${axle.name}Wheel`, wheel(axle.radius, 0.08), tyre);
     scene.addToMesh(mesh, spokes(axle.radius), spoke);
     for (const side of sides) {
-      const node = scene.addNode({ name: `${axle.name}${side.name}Wheel`, mesh, translation: [axle.x, axle.radius, side.z], parent: cart });
+      const name = `${axle.name}${side.name}Wheel`;
+      const node = scene.addNode({ name, mesh, translation: [axle.x, axle.radius, side.z], parent: cart });
       // Inches over inches are radians; driving along +X turns a wheel backwards about +Z.
       const radius = Number((axle.radius * inchesInMetre).toFixed(6));
       scene.addModifier(node, link({

@@ -7,11 +7,13 @@ import { box, joined, moved, wheel } from './shapes.mjs';
 const lastFrame = 240;
 const hours = 3;
 
-const hand = (length, width, z) => joined(box([width, length, 0.02], [0, length / 2 - 0.05, z]), moved(wheel(width, 0.02, 12), [0, 0, z]));
+const hand = (length, width, z) =>
+  joined(box([width, length, 0.02], [0, length / 2 - 0.05, z]), moved(wheel(width, 0.02, 12), [0, 0, z]));
 
 function marks(count, radius, size) {
   const places = [...Array(count).keys()].map((i) => 2 * Math.PI * i / count);
-  return joined(...places.map((angle) => box([size, size, 0.02], [radius * Math.sin(angle), radius * Math.cos(angle), 0.03])));
+  const mark = (angle) => box([size, size, 0.02], [radius * Math.sin(angle), radius * Math.cos(angle), 0.03]);
+  return joined(...places.map(mark));
 }
 
 export function make(file) {
@@ -20,12 +22,14 @@ export function make(file) {
   scene.addShape('Hours', marks(12, 0.88, 0.07), [0.15, 0.15, 0.18], { parent: dial });
   const minuteHand = scene.addShape('MinuteHand', hand(0.85, 0.05, 0.08), [0.1, 0.1, 0.12], { parent: dial });
   const hourHand = scene.addShape('HourHand', hand(0.6, 0.08, 0.06), [0.75, 0.2, 0.15], { parent: dial });
-  const small = scene.addShape('SmallDial', wheel(0.22, 0.02, 24), [0.8, 0.84, 0.88], { parent: dial, translation: [0, -0.45, 0.02] });
+  const place = { parent: dial, translation: [0, -0.45, 0.02] };
+  const small = scene.addShape('SmallDial', wheel(0.22, 0.02, 24), [0.8, 0.84, 0.88], place);
   const dayHand = scene.addShape('DayHand', hand(0.22, 0.03, 0.03), [0.2, 0.45, 0.7], { parent: small });
 
   const turns = { target: paths.turnZ, source: paths.turnZ };
-  scene.addModifier(hourHand, link({ name: 'A twelfth of the minute hand', ...turns, from: 'MinuteHand', fields: modify('Divide', 12) }));
-  scene.addModifier(dayHand, link({ name: 'Half of the hour hand', ...turns, from: 'HourHand', fields: modify('Divide', 2) }));
+  const follow = (name, from, divisor) => link({ name, ...turns, from, fields: modify('Divide', divisor) });
+  scene.addModifier(hourHand, follow('A twelfth of the minute hand', 'MinuteHand', 12));
+  scene.addModifier(dayHand, follow('Half of the hour hand', 'HourHand', 2));
 
   const frames = framesTo(lastFrame, 15);
   const clockwise = (frame) => turn([0, 0, 1], -2 * Math.PI * hours * frame / lastFrame);

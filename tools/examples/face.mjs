@@ -7,7 +7,7 @@ const lastFrame = 96;
 const openAngle = 0.5; // radians: the mouth is open
 
 const jaw = (u) => 0.3 - 0.4 * Math.cos(4 * Math.PI * u); // goes past both ends of what the mouth can do
-const cheek = (u) => 0.5 - 0.5 * Math.cos(2 * Math.PI * u); // inches
+const smile = (u) => 0.5 - 0.5 * Math.cos(2 * Math.PI * u); // inches
 
 function mouth() {
   const shape = wheel(1, 0.04);
@@ -23,7 +23,8 @@ export function make(file) {
   const eye = (x) => ball([0.06, 0.08, 0.04], [x, 0.12, 0.45], 6, 10);
   scene.addShape('Eyes', joined(eye(-0.18), eye(0.18)), [0.12, 0.12, 0.15], { parent: head });
   const jawBone = scene.addShape('JawBone', box([0.3, 0.08, 0.16], [0, -0.5, 0.3]), [0.85, 0.62, 0.48], { parent: head });
-  const cheekBone = scene.addShape('CheekBone', joined(box([0.1, 0.06, 0.06], [-0.3, -0.05, 0.4]), box([0.1, 0.06, 0.06], [0.3, -0.05, 0.4])), [0.95, 0.55, 0.5], { parent: head });
+  const cheek = (x) => box([0.1, 0.06, 0.06], [x, -0.05, 0.4]);
+  const cheekBone = scene.addShape('CheekBone', joined(cheek(-0.3), cheek(0.3)), [0.95, 0.55, 0.5], { parent: head });
 
   const shape = mouth();
   const mesh = scene.addMesh('Mouth', shape, scene.addMaterial('Mouth', [0.5, 0.1, 0.12]), [
@@ -39,6 +40,6 @@ export function make(file) {
 
   const frames = framesTo(lastFrame);
   scene.addKeys(jawBone, 'rotation', frames, frames.map((frame) => turn([1, 0, 0], jaw(frame / lastFrame))));
-  scene.addKeys(cheekBone, 'translation', frames, frames.map((frame) => [0, cheek(frame / lastFrame) / inchesInMetre, 0]));
+  scene.addKeys(cheekBone, 'translation', frames, frames.map((frame) => [0, smile(frame / lastFrame) / inchesInMetre, 0]));
   scene.write(file, 'Talk');
 }

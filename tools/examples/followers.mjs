@@ -17,7 +17,8 @@ const duck = (size) => joined(
 
 export function make(file) {
   const scene = new SceneBuilder('Followers');
-  scene.addShape('Nest', joined(box([0.7, 0.1, 0.6], [0, 0.05, 0]), box([0.7, 0.3, 0.05], [0, 0.15, -0.3])), [0.4, 0.3, 0.2], { translation: [-2.1, 0, 0] });
+  const nest = joined(box([0.7, 0.1, 0.6], [0, 0.05, 0]), box([0.7, 0.3, 0.05], [0, 0.15, -0.3]));
+  scene.addShape('Nest', nest, [0.4, 0.3, 0.2], { translation: [-2.1, 0, 0] });
   const leader = scene.addShape('Leader', duck(1.2), [0.55, 0.42, 0.25], { translation: way(0) });
   const mesh = scene.addMesh('Duckling', duck(0.7), scene.addMaterial('Duckling', [0.95, 0.8, 0.2]));
   for (let i = 1, from = 'Leader'; i <= followers; from = `Follower${i++}`) {

@@ -15,7 +15,8 @@ const curves = [
   { name: 'Sum', flag: 'gqua' }, // p^2 + p, which reaches the top early and stays there
 ];
 
-const stem = () => joined(box([0.05, 1, 0.05], [0, 0.5, 0]), box([0.24, 0.03, 0.08], [0.1, 0.5, 0]), box([0.24, 0.03, 0.08], [-0.1, 0.35, 0]));
+const leaf = (x, y) => box([0.24, 0.03, 0.08], [x, y, 0]);
+const stem = () => joined(box([0.05, 1, 0.05], [0, 0.5, 0]), leaf(0.1, 0.5), leaf(-0.1, 0.35));
 
 const blossom = () => {
   const petals = [...Array(6).keys()].map((i) => [Math.cos(Math.PI * i / 3) * 0.1, 0, Math.sin(Math.PI * i / 3) * 0.1]);

@@ -25,10 +25,12 @@ export function box(size, centre = [0, 0, 0]) {
 // A disc or wheel: round about Z, `depth` thick.
 export function wheel(radius, depth, sides = 24) {
   const shape = { positions: [], normals: [], indices: [] };
-  const around = [...Array(sides + 1).keys()].map((i) => [Math.cos(2 * Math.PI * i / sides), Math.sin(2 * Math.PI * i / sides)]);
+  const angles = [...Array(sides + 1).keys()].map((i) => 2 * Math.PI * i / sides);
+  const around = angles.map((angle) => [Math.cos(angle), Math.sin(angle)]);
   for (const side of [-1, 1]) {
     const first = shape.positions.length;
-    shape.positions.push([0, 0, side * depth / 2], ...around.map(([x, y]) => [x * radius, y * radius, side * depth / 2]));
+    const z = side * depth / 2;
+    shape.positions.push([0, 0, z], ...around.map(([x, y]) => [x * radius, y * radius, z]));
     shape.normals.push(...Array(sides + 2).fill([0, 0, side]));
     for (let i = 1; i <= sides; ++i) {
       shape.indices.push(first, first + i + (side < 0), first + i + (side > 0));
@@ -58,7 +60,8 @@ export function ball(radii, centre = [0, 0, 0], rings = 10, sides = 16) {
       shape.normals.push(normal.map((part) => part / length));
       if (ring < rings && side < sides) {
         const [here, below] = [ring * (sides + 1) + side, (ring + 1) * (sides + 1) + side];
-        shape.indices.push(...(ring > 0 ? [here, here + 1, below + 1] : []), ...(ring < rings - 1 ? [here, below + 1, below] : []));
+        shape.indices.push(...(ring > 0 ? [here, here + 1, below + 1] : []));
+        shape.indices.push(...(ring < rings - 1 ? [here, below + 1, below] : []));
       }
     }
   }
