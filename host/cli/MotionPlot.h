@@ -1,9 +1,9 @@
 // The plot of a bake: how the elements that modifiers changed move, beside how they would have moved without.
 //
-// Elements have blocks with the values that were changed: those below one parent that changed alike share one. An element
-// that stands elsewhere than it would has a block with its position in the scene before that, beside its parent's and
-// those of other elements asked for. What else has changed values, materials, lights and weights, has blocks as well.
-// With many the first few are drawn and a note counts the rest.
+// Elements have blocks with the values that were changed: those below one parent that changed alike share one. An
+// element that stands elsewhere than it would has a block with its position in the scene before that, beside its
+// parent's and those of other elements asked for. What else has changed values, materials, lights and weights, has
+// blocks as well. With many the first few are drawn and a note counts the rest.
 #pragma once
 
 #include <string>
