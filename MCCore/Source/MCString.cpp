@@ -118,9 +118,7 @@ TMCString& TMCString::operator=(const char* inText) {
   return *this;
 }
 
-// Not inlined into the fixed forms: there the compiler sees a write past a full text, which the check below keeps from
-// happening.
-[[gnu::noinline]] TMCString& TMCString::operator+=(char inByte) {
+TMCString& TMCString::operator+=(char inByte) {
   const uint32 oldByteLength = fByteLength;
   if (oldByteLength < fMaxLength) {
     ++fByteLength;

@@ -15,13 +15,9 @@ constexpr uint16 kMixed[3] = {0b110'110'000, 0b101'000'101, 0b000'011'011};
 constexpr uint16 kKept[3] = {0b000'000'001, 0b000'010'000, 0b100'000'000};
 
 // A direction that rounding alone makes counts as none.
-constexpr real32 kRounding = 1e-6f;
+constexpr real32 kNoDirection = 1e-6f;
 
 constexpr Channel kTurns[3] = {Channel::kRotationX, Channel::kRotationY, Channel::kRotationZ};
-
-uint32 IndexOf(Channel inChannel) {
-  return static_cast<uint32>(inChannel);
-}
 
 }  // namespace
 
@@ -35,7 +31,7 @@ AxisInfluence::Pattern AxisInfluence::PatternOf(const TMatrix33& inMatrix) {
   }
   Pattern pattern = 0;
   for (int i = 0; i < 9; ++i) {
-    if (std::fabs(inMatrix(i / 3, i % 3)) > kRounding * largest) {
+    if (std::fabs(inMatrix(i / 3, i % 3)) > kNoDirection * largest) {
       pattern |= static_cast<Pattern>(1U << i);
     }
   }

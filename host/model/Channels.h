@@ -25,6 +25,10 @@ enum class Channel : uint8 {
 
 inline constexpr std::size_t kChannelCount = 10;
 
+constexpr uint32 IndexOf(Channel inChannel) {
+  return static_cast<uint32>(inChannel);
+}
+
 using ChannelMask = uint16;
 constexpr ChannelMask MaskOf(Channel inChannel) {
   return static_cast<ChannelMask>(1U << static_cast<unsigned>(inChannel));

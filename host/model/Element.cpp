@@ -26,10 +26,6 @@ struct Element::Curves {
 
 namespace {
 
-constexpr std::size_t IndexOf(Channel inChannel) {
-  return static_cast<std::size_t>(inChannel);
-}
-
 constexpr bool IsRotation(Channel inChannel) {
   return (MaskOf(inChannel) & kRotationMask) != 0;
 }
