@@ -19,6 +19,8 @@ struct ClassEntry {
 
 template <class Component>
 TBasicUnknown* Make() {
+  // The host's allocator on a 32-bit target, and the C library's there, align to eight bytes.
+  static_assert(alignof(Component) <= 8, "components live in memory of the host");
   return new Component;
 }
 

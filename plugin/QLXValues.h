@@ -58,7 +58,7 @@ class QLXValueBuffer {
 
  private:
   ParamHolder fHolder;
-  alignas(std::max_align_t) std::byte fBytes[ParamType::kMaxSize];
+  alignas(real64) alignas(void*) std::byte fBytes[ParamType::kMaxSize];  // no more than a host's memory is aligned
 };
 
 }  // namespace qlx
