@@ -8,6 +8,7 @@
 #include "MCMemoryStream.h"
 #include "MCToken.h"
 #include "PinModifier.h"
+#include "PlatformTextGuard.h"
 #include "SilentReports.h"
 
 namespace qlx::test {
@@ -117,6 +118,8 @@ TEST_F(QLXTokens, EveryChangedByteEnds) {
 
 TEST_F(QLXTokens, ReadingIsTolerant) {
   const AssertionGuard silence;
+  PlatformTextGuard platform;
+  platform.UseUtf8CodePage();  // a Western one asks for a table of the host's, and there is no host here
   const struct {
     const char* fLabel;
     const char* fText;
