@@ -31,7 +31,7 @@ export function make(file) {
     { name: 'Open', moves: shape.positions.map(([, y]) => [0, 4 * y - 0.02, 0]) },
     { name: 'Smile', moves: shape.positions.map(([x]) => [0.2 * x, 2 * x * x, 0]) },
   ]);
-  const node = scene.addNode({ name: 'Mouth', mesh, translation: [0, -0.22, 0.46], parent: head });
+  const node = scene.addNode({ name: 'Mouth', mesh, translation: [0, -0.22, 0.49], parent: head });
   scene.addModifier(node, link({
     name: 'Open', target: 'RMPH,0,0', from: 'JawBone', source: paths.turnX,
     fields: { ...modify('Divide', openAngle), ...limits },
