@@ -357,7 +357,6 @@ void Scene::RefreshWorkLists() {
       fModified.push_back(element);
     }
   }
-  PlanAhead();
   fWorkListsValid = true;
 }
 
