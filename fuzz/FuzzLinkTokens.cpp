@@ -1,14 +1,8 @@
 // The private data of links: any bytes, and what was read written and read again.
-#include <string_view>
-
 #include "FuzzTokens.h"
 #include "QLXModifierTokens.h"
 
 namespace {
-
-std::string_view TextOf(const qlx::TMCMemoryStream& inStream) {
-  return {reinterpret_cast<const char*>(inStream.GetData()), static_cast<std::size_t>(inStream.GetSize())};
-}
 
 void WriteLevel(qlx::TMCStream& ioStream, const qlx::QLXPrivateData& inData) {
   qlx::MCToken::BeginSection(ioStream);

@@ -1,16 +1,6 @@
 // Presets of links: any bytes, and what was read written and read again.
-#include <string_view>
-
 #include "FuzzTokens.h"
 #include "QLXPreset.h"
-
-namespace {
-
-std::string_view TextOf(const qlx::TMCMemoryStream& inStream) {
-  return {reinterpret_cast<const char*>(inStream.GetData()), static_cast<std::size_t>(inStream.GetSize())};
-}
-
-}  // namespace
 
 int LLVMFuzzerTestOneInput(const uint8_t* inBytes, size_t inSize) {
   using namespace qlx;

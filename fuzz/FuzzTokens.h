@@ -1,6 +1,8 @@
 // What the fuzz targets of the token format share.
 #pragma once
 
+#include <string_view>
+
 #include "FuzzTarget.h"
 #include "MCException.h"
 #include "MCMemory.h"
@@ -39,6 +41,11 @@ class TokenInput {
   TMCMemoryStream fOwn;
   ForeignStream fForeign;
 };
+
+// What was written, while the stream stays as it is.
+inline std::string_view TextOf(const TMCMemoryStream& inStream) {
+  return {reinterpret_cast<const char*>(inStream.GetData()), static_cast<std::size_t>(inStream.GetSize())};
+}
 
 // False when the work ended in an exception. Its code must be one that readers of tokens may throw.
 template <class Work>
