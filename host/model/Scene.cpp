@@ -274,8 +274,9 @@ void Scene::ApplyInOrder() {
   for (const EvaluationStep& step : fOrder->GetSteps()) {
     fAhead.Reach(done++);
     const TMCCountedPtr<Modifier> modifier = step.fModifier;
-    if (modifier->GetElement() == step.fElement && modifier->IsEnabled()) {
-      modifier->Apply(*step.fElement);
+    Element* const element = modifier->GetElement();
+    if (element != nullptr && element == step.fElement && modifier->IsEnabled()) {
+      modifier->Apply(*element);
     }
   }
 }
