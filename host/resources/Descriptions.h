@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "MCGuid.h"
 #include "MCTypes.h"
 
 namespace qlx::host {
@@ -18,6 +19,8 @@ struct ExtensionRecord {
   std::string fLabel;     // what a person reads: "QLX Link"
   std::string fHelp;      // one sentence
   int16 fResourceId = 0;  // its panel or dialog; 0: none
+
+  bool operator==(const ExtensionRecord&) const = default;
 };
 
 enum class ControlKind : uint8 {
@@ -58,6 +61,8 @@ struct ControlDescription {
   uint8 fColumns = 12;
   bool fSameRow = false;
   std::vector<ControlDescription> fChildren;
+
+  bool operator==(const ControlDescription&) const = default;
 };
 
 // A panel ('Panl') or dialog ('Dlog'). A dialog always has OK and Cancel of the host's own.
@@ -67,6 +72,8 @@ struct PartDescription {
   std::string fLabel;
   MCGuid fExtension{};  // class of the part's code; zeros: none
   ControlDescription fRoot;
+
+  bool operator==(const PartDescription&) const = default;
 };
 
 // A field of a class's public block and the control that shows it. Types: 'bool', 'in32', 're32', 'VEC3', 's255' (a
@@ -76,11 +83,15 @@ struct FieldDescription {
   std::string fName;  // "fModifyValue"
   MCID fType = 0;
   MCID fControl = 0;  // 0: shown nowhere
+
+  bool operator==(const FieldDescription&) const = default;
 };
 
 struct ParameterMapDescription {
   MCID fClass = 0;  // 'fQLX'
   std::vector<FieldDescription> fFields;
+
+  bool operator==(const ParameterMapDescription&) const = default;
 };
 
 }  // namespace qlx::host
