@@ -4,6 +4,7 @@
 #include "HostInterface.h"
 #include "HostTimeLines.h"
 #include "MCException.h"
+#include "ModifiedElement.h"
 #include "OperationGuard.h"
 #include "Transforms.h"
 
@@ -127,14 +128,7 @@ void PinModifier::HandleButton(MCID inPart) {
 }
 
 TMCCountedPtr<TreeElement> PinModifier::FindElement() {
-  if (fTree) {
-    return fTree;
-  }
-  TMCCountedPtr<TreeElement> tree;
-  if (const auto holder = MCQuery<I3DShModifierHolder>(static_cast<I3DExModifier*>(this))) {
-    holder->GetModifiedElement(tree.WriteInto());
-  }
-  return tree;
+  return fTree ? fTree : FindModifiedElement(*this);
 }
 
 void PinModifier::TakePosition(TreeElement& inTree) {

@@ -17,7 +17,29 @@ std::string_view ViewText(const TMCString& inText) {
   return {inText.CStr(), inText.ByteLength()};
 }
 
-// An object that refuses its attributes has no parameters for a link.
+const TMCString& GetLinkedName(QLXLinked inWhich, const QLXModifierData& inData) {
+  return inWhich == QLXLinked::kController ? inData.fControllerName : inData.fSourceName;
+}
+
+bool IsFoundByName(const QLXModifierData& inData) {
+  return inData.fFindControllerByName || inData.fFindSourceByName;
+}
+
+TMCCountedPtr<TreeElement> FindByName(I3DShScene& inScene, const TMCString& inName) {
+  TMCCountedPtr<IMCUnknown> object;
+  inScene.GetRoot(object.WriteInto());
+  const auto root = MCQuery<TreeElement>(object);
+  const std::string_view name = ViewText(inName);
+  for (TreeElement* element = root.Get(); element; element = NextBelow(*root, *element)) {
+    if (ViewText(element->GetName()) == name) {
+      return MCShare(element);
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
 TMCCountedPtr<ParamInfo> ResolveQuietly(TreeElement* inObject, const TMCString& inPath) {
   try {
     return ResolveTextPath(inObject, inPath);
@@ -26,7 +48,19 @@ TMCCountedPtr<ParamInfo> ResolveQuietly(TreeElement* inObject, const TMCString& 
   }
 }
 
-}  // namespace
+TMCCountedPtr<TreeElement> FindLinkedElement(I3DShScene& inScene, QLXLinked inWhich, const QLXModifierData& inData,
+                                             const QLXPrivateData& inPrivate) {
+  if (IsFoundByName(inData)) {
+    return FindByName(inScene, GetLinkedName(inWhich, inData));
+  }
+  const ObjectReference& reference =
+      inWhich == QLXLinked::kController ? inPrivate.fControllerRef : inPrivate.fSourceRef;
+  TMCCountedPtr<TreeElement> found;
+  if (reference.GetElemCount() != 0) {
+    inScene.FindElementByRef(found.WriteInto(), reference);
+  }
+  return found;
+}
 
 void QLXParameter::Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent) {
   Forget();
@@ -128,19 +162,15 @@ bool QLXLookups::StillStands(QLXLinked inWhich, bool inByName, const TMCString& 
 }
 
 TreeElement* QLXLookups::FindLinked(QLXLinked inWhich, const QLXModifierData& inData, const QLXPrivateData& inPrivate) {
-  const bool isController = inWhich == QLXLinked::kController;
-  const bool byName = inData.fFindControllerByName || inData.fFindSourceByName;
-  const TMCString& name = isController ? inData.fControllerName : inData.fSourceName;
+  const bool byName = IsFoundByName(inData);
+  const TMCString& name = GetLinkedName(inWhich, inData);
   if (StillStands(inWhich, byName, name)) {
     return fLinked.Get();
   }
   ForgetLinked();
-  const ObjectReference& reference = isController ? inPrivate.fControllerRef : inPrivate.fSourceRef;
+  fLinked = FindLinkedElement(*fScene, inWhich, inData, inPrivate);
   if (byName) {
-    fLinked = FindByName(name);
     fLinkedName = name;
-  } else if (reference.GetElemCount() != 0) {
-    fScene->FindElementByRef(fLinked.WriteInto(), reference);
   }
   if (!fLinked) {
     fLinked = fElement;
@@ -148,19 +178,6 @@ TreeElement* QLXLookups::FindLinked(QLXLinked inWhich, const QLXModifierData& in
   fLinkedWhich = inWhich;
   fLinkedByName = byName;
   return fLinked.Get();
-}
-
-TMCCountedPtr<TreeElement> QLXLookups::FindByName(const TMCString& inName) const {
-  TMCCountedPtr<IMCUnknown> object;
-  fScene->GetRoot(object.WriteInto());
-  const auto root = MCQuery<TreeElement>(object);
-  const std::string_view name = ViewText(inName);
-  for (TreeElement* element = root.Get(); element; element = NextBelow(*root, *element)) {
-    if (ViewText(element->GetName()) == name) {
-      return MCShare(element);
-    }
-  }
-  return nullptr;
 }
 
 void QLXLookups::LookUp(QLXParameter& ioPlace, TreeElement* inObject, const TMCString& inPath, MCID inComponent) {

@@ -63,8 +63,16 @@ struct QLXPathKey {
   bool fIsMorph = false;
 };
 
+// The parameter that a path names, null also for an object that refuses its attributes.
+TMCCountedPtr<ParamInfo> ResolveQuietly(TreeElement* inObject, const TMCString& inPath);
+
 // Whom a link follows: its controller in attribute mode, its source in object mode.
 enum class QLXLinked : uint8 { kController, kSource };
+
+// The element that a link follows, looked up anew: by name where the link says so, else by its reference. Null for
+// none.
+TMCCountedPtr<TreeElement> FindLinkedElement(I3DShScene& inScene, QLXLinked inWhich, const QLXModifierData& inData,
+                                             const QLXPrivateData& inPrivate);
 
 // The links of object mode that go through parameters, in their order.
 struct QLXObjectLink {
@@ -145,7 +153,6 @@ class QLXLookups {
   static QLXParameter* FindObjectLink(QLXParameter& ioPlace, TreeElement* inObject, std::size_t inLink);
   bool HasObjectParameters();
   bool StillStands(QLXLinked inWhich, bool inByName, const TMCString& inName) const;
-  TMCCountedPtr<TreeElement> FindByName(const TMCString& inName) const;
   bool Stands(const TreeElement& inElement, const I3DShScene& inScene) const;
   void Start(TreeElement& inElement, I3DShScene& inScene, const QLXPrivateData& inPrivate);
   void ForgetAll();

@@ -5,6 +5,7 @@
 #include "MCException.h"
 #include "MCMemory.h"
 #include "MCStream.h"
+#include "ModifiedElement.h"
 #include "OperationGuard.h"
 #include "QLXEvaluation.h"
 #include "QLXModifierTokens.h"
@@ -136,6 +137,12 @@ void QLXModifier::SetControllerRef(const ObjectReference& inReference) {
 void QLXModifier::SetSourceRef(const ObjectReference& inReference) {
   fLookups.Forget();
   fPrivate.fSourceRef = inReference;
+}
+
+// A clone shares the element that it was evaluated on with the modifier that it was made from: the host knows better.
+TMCCountedPtr<TreeElement> QLXModifier::FindElement() {
+  auto element = FindModifiedElement(*this);
+  return element ? element : fMemory.fTargetElement;
 }
 
 void QLXModifier::SetChainLink(const QLXChainLink& inLink) {

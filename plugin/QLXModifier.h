@@ -31,7 +31,8 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   void* MC_CALL GetExtensionDataBuffer() override { return &fData; }
   uint32 MC_CALL GetExtensionDataSize() override { return sizeof fData; }
   int16 MC_CALL GetResourceId() override { return 150; }
-  // The panel's buttons, by their ids or as messages of their own:
+  // Brings the panel up to date, and does what its buttons ask for, which come by their ids or as messages of their
+  // own: those of QLXPanel.h, and
   //   'LOAD'  asks for a preset and takes it over, all or nothing
   //   'SAVE'  asks for a file and writes a preset
   //   'SAVF'  writes to the file that was loaded or saved last; asks where there is none
@@ -65,12 +66,15 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   // What the object gave for itself; empty for none.
   void SetControllerRef(const ObjectReference& inReference);
   void SetSourceRef(const ObjectReference& inReference);
+  // The element that the link sits on; null for none.
+  TMCCountedPtr<TreeElement> FindElement();
   // While they are locked a reset leaves the links alone.
   void SetLinksLocked(bool inLocked) { fLinksLocked = inLocked; }
   // Takes over a link of a chain. The control element becomes the source where there is one that is used.
   void SetChainLink(const QLXChainLink& inLink);
 
  private:
+  void HandlePreset(MCID inCommand);
   void LoadPreset(const TMCString& inFile);
   void SavePreset(const TMCString& inFile);
 

@@ -1,4 +1,4 @@
-// What the panel of a link asks for: presets, read and written at a person's wish.
+// Messages of a link's panel, and what presets need: files, read and written at a person's wish.
 #include "COMSafeUtilities.h"
 #include "HostInterface.h"
 #include "MCException.h"
@@ -6,6 +6,7 @@
 #include "MCMemoryStream.h"
 #include "OperationGuard.h"
 #include "QLXModifier.h"
+#include "QLXPanel.h"
 #include "QLXPreset.h"
 
 namespace qlx {
@@ -68,29 +69,38 @@ MCResult QLXModifier::HandleEvent(uint32 inMessage, IMCUnknown* inSource, void* 
     if (shell && shell->IsEventHandlingSuspended()) {
       return MC_S_OK;
     }
-    TMCDynamicString file;
-    switch (FindCommand(inMessage, inSource)) {
-      case "LOAD"_id:
-        if (ChooseFile(&IFileService::ChooseFileToOpen, file)) {
-          LoadPreset(file);
-        }
-        break;
-      case "SAVE"_id:
-        if (ChooseFile(&IFileService::ChooseFileToSave, file)) {
-          SavePreset(file);
-        }
-        break;
-      case "SAVF"_id:
-        file = fPresetFile;
-        if (!file.IsEmpty() || ChooseFile(&IFileService::ChooseFileToSave, file)) {
-          SavePreset(file);
-        }
-        break;
-      default:
-        break;
-    }
+    const MCID command = FindCommand(inMessage, inSource);
+    const auto source = MCQuery<IMFPart>(inSource);
+    QLXPanel panel(*this, source.Get());
+    panel.SetUp();
+    panel.Handle(command);
+    HandlePreset(command);
     return MC_S_OK;
   });
+}
+
+void QLXModifier::HandlePreset(MCID inCommand) {
+  TMCDynamicString file;
+  switch (inCommand) {
+    case "LOAD"_id:
+      if (ChooseFile(&IFileService::ChooseFileToOpen, file)) {
+        LoadPreset(file);
+      }
+      break;
+    case "SAVE"_id:
+      if (ChooseFile(&IFileService::ChooseFileToSave, file)) {
+        SavePreset(file);
+      }
+      break;
+    case "SAVF"_id:
+      file = fPresetFile;
+      if (!file.IsEmpty() || ChooseFile(&IFileService::ChooseFileToSave, file)) {
+        SavePreset(file);
+      }
+      break;
+    default:
+      break;
+  }
 }
 
 void QLXModifier::LoadPreset(const TMCString& inFile) {

@@ -1,15 +1,20 @@
-// A host's services as links use them: files that a person chooses, alerts, updates, and a panel's buttons.
+// A host's services as links use them: files and objects that a person chooses, dialogs, alerts, updates.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "COMSafeUtilities.h"
-#include "FakeAttributes.h"
+#include "FakePanel.h"
 #include "HostInterface.h"
 #include "HostScene.h"
 #include "MCString.h"
 #include "SilentReports.h"
+#include "TestMemory.h"
 
 namespace qlx::test {
 
@@ -61,24 +66,17 @@ class LinkShell final : public FakeObject<IShellUtilities> {
   bool MC_CALL IsEventHandlingSuspended() override { return fIsSuspended; }
   void MC_CALL SetShellState(uint32, uint8, uint8) override {}
   IMCUnknown* MC_CALL EnsureObjectHolder(TreeElement*) override { return nullptr; }
-  bool MC_CALL ChooseObject(TreeElement**, const TMCString&, const TMCString&, int32, int32, int32) override {
-    return false;
+  bool MC_CALL ChooseObject(TreeElement** outChosen, const TMCString& inTitle, const TMCString& inPrompt, int32, int32,
+                            int32) override {
+    fTexts = TextOf(inTitle) + "|" + TextOf(inPrompt);
+    if (fChoice) {
+      MCAssignCounted(outChosen, fChoice);
+    }
+    return fChoice != nullptr;
   }
   bool fIsSuspended = false;
-};
-
-// A button of the panel.
-class LinkButton final : public FakeObject<IMFPart> {
- public:
-  explicit LinkButton(MCID inID) : fID(inID) {}
-  MCID MC_CALL GetPartId() override { return fID; }
-  void MC_CALL FindChildPart(IMFPart**, MCID, int32) override {}
-  void MC_CALL GetParentPart(IMFPart**) override {}
-  MCResult MC_CALL GetPartValue(void*, MCID) override { return MC_E_NOTVALID; }
-  MCResult MC_CALL SetPartValue(const void*, MCID, int32, int32) override { return MC_E_NOTVALID; }
-
- private:
-  MCID fID;
+  TreeElement* fChoice = nullptr;  // null: the person cancels
+  std::string fTexts;              // of the last question
 };
 
 // Offers the services while it lives, beside the memory that the test has. Make it after that, and before an
@@ -88,8 +86,12 @@ class LinkServices final : public IMCUnknown {
   LinkServices() {
     const SilentReports silence;  // most services are missing
     StartUtilities(this);
+    fCounted.emplace();
   }
   ~LinkServices() {
+    fDialogs.Clear();
+    EXPECT_EQ(fCounted->fLiveCount, 0) << "a counted object is alive";
+    EXPECT_TRUE(fDialogs.fContexts.empty()) << "a resource context is left";
     EndUtilities();
     gMemoryUtilities = fMemory;
     gDebugUtilities = fDebug;
@@ -98,12 +100,19 @@ class LinkServices final : public IMCUnknown {
   LinkServices& operator=(const LinkServices&) = delete;
 
   MCResult MC_CALL QueryInterface(const MCGuid& inID, void** outObject) override {
-    *outObject = inID == IShellUtilities::kInterfaceID    ? static_cast<void*>(static_cast<IShellUtilities*>(&fShell))
-                 : inID == IFileService::kInterfaceID     ? static_cast<void*>(static_cast<IFileService*>(&fFiles))
-                 : inID == IAlertService::kInterfaceID    ? static_cast<void*>(static_cast<IAlertService*>(&fAlerts))
-                 : inID == IUpdateService::kInterfaceID   ? static_cast<void*>(static_cast<IUpdateService*>(&fUpdates))
-                 : inID == IMemoryUtilities::kInterfaceID ? static_cast<void*>(fMemory)
-                                                          : nullptr;
+    const std::pair<MCGuid, void*> services[] = {
+        {IShellUtilities::kInterfaceID, static_cast<IShellUtilities*>(&fShell)},
+        {IFileService::kInterfaceID, static_cast<IFileService*>(&fFiles)},
+        {IAlertService::kInterfaceID, static_cast<IAlertService*>(&fAlerts)},
+        {IUpdateService::kInterfaceID, static_cast<IUpdateService*>(&fUpdates)},
+        {IDialogFactory::kInterfaceID, static_cast<IDialogFactory*>(&fDialogs)},
+        {IResourceManager::kInterfaceID, static_cast<IResourceManager*>(&fDialogs)},
+        {IMemoryUtilities::kInterfaceID, fMemory},
+    };
+    *outObject = nullptr;
+    for (const auto& [id, service] : services) {
+      *outObject = id == inID ? service : *outObject;
+    }
     return *outObject ? MC_S_OK : MC_E_NOINTERFACE;
   }
   uint32 MC_CALL AddRef() override { return 1; }
@@ -113,8 +122,10 @@ class LinkServices final : public IMCUnknown {
   LinkFiles fFiles;
   LinkAlerts fAlerts;
   LinkUpdates fUpdates;
+  FakeDialogs fDialogs;
 
  private:
+  std::optional<TestBookkeeping> fCounted;
   IMemoryUtilities* fMemory = gMemoryUtilities;
   IDebugUtilities* fDebug = gDebugUtilities;
 };

@@ -24,8 +24,8 @@ class QLXPreset : public testing::Test {
     return testing::TempDir() + "qlx_" + test->name() + inSuffix + ".txt";
   }
   MCResult Press(MCID inButton) {
-    LinkButton button(inButton);
-    return fLink->HandleEvent(5, static_cast<IMFPart*>(&button), nullptr);
+    FakeControl button(inButton);
+    return fLink->HandleEvent(5, button.AsPart(), nullptr);
   }
   std::vector<std::string> ReadLines(const std::string& inFile) {
     std::ifstream file(inFile, std::ios::binary);
