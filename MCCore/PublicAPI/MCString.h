@@ -11,6 +11,7 @@
 // case; `==` and `!=` compare bytes. They disagree on purpose: "abc" and "ABC" are neither less nor greater, nor equal.
 #pragma once
 
+#include <cstdint>
 #include <cstring>
 #include <limits>
 
@@ -22,6 +23,28 @@ namespace qlx {
 class IMCTranscoder;
 template <class T>
 class TMCPtrArray;
+
+// Whether the count of characters is known to be that of the bytes, so that an append counts what is new alone; a few
+// operations leave the two at odds on purpose. Objects of 32 bits have no byte to spare for it: their layout is fixed.
+class MCTextCount {
+ public:
+#if UINTPTR_MAX > UINT32_MAX
+  bool IsKnown() const noexcept {
+    return fIsKnown;
+  }
+  void SetKnown(bool inIsKnown) noexcept {
+    fIsKnown = inIsKnown;
+  }
+
+ private:
+  bool fIsKnown = false;
+#else
+  static constexpr bool IsKnown() noexcept {
+    return false;
+  }
+  static constexpr void SetKnown(bool) noexcept {}
+#endif
+};
 
 class TMCString : public TMCObject {
  public:
@@ -44,7 +67,7 @@ class TMCString : public TMCObject {
   virtual void SetByteLength(uint32 byteLength);
   // Does nothing on a fixed form.
   virtual void SetMaxLength(uint32 maxLength);
-  // The writable bytes. The base has none: called there it throws `MC_E_PURECALL`.
+  // The writable bytes, until the text changes. The base has none: called there it throws `MC_E_PURECALL`.
   virtual char* Buffer() = 0;
 
   // Null leaves the text as it is.
@@ -189,7 +212,22 @@ class TMCString : public TMCObject {
   // Reports what one more byte in a full storage reports.
   void ReportFull();
   void CountCharacters();
+  // What a count of the bytes, which are given, gives.
+  uint32 TrueLength(const char* inBytes) const;
+  // Adds a byte, for which there is room, as a character.
+  void AddByte(char* ioBytes, char inByte) noexcept {
+    const uint32 end = fByteLength;
+    ioBytes[end] = inByte;
+    ioBytes[end + 1] = 0;
+    fByteLength = end + 1;
+    ++fLength;
+    if (static_cast<uint8>(inByte) >= 0x80) {
+      fCount.SetKnown(false);
+    }
+  }
   void WriteNul();
+  // `Buffer()` of an operation that keeps the count true.
+  char* CountedBytes();
   // True when `index` is a place where text can be inserted.
   bool CanInsert(const TMCString& inText, int32 index) const;
   // Offset of the character's first byte; the byte length past the end.
@@ -207,6 +245,7 @@ class TMCString : public TMCObject {
   uint32 fLength = 0;
   uint32 fByteLength = 0;
   uint32 fMaxLength = 0;
+  [[no_unique_address]] MCTextCount fCount;
 };
 
 // The one body of the fixed forms.
@@ -243,9 +282,7 @@ class TMCFixedString final : public TMCString {
   using TMCString::operator+=;
   TMCFixedString& operator+=(char inByte) override {
     if (fByteLength < kCapacity) {
-      fBytes[fByteLength] = inByte;
-      fBytes[++fByteLength] = 0;
-      ++fLength;
+      AddByte(fBytes, inByte);
     } else {
       ReportFull();
     }
@@ -264,7 +301,10 @@ class TMCFixedString final : public TMCString {
     return *this;
   }
 
-  char* Buffer() override { return fBytes; }
+  char* Buffer() override {
+    fCount.SetKnown(false);
+    return fBytes;
+  }
 
  private:
   char fBytes[kCapacity + 1];
@@ -297,7 +337,14 @@ class TMCDynamicString final : public TMCString {
   using TMCString::operator+=;
   TMCDynamicString& operator=(const TMCString& inSource) override;
   TMCDynamicString& operator=(const TMCDynamicString& inSource);
-  TMCDynamicString& operator+=(char inByte) override;
+  TMCDynamicString& operator+=(char inByte) override {
+    if (fByteLength < fMaxLength) {
+      AddByte(fStringBuffer, inByte);
+    } else {
+      AppendCharacter(&inByte, 1);
+    }
+    return *this;
+  }
   TMCDynamicString& operator+=(const TMCString& inText) override;
   TMCDynamicString& operator+=(const TMCDynamicString& inText);
   void Insert(const TMCString& inText, int32 index) override;

@@ -42,17 +42,6 @@ TMCDynamicString& TMCDynamicString::operator=(const TMCDynamicString& inSource) 
   return *this = static_cast<const TMCString&>(inSource);
 }
 
-TMCDynamicString& TMCDynamicString::operator+=(char inByte) {
-  if (fByteLength < fMaxLength) {
-    fStringBuffer[fByteLength] = inByte;
-    fStringBuffer[++fByteLength] = 0;
-    ++fLength;
-  } else {
-    AppendCharacter(&inByte, 1);
-  }
-  return *this;
-}
-
 TMCDynamicString& TMCDynamicString::operator+=(uint16 inCodePageChar) {
   const char bytes[2] = {static_cast<char>(inCodePageChar >> 8), static_cast<char>(inCodePageChar)};
   const bool isPair = !PlatformHasWesternCodePage() && PlatformIsLeadByte(static_cast<uint8>(bytes[0]));
@@ -75,6 +64,7 @@ void TMCDynamicString::AppendCharacter(const char* inBytes, uint32 inCount) {
     fStringBuffer[newByteLength] = 0;
     fByteLength = newByteLength;
     ++fLength;
+    fCount.SetKnown(false);
   }
 }
 
@@ -130,6 +120,7 @@ void TMCDynamicString::SetMaxLength(uint32 maxLength) {
 
 char* TMCDynamicString::Buffer() {
   MC_ASSERT_TEXT(fStringBuffer, "fStringBuffer != NULL");
+  fCount.SetKnown(false);
   return fStringBuffer;
 }
 

@@ -30,7 +30,14 @@ char* TMCString::Buffer() {
 
 const char* TMCString::CStr() const {
   // Without capacity there may be no bytes at all.
-  return fMaxLength ? const_cast<TMCString*>(this)->Buffer() : "";
+  return fMaxLength ? const_cast<TMCString*>(this)->CountedBytes() : "";
+}
+
+char* TMCString::CountedBytes() {
+  const MCTextCount count = fCount;
+  char* const bytes = Buffer();
+  fCount = count;
+  return bytes;
 }
 
 void TMCString::WriteNul() {
@@ -41,6 +48,7 @@ void TMCString::WriteNul() {
 
 void TMCString::CountCharacters() {
   fLength = detail::CountCharacters(CStr(), fByteLength);
+  fCount.SetKnown(true);
 }
 
 uint32 TMCString::ByteOffset(uint32 index) const {
@@ -100,6 +108,7 @@ void TMCString::Assign(const char* inText, MCSize byteLength) {
 
 void TMCString::AssignTo(char* outBytes, const char* inText, uint32 inCount) {
   fLength = detail::CopyCounted(outBytes, inText, inCount);
+  fCount.SetKnown(true);
   fByteLength = inCount;
   outBytes[inCount] = 0;
 }
@@ -119,17 +128,15 @@ TMCString& TMCString::operator=(const char* inText) {
 }
 
 TMCString& TMCString::operator+=(char inByte) {
-  const uint32 oldByteLength = fByteLength;
-  if (oldByteLength < fMaxLength) {
-    ++fByteLength;
-  } else {
-    SetByteLength(CheckedSum(oldByteLength, 1));
+  if (fByteLength < fMaxLength) {
+    AddByte(CountedBytes(), inByte);
+    return *this;
   }
+  const uint32 oldByteLength = fByteLength;
+  SetByteLength(CheckedSum(oldByteLength, 1));
   if (MC_ASSERT(fByteLength > oldByteLength)) {
-    char* const end = Buffer() + oldByteLength;
-    end[0] = inByte;
-    end[1] = 0;
-    ++fLength;
+    fByteLength = oldByteLength;
+    AddByte(Buffer(), inByte);
   }
   return *this;
 }
@@ -152,13 +159,17 @@ TMCString& TMCString::operator+=(const char* inText) {
   return *this;
 }
 
+uint32 TMCString::TrueLength(const char* inBytes) const {
+  return fCount.IsKnown() ? fLength : detail::CountCharacters(inBytes, fByteLength);
+}
+
 void TMCString::AppendTo(char* ioBytes, const char* inText, uint32 inCount) {
   if (inCount == 0) {
     return;
   }
-  // Counted before the copy: bytes that were just written are slow to read.
-  const uint32 before = detail::CountCharacters(ioBytes, fByteLength);
-  fLength = before + detail::CopyCounted(ioBytes + fByteLength, inText, inCount);
+  // Bytes count each for itself, so the sum is what a count of all gives.
+  fLength = TrueLength(ioBytes) + detail::CopyCounted(ioBytes + fByteLength, inText, inCount);
+  fCount.SetKnown(true);
   fByteLength += inCount;
   ioBytes[fByteLength] = 0;
 }
@@ -169,11 +180,13 @@ void TMCString::AppendBytes(const char* inText, uint32 inCount) {
   }
   const uint32 oldByteLength = fByteLength;
   if (inCount <= fMaxLength - oldByteLength) {
-    AppendTo(Buffer(), inText, inCount);
+    AppendTo(CountedBytes(), inText, inCount);
     return;
   }
   // A part of this very text moves when the text grows.
-  const std::uintptr_t offset = reinterpret_cast<std::uintptr_t>(inText) - reinterpret_cast<std::uintptr_t>(CStr());
+  const char* const oldBytes = CStr();
+  const std::uintptr_t offset = reinterpret_cast<std::uintptr_t>(inText) - reinterpret_cast<std::uintptr_t>(oldBytes);
+  const uint32 before = TrueLength(oldBytes);
   SetByteLength(CheckedSum(oldByteLength, inCount));
   // Without memory a growing form has lost its text.
   if (fByteLength > oldByteLength) {
@@ -181,7 +194,8 @@ void TMCString::AppendBytes(const char* inText, uint32 inCount) {
     const char* const source = offset < oldByteLength ? text + offset : inText;
     MCMemoryMove(text + oldByteLength, source, fByteLength - oldByteLength);
     text[fByteLength] = 0;
-    fLength = detail::CountCharacters(text, fByteLength);
+    fLength = before + detail::CountCharacters(text + oldByteLength, fByteLength - oldByteLength);
+    fCount.SetKnown(true);
     return;
   }
   WriteNul();
@@ -214,6 +228,7 @@ bool TMCString::operator==(const char* inText) const {
 void TMCString::SetByteLength(uint32 byteLength) {
   MC_ASSERT(byteLength <= fMaxLength);
   fByteLength = std::min(byteLength, fMaxLength);
+  fCount.SetKnown(false);
 }
 
 void TMCString::SetMaxLength(uint32) {}

@@ -88,6 +88,7 @@ void TMCString::ExportAndRestore(TMCString& outTarget) {
   outTarget = *this;
   Assign(saved.CStr(), saved.fByteLength);
   fLength = length;
+  fCount.SetKnown(false);
 }
 
 void TMCString::ImportTranslated() {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <type_traits>
+
 #include "AssertionGuard.h"
 #include "MCException.h"
 #include "MCMemory.h"
@@ -105,6 +108,71 @@ TYPED_TEST(Strings, AreAssignedAndAppendedTo) {
   text = self;
   text = "";
   ExpectText(text, "", 0);
+}
+
+// What an operation leaves at odds with the bytes, on purpose or by the caller's hand, ends with the next append.
+TYPED_TEST(Strings, CountAnewWhenTheyAreAppendedTo) {
+  AssertionGuard guard;
+  const struct {
+    const char* fLabel;
+    void (*fChange)(TypeParam&);
+  } kRows[] = {
+      {"bytes of one character", [](TypeParam& text) { (text += '\xC3') += '\xA9'; }},
+      {"a byte that begins nothing", [](TypeParam& text) { text += '\x80'; }},
+      {"a pair of surrogates",
+       [](TypeParam& text) {
+         const uint16 pair[] = {0xD83D, 0xDE00, 0};
+         text.FromUnicode(pair);
+       }},
+      {"bytes written by the caller",
+       [](TypeParam& text) {
+         text = "abc";
+         text.Buffer()[1] = '\x80';
+       }},
+      {"a byte length set by the caller",
+       [](TypeParam& text) {
+         text = "abc";
+         text.SetByteLength(1);
+       }},
+      {"an insertion of what was at odds",
+       [](TypeParam& text) {
+         TMCString15 odd;
+         odd += '\x80';
+         text.Insert(odd, 0);
+       }},
+  };
+  for (const auto& row : kRows) {
+    TypeParam text("a");
+    row.fChange(text);
+    for (const char* added : {"b", "\xC3\xA9"}) {
+      text += added;
+      const TypeParam counted(text.CStr());
+      EXPECT_EQ(text.Length(), counted.Length()) << row.fLabel << ", " << added;
+    }
+  }
+}
+
+// Texts are copied and counted by words and vectors, whose ends overlap: every length, with one character of two bytes
+// at every place, from a part of the same text.
+TYPED_TEST(Strings, AreCopiedWholeAtEveryLength) {
+  AssertionGuard guard;
+  for (uint32 length = 2; length <= (std::is_same_v<TypeParam, TMCDynamicString> ? 150 : 63); ++length) {
+    for (uint32 place = 0; place + 2 <= length; place += 1 + length / 16) {
+      std::string bytes(length, 'a');
+      for (uint32 i = 0; i < length; ++i) {
+        bytes[i] = static_cast<char>('a' + i % 26);
+      }
+      bytes.replace(place, 2, "\xC3\xA9");
+      TypeParam text(bytes.c_str());
+      ASSERT_EQ(text.Length(), length - 1) << place;
+      ASSERT_EQ(text.CStr(), bytes);
+      text = text.CStr() + length / 3;
+      const bool isSplit = place + 1 == length / 3;
+      ASSERT_EQ(text.CStr(), bytes.substr(length / 3)) << length << ", " << place;
+      ASSERT_EQ(text.Length(), length - length / 3 - (place >= length / 3 || isSplit ? 1 : 0))
+          << length << ", " << place;
+    }
+  }
 }
 
 TYPED_TEST(Strings, ReadCharactersAndBytes) {

@@ -197,8 +197,14 @@ class StringModel {
     return -1;
   }
   int32 ReverseFindChar(uint16 inChar, int32 start) const {
-    for (int32 i = std::min(start, static_cast<int32>(Count(fBytes)) - 1); i >= 0; --i) {
-      if (Decode(Offset(static_cast<uint32>(i))) == inChar) {
+    std::vector<uint32> offsets;
+    for (uint32 i = 0; i < Size(); ++i) {
+      if (Sequence(fBytes[i])) {
+        offsets.push_back(i);
+      }
+    }
+    for (int32 i = std::min(start, static_cast<int32>(offsets.size()) - 1); i >= 0; --i) {
+      if (Decode(offsets[static_cast<uint32>(i)]) == inChar) {
         return i;
       }
     }
