@@ -7,6 +7,7 @@
 #include "OperationGuard.h"
 #include "PinModifier.h"
 #include "QLXModifier.h"
+#include "SliderModifier.h"
 
 namespace qlx {
 
@@ -28,7 +29,7 @@ TBasicUnknown* Make() {
 constexpr std::array<ClassEntry, 14> kClasses = {{
     {QLXModifier::kInterfaceID, &Make<QLXModifier>},
     {"203FF150-EDC1-991D-93E9-19E1A1710097"_guid, &Make<PinModifier>},
-    {"203FF150-EDC1-991D-93E9-19E1A1710098"_guid, nullptr},  // SliderModifier
+    {SliderModifier::kInterfaceID, &Make<SliderModifier>},
     {"10D400AB-1490-3211-DFF0-210FA01799B1"_guid, nullptr},  // AddQLXModifierCommand
     {"3759F866-BD74-4B85-AE16-4F022E419105"_guid, nullptr},  // AddPinModifierCommand
     {"3759F866-BD74-4B85-AE16-4F022E419106"_guid, nullptr},  // AddSliderModifierCommand

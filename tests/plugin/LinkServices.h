@@ -12,6 +12,7 @@
 #include "FakePanel.h"
 #include "HostInterface.h"
 #include "HostScene.h"
+#include "HostedComponent.h"
 #include "MCString.h"
 #include "SilentReports.h"
 #include "TestMemory.h"
@@ -65,7 +66,7 @@ class LinkShell final : public FakeObject<IShellUtilities> {
  public:
   bool MC_CALL IsEventHandlingSuspended() override { return fIsSuspended; }
   void MC_CALL SetShellState(uint32, uint8, uint8) override {}
-  IMCUnknown* MC_CALL EnsureObjectHolder(TreeElement*) override { return nullptr; }
+  IMCUnknown* MC_CALL EnsureObjectHolder(TreeElement*) override { return MCShare(fHolder).Detach(); }
   bool MC_CALL ChooseObject(TreeElement** outChosen, const TMCString& inTitle, const TMCString& inPrompt, int32, int32,
                             int32) override {
     fTexts = TextOf(inTitle) + "|" + TextOf(inPrompt);
@@ -75,6 +76,7 @@ class LinkShell final : public FakeObject<IShellUtilities> {
     return fChoice != nullptr;
   }
   bool fIsSuspended = false;
+  IMCUnknown* fHolder = nullptr;   // of an element's object
   TreeElement* fChoice = nullptr;  // null: the person cancels
   std::string fTexts;              // of the last question
 };
@@ -107,6 +109,7 @@ class LinkServices final : public IMCUnknown {
         {IUpdateService::kInterfaceID, static_cast<IUpdateService*>(&fUpdates)},
         {IDialogFactory::kInterfaceID, static_cast<IDialogFactory*>(&fDialogs)},
         {IResourceManager::kInterfaceID, static_cast<IResourceManager*>(&fDialogs)},
+        {IComponentFactory::kInterfaceID, static_cast<IComponentFactory*>(&fComponents)},
         {IMemoryUtilities::kInterfaceID, fMemory},
     };
     *outObject = nullptr;
@@ -123,6 +126,7 @@ class LinkServices final : public IMCUnknown {
   LinkAlerts fAlerts;
   LinkUpdates fUpdates;
   FakeDialogs fDialogs;
+  HostedComponents fComponents;
 
  private:
   std::optional<TestBookkeeping> fCounted;

@@ -1,0 +1,91 @@
+// An element of another host over one of the open host: it answers what a test says.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <vector>
+
+#include "FakeAttributes.h"
+#include "QLXModifier.h"
+#include "Transforms.h"
+#include "model/Element.h"
+
+namespace qlx::test {
+
+// The notifier of an element's morphs.
+class PlainMorphs final : public FakeObject<I3DShMorphTarget> {
+ public:
+  void MC_CALL MorphChanged() override { ++fChanged; }
+  int fChanged = 0;
+};
+
+// An element of such a scene.
+class PlainElement final : public TreeElement {
+ public:
+  PlainElement(host::Element& inElement, I3DShScene* inScene) : fElement(inElement), fScene(inScene) {}
+
+  MCResult MC_CALL QueryInterface(const MCGuid& inID, void** outObject) override {
+    if (fAnswer && fAnswer(inID, outObject)) {
+      return MC_S_OK;
+    }
+    if (fMorphs && inID == I3DShMorphTarget::kInterfaceID) {
+      return fMorphs->QueryInterface(inID, outObject);
+    }
+    if (fHasParameters) {
+      return fElement.QueryInterface(inID, outObject);
+    }
+    return MCStoreNone(outObject);
+  }
+  uint32 MC_CALL AddRef() override { return static_cast<uint32>(++fCount); }
+  uint32 MC_CALL Release() override { return static_cast<uint32>(--fCount); }
+  I3DShScene* MC_CALL GetScene() override { return fScene; }
+  const TMCString& MC_CALL GetName() override { return fElement.GetName(); }
+  uint32 MC_CALL GetUniqueID() override { return fElement.GetUniqueID(); }
+  void MC_CALL GetParent(TreeElement**) override {}
+  TreeElement* MC_CALL GetParentRaw() override { return nullptr; }
+  TreeElement* MC_CALL GetFirstChild() override { return nullptr; }
+  TreeElement* MC_CALL GetNextSibling() override { return nullptr; }
+  bool MC_CALL IsAtOrBelow(TreeElement*) override { return false; }
+  TreePath& MC_CALL GetTreePath(TreePath& outPath) override { return outPath; }
+  ObjectReference& MC_CALL GetObjectReference(ObjectReference& outReference) override { return outReference; }
+  MCResult MC_CALL GetLocalTransform(TTreeTransform& outTransform) override {
+    return fHasTransform ? fElement.GetLocalTransform(outTransform) : MC_E_NOTVALID;
+  }
+  MCResult MC_CALL SetLocalTransform(const TTreeTransform& inTransform, int32 in1, int32 in2, int32 in3, int32 in4,
+                                     int32 in5, int32 in6) override {
+    fArguments = {in1, in2, in3, in4, in5, in6};
+    return fElement.SetLocalTransform(inTransform, in1, in2, in3, in4, in5, in6);
+  }
+  MCResult MC_CALL GetGlobalTransform(TTreeTransform& outTransform) override {
+    return fHasTransform ? fElement.GetGlobalTransform(outTransform) : MC_E_NOTVALID;
+  }
+  MCResult MC_CALL SetGlobalTransform(const TTreeTransform& inTransform, int32 in1, int32 in2, int32 in3, int32 in4,
+                                      int32 in5) override {
+    return fElement.SetGlobalTransform(inTransform, in1, in2, in3, in4, in5);
+  }
+  MCResult MC_CALL GetGlobalTransformChain(TTreeChainTransform&) override { return MC_E_NOTVALID; }
+  void MC_CALL TransformChanged(int32) override {}
+  void MC_CALL InvalidateElement(int32 inOne) override {
+    fInvalidated += inOne;
+    if (fReentrant) {
+      EXPECT_EQ(fReentrant->SetTreeElement(this), MC_S_OK);
+      fReentrant->SetControllerPath(TMCString31(kRotY));
+    }
+  }
+  uint32 MC_CALL GetModifierCount(int32) override { return 0; }
+  MCResult MC_CALL InsertModifier(I3DShModifier*, uint32) override { return MC_E_NOTVALID; }
+
+  host::Element& fElement;
+  I3DShScene* fScene;
+  std::function<bool(const MCGuid&, void**)> fAnswer;  // asked first
+  QLXModifier* fReentrant = nullptr;                   // evaluated from inside its evaluation
+  I3DShMorphTarget* fMorphs = nullptr;
+  bool fHasParameters = true;
+  bool fHasTransform = true;
+  int fCount = 1;
+  int fInvalidated = 0;
+  std::vector<int32> fArguments;
+};
+
+}  // namespace qlx::test

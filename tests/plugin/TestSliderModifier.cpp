@@ -1,0 +1,226 @@
+// A slider: the value that it writes, its panel, and the choice of its target.
+#include <gtest/gtest.h>
+
+#include "CountedNew.h"
+#include "LinkServices.h"
+#include "LinkTest.h"
+#include "MCException.h"
+#include "PlainElement.h"
+
+namespace qlx::test {
+namespace {
+
+// An object with morphs, which its element holds at times.
+class SliderObject final : public FakeObject<I3DShObjectHolder, I3DShObject> {
+ public:
+  I3DShObject* MC_CALL GetHeldObject() override { return this; }
+  I3DShScene* MC_CALL GetScene() override { return nullptr; }
+  const TMCString& MC_CALL GetName() override { return fName; }
+  void MC_CALL GetObjectData(IMCUnknown** outData) override {
+    ++fAsked;
+    MCAssignCounted<IMCUnknown>(outData, &fMorphs);
+  }
+  TreeElement* MC_CALL GetInstance(uint32) override { return nullptr; }
+
+  PlainMorphs fMorphs;
+  int fAsked = 0;
+
+ private:
+  TMCString15 fName;
+};
+
+class SliderTest : public testing::Test {
+ protected:
+  SliderTest() {
+    FakeControl& group = fPanel.Add("titl"_id, FakeControl::kLabelled).Add("grup"_id);
+    group.Add("valu"_id, FakeControl::kSlider);
+    FakeControl& row = group.Add("row "_id);
+    for (const MCID id : {"vmin"_id, "vmax"_id, "sbtn"_id, "othr"_id}) {
+      row.Add(id);
+    }
+  }
+  ~SliderTest() override { EXPECT_EQ(fPanel.CountHeld(), 0); }
+
+  void Send(uint32 inMessage, FakeControl& inSource) {
+    EXPECT_EQ(fHosted.GetExchanger().HandleEvent(inMessage, inSource.AsPart(), nullptr), MC_S_OK);
+  }
+  FakeControl& OfferRow(const char* inLabel, bool inOk) {
+    FakeControl& dialog = fServices.fDialogs.Add(140, [this, inLabel, inOk](FakeControl& ioDialog) {
+      fOffered = ioDialog["plst"_id].Labels();
+      ioDialog["plst"_id].Select(inLabel);
+      return inOk;
+    });
+    dialog.Add("plst"_id, FakeControl::kTree);
+    return dialog;
+  }
+  real32 RotX() const { return ValueOf(fScene.fB, host::Channel::kRotationX); }
+
+  LinkScene fScene;
+  LinkServices fServices;
+  FakeControl fPanel{"panl"_id};
+  HostedComponent& fHosted = HostedComponent::AddTo(fScene.fB, "fSLD"_id, SliderModifier::kInterfaceID);
+  SliderPublicData& fData = *static_cast<SliderPublicData*>(fHosted.GetExchanger().GetExtensionDataBuffer());
+  std::vector<std::string> fOffered;
+};
+
+TEST_F(SliderTest, NewOneLeavesItsElementAlone) {
+  fScene.fB.SetBase(MakeValues({1, 2, 3}, {4, 5, 6}));
+  fScene.Play(1);
+  EXPECT_EQ(RotX(), 4);
+  Send(1, fPanel);
+  FakeControl& slider = fPanel["valu"_id];
+  EXPECT_EQ(slider.fText, "<not set>");
+  EXPECT_EQ(slider.fMinimum, -100);
+  EXPECT_EQ(slider.fMaximum, 100);
+  IExDataExchanger& exchanger = fHosted.GetExchanger();
+  EXPECT_EQ(exchanger.GetResourceId(), 183);
+  EXPECT_EQ(exchanger.GetExtensionDataSize(), sizeof(SliderPublicData));
+  EXPECT_EQ(exchanger.GetExtensionDataClassInfo(), nullptr);
+  EXPECT_EQ(exchanger.ExtensionDataChanged(), MC_S_OK);
+  EXPECT_FALSE(MCQuery<IExStreamIO>(&exchanger));
+}
+
+TEST_F(SliderTest, WritesItsValueAndAllocatesNothing) {
+  const struct {
+    const char* fPath;
+    real32 fWritten;
+  } rows[] = {
+      {kRotX, 2.5f}, {"", 0},     {"self,none", 0},      {"self,amet,TRAN", 0},
+      {"GlbX", 0},   {"RotX", 0}, {"shdr,0000,colo", 0}, {"self,amet,TRAN,ROTA,RotX,more", 2.5f},
+      {kRotY, 0},
+  };
+  fData.fValue = 2.5f;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fPath);
+    fData.fPath = row.fPath;
+    fScene.Play(1);
+    fScene.Play(2);
+    const auto& memory = static_cast<const TestMemory&>(*gMemoryUtilities);
+    const int requests = memory.GetRequests();
+    const uint64 news = bench::GetNewCount();
+    fScene.Play(3);
+    EXPECT_EQ(memory.GetRequests(), requests);
+    EXPECT_EQ(bench::GetNewCount(), news);
+    EXPECT_EQ(RotX(), row.fWritten);
+  }
+  fData.fPath = std::string(2000, 'x').c_str();
+  fScene.Play(4);  // longer than any path
+}
+
+// The notifier is looked for at every call until it is found, through a holder that the shell makes where the element
+// has none; then it is kept, also for another path.
+TEST_F(SliderTest, TellsTheMorphsOfAMorphPathAlone) {
+  SliderObject object;
+  PlainElement element(fScene.fB, fScene.fB.GetScene());
+  element.fAnswer = [&](const MCGuid& inID, void** outObject) {
+    return object.fCount > 0 && inID == I3DShObjectHolder::kInterfaceID &&
+           object.QueryInterface(inID, outObject) == MC_S_OK;
+  };
+  auto slider = MCAdopt(new SliderModifier);
+  auto& data = *static_cast<SliderPublicData*>(slider->GetExtensionDataBuffer());
+  data.fValue = 2;
+  data.fPath = kRotX;
+  slider->SetTreeElement(&element);
+  EXPECT_EQ(object.fAsked, 0) << "there is none";
+  fServices.fShell.fHolder = static_cast<I3DShObjectHolder*>(&object);
+  for (int i = 0; i < 2; ++i) {
+    slider->SetTreeElement(&element);
+    EXPECT_EQ(object.fAsked, 1);
+    EXPECT_EQ(object.fCount, 0) << "held while it is asked";
+    EXPECT_EQ(object.fMorphs.fCount, 1);
+  }
+  EXPECT_EQ(object.fMorphs.fChanged, 0);
+  host::SceneObject& face = fScene->AddObject("Face");
+  face.AddMorphGroup("Mouth", {"Smile", "Frown"}, {0, 0.5f});
+  fScene.fB.SetShownObject(&face);
+  data.fPath = "RMPH,0,1";
+  slider->SetTreeElement(&element);
+  slider->SetTreeElement(&element);
+  EXPECT_EQ(object.fMorphs.fChanged, 2);
+  EXPECT_EQ(face.GetValues()->GetEvaluated(1)[0], 2);
+  slider.Clear();
+  EXPECT_EQ(object.fMorphs.fCount, 0);
+  EXPECT_EQ(element.fCount, 1);
+}
+
+TEST_F(SliderTest, EveryMessageBringsTheSliderUpToDate) {
+  fData.fLabel = "Bend";
+  fData.fMin = -1;
+  fData.fMax = 1;
+  FakeControl& slider = fPanel["valu"_id];
+  Send(1, fPanel);
+  EXPECT_EQ(slider.fText, "Bend");
+  EXPECT_EQ(slider.fMaximum, 1);
+  for (const MCID end : {"vmin"_id, "vmax"_id}) {
+    fData.fMin -= 1;
+    fData.fMax += 1;
+    fData.fLabel = "Other";
+    Send(4, fPanel[end]);
+    EXPECT_EQ(slider.fMinimum, fData.fMin + 1) << "no use of the control";
+    Send(5, fPanel[end]);
+    EXPECT_EQ(slider.fMinimum, fData.fMin);
+    EXPECT_EQ(slider.fMaximum, fData.fMax);
+    EXPECT_EQ(slider.fText, "Bend") << "the range alone";
+  }
+  fData.fMax = 50;
+  Send(5, fPanel["othr"_id]);
+  EXPECT_EQ(slider.fMaximum, 3);
+  fServices.fShell.fIsSuspended = true;
+  Send(1, fPanel);
+  EXPECT_EQ(slider.fMaximum, 3);
+}
+
+TEST_F(SliderTest, ASourceThatIsNoPartIsRefused) {
+  FakeHolder noPart({});
+  const SilentReports silence;
+  try {
+    fHosted.GetExchanger().HandleEvent(1, static_cast<TimeBasedData*>(&noPart), nullptr);
+    ADD_FAILURE();
+  } catch (const TMCException& exception) {
+    EXPECT_EQ(exception.GetCode(), MC_E_INVALIDARG);
+    EXPECT_STREQ(exception.GetFileName(), "SliderModifier");
+    EXPECT_EQ(exception.GetLine(), 42);
+  }
+  EXPECT_EQ(fHosted.GetExchanger().HandleEvent(5, nullptr, nullptr), MC_S_OK);
+}
+
+TEST_F(SliderTest, ChoosesItsTarget) {
+  const struct {
+    const char* fLabel;
+    const char* fRow;
+    bool fOk, fIsTaken;
+  } rows[] = {
+      {"cancelled", "Rotation X (RotX) [qfix]", false, false},
+      {"nothing selected", "none", true, false},
+      {"a value", "Rotation X (RotX) [qfix]", true, true},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fLabel);
+    FakeControl& dialog = OfferRow(row.fRow, row.fOk);
+    Send(5, fPanel["sbtn"_id]);
+    EXPECT_EQ(fOffered.at(0), "B");
+    EXPECT_EQ(fOffered.at(1), "  Element (amet)") << "no position in the scene";
+    EXPECT_EQ(TextOf(fData.fPath), row.fIsTaken ? kRotX : "");
+    EXPECT_EQ(TextOf(fData.fLabel), row.fIsTaken ? row.fRow : "<not set>");
+    EXPECT_EQ(fPanel["titl"_id].fText, row.fIsTaken ? row.fRow : "");
+    EXPECT_EQ(fPanel["valu"_id].fText, row.fIsTaken ? row.fRow : "");
+    EXPECT_EQ(dialog.fCloses, 1);
+  }
+  OfferRow("Rotation X (RotX) [qfix]", true);
+  const int writes = fPanel["titl"_id].fWrites;
+  Send(5, fPanel["sbtn"_id]);
+  EXPECT_EQ(fPanel["titl"_id].fWrites, writes) << "the label stands there already";
+  fData.fValue = 3;
+  fScene.Play(1);
+  EXPECT_EQ(RotX(), 3);
+}
+
+TEST_F(SliderTest, WithoutATitleTheChoiceStandsAllTheSame) {
+  FakeControl lone("sbtn"_id);
+  OfferRow("Rotation Y (RotY) [qfix]", true);
+  Send(5, lone);
+  EXPECT_EQ(TextOf(fData.fPath), kRotY);
+}
+
+}  // namespace
+}  // namespace qlx::test
