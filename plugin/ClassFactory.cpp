@@ -2,12 +2,18 @@
 
 #include <array>
 
+#include "AddPinModifier.h"
+#include "AddQLXModifier.h"
+#include "AddSliderModifier.h"
+#include "DeleteKeyframes.h"
 #include "MCAssert.h"
 #include "MCCountedPtr.h"
 #include "OperationGuard.h"
 #include "PinModifier.h"
 #include "QLXModifier.h"
+#include "RemoveDupKeyframes.h"
 #include "SliderModifier.h"
+#include "WiggleKeyframes.h"
 
 namespace qlx {
 
@@ -30,12 +36,12 @@ constexpr std::array<ClassEntry, 14> kClasses = {{
     {QLXModifier::kInterfaceID, &Make<QLXModifier>},
     {"203FF150-EDC1-991D-93E9-19E1A1710097"_guid, &Make<PinModifier>},
     {SliderModifier::kInterfaceID, &Make<SliderModifier>},
-    {"10D400AB-1490-3211-DFF0-210FA01799B1"_guid, nullptr},  // AddQLXModifierCommand
-    {"3759F866-BD74-4B85-AE16-4F022E419105"_guid, nullptr},  // AddPinModifierCommand
-    {"3759F866-BD74-4B85-AE16-4F022E419106"_guid, nullptr},  // AddSliderModifierCommand
-    {"5D95B36C-C4BD-4242-96BB-067A18E44CDB"_guid, nullptr},  // RemoveDupKeyframesCommand
-    {"AEE6DF60-DAB9-47F2-BCDF-0843BA52133A"_guid, nullptr},  // WiggleKeyframesCommand
-    {"AE16DF61-D1B1-17F1-1C1F-18131A12131A"_guid, nullptr},  // DeleteKeyframesCommand
+    {AddQLXModifierCommand::kClassID, &Make<AddQLXModifierCommand>},
+    {AddPinModifierCommand::kClassID, &Make<AddPinModifierCommand>},
+    {AddSliderModifierCommand::kClassID, &Make<AddSliderModifierCommand>},
+    {RemoveDupKeyframesCommand::kClassID, &Make<RemoveDupKeyframesCommand>},
+    {WiggleKeyframesCommand::kClassID, &Make<WiggleKeyframesCommand>},
+    {DeleteKeyframesCommand::kClassID, &Make<DeleteKeyframesCommand>},
     {"10E24BAB-1020-0121-0FFF-211F1212AABB"_guid, nullptr},  // QLXChainCommand
     {"10E24B1B-1020-0122-0FFF-211F1212AABC"_guid, nullptr},  // QLXChainDialog
     {"10E24B1B-1020-0122-0FFF-211F1213ABBD"_guid, nullptr},  // QLXChainQLXSubDlg

@@ -3,54 +3,11 @@
 
 #include "LinkServices.h"
 #include "LinkTest.h"
-#include "PlainElement.h"
+#include "PlainScene.h"
 #include "Transforms.h"
 
 namespace qlx::test {
 namespace {
-
-// A scene of another host over one of the open host: without a structure version, and, as a test says, without more.
-class PlainScene final : public FakeObject<I3DShScene> {
- public:
-  explicit PlainScene(host::Scene& inScene) : fScene(inScene) {}
-
-  int32 MC_CALL GetCurrentTime(SceneTime& outTime) override {
-    outTime = {fScene.GetTime(), 7};
-    return outTime.fTicks;
-  }
-  real32 MC_CALL GetFrameRate() override { return fRate; }
-  void MC_CALL GetTimeRange(ITimeRange** outRange) override {
-    if (fHasRange) {
-      fScene.GetTimeRange(outRange);
-    }
-  }
-  void MC_CALL GetRoot(IMCUnknown** outRoot) override {
-    if (fHasRoot) {
-      fScene.GetRoot(outRoot);
-    }
-  }
-  void MC_CALL GetSceneMaster(ISceneMaster** outMaster) override {
-    if (fHasMaster) {
-      fScene.GetSceneMaster(outMaster);
-    }
-  }
-  void MC_CALL FindElementByTreePath(TreeElement**, const TreePath&) override {}
-  void MC_CALL FindElementByRef(TreeElement** outElement, const ObjectReference& inReference) override {
-    ++fLookups;
-    fScene.FindElementByRef(outElement, inReference);
-  }
-  void MC_CALL FindElementByUniqueID(TreeElement**, uint32) override {}
-  uint32 MC_CALL GetSelectedElementCount() override { return 0; }
-  TreeElement* MC_CALL GetSelectedElement(uint32) override { return nullptr; }
-  void MC_CALL RefreshAfterCommand() override {}
-
-  host::Scene& fScene;
-  real32 fRate = kRate;
-  bool fHasRange = true;
-  bool fHasRoot = true;
-  bool fHasMaster = true;
-  int fLookups = 0;
-};
 
 struct PlainHost {
   PlainHost() {

@@ -5,7 +5,7 @@
 #include "LinkServices.h"
 #include "LinkTest.h"
 #include "MCException.h"
-#include "PlainElement.h"
+#include "PlainScene.h"
 
 namespace qlx::test {
 namespace {

@@ -1,4 +1,4 @@
-// An element of another host over one of the open host: it answers what a test says.
+// A scene of another host over one of the open host, and elements: they answer what a test says.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,8 +10,56 @@
 #include "QLXModifier.h"
 #include "Transforms.h"
 #include "model/Element.h"
+#include "model/Scene.h"
 
 namespace qlx::test {
+
+// A scene of another host over one of the open host: without a structure version, and, as a test says, without more.
+class PlainScene final : public FakeObject<I3DShScene> {
+ public:
+  explicit PlainScene(host::Scene& inScene) : fScene(inScene) {}
+
+  int32 MC_CALL GetCurrentTime(SceneTime& outTime) override {
+    outTime = {fScene.GetTime(), 7};
+    return outTime.fTicks;
+  }
+  real32 MC_CALL GetFrameRate() override { return fRate; }
+  void MC_CALL GetTimeRange(ITimeRange** outRange) override {
+    if (fHasRange) {
+      fScene.GetTimeRange(outRange);
+    }
+  }
+  void MC_CALL GetRoot(IMCUnknown** outRoot) override {
+    if (fHasRoot) {
+      fScene.GetRoot(outRoot);
+    }
+  }
+  void MC_CALL GetSceneMaster(ISceneMaster** outMaster) override {
+    if (fHasMaster) {
+      fScene.GetSceneMaster(outMaster);
+    }
+  }
+  void MC_CALL FindElementByTreePath(TreeElement** outElement, const TreePath& inPath) override {
+    fScene.FindElementByTreePath(outElement, inPath);
+  }
+  void MC_CALL FindElementByRef(TreeElement** outElement, const ObjectReference& inReference) override {
+    ++fLookups;
+    fScene.FindElementByRef(outElement, inReference);
+  }
+  void MC_CALL FindElementByUniqueID(TreeElement**, uint32) override {}
+  uint32 MC_CALL GetSelectedElementCount() override { return static_cast<uint32>(fSelected.size()); }
+  TreeElement* MC_CALL GetSelectedElement(uint32 inIndex) override { return fSelected.at(inIndex); }
+  void MC_CALL RefreshAfterCommand() override { ++fRefreshes; }
+
+  host::Scene& fScene;
+  real32 fRate = fScene.GetFrameRate();
+  bool fHasRange = true;
+  bool fHasRoot = true;
+  bool fHasMaster = true;
+  int fLookups = 0;
+  int fRefreshes = 0;
+  std::vector<TreeElement*> fSelected;
+};
 
 // The notifier of an element's morphs.
 class PlainMorphs final : public FakeObject<I3DShMorphTarget> {

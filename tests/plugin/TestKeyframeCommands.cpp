@@ -1,0 +1,434 @@
+// Commands that remove and move keys.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+
+#include "CommandTest.h"
+#include "DeleteKeyframes.h"
+#include "RemoveDupKeyframes.h"
+#include "TreeElementIterator.h"
+#include "WiggleKeyframes.h"
+
+namespace qlx::test {
+namespace {
+
+using host::Channel;
+
+// Elements in a tree: the figure "Body" with the joints "Hip" and "Leg" below it, and the plain "Box" with "Lid".
+class KeyframeTest : public CommandTest {
+ protected:
+  KeyframeTest() {
+    fScene->AddFigure("Skin", fBody, {&fHip, &fLeg});
+    for (host::Element* const element : {&fBody, &fHip, &fLeg, &fBox, &fLid}) {
+      SetKeys(*element, {1, 1, 1, 2});
+    }
+    fScene.Play(1);
+  }
+  // A key a frame.
+  static void SetKeys(host::Element& ioElement, std::vector<real32> inValues) {
+    host::Curve& curve = ioElement.GetOrMakeCurve(Channel::kRotationX);
+    curve.Clear();
+    for (std::size_t i = 0; i < inValues.size(); ++i) {
+      curve.SetKey({.fTime = static_cast<int32>(i) * kFrameTicks, .fValue = inValues[i]});
+    }
+  }
+  static std::vector<real32> ValuesOf(host::Element& inElement) {
+    std::vector<real32> values;
+    for (const host::CurveKey& key : inElement.GetOrMakeCurve(Channel::kRotationX).GetKeys()) {
+      values.push_back(key.fValue);
+    }
+    return values;
+  }
+  // The names of the elements that lost a key.
+  std::string Changed() {
+    std::string names;
+    for (host::Element* const element : {&fBody, &fHip, &fLeg, &fBox, &fLid}) {
+      names += ValuesOf(*element).size() < 4 ? TextOf(element->GetName()) + " " : "";
+    }
+    return names;
+  }
+  void Choose(int32 inDialog, const char* inChoice, bool inOk) {
+    FakeControl& dialog = fServices.fDialogs.Add(inDialog, [inOk](FakeControl&) { return inOk; });
+    for (const char* const id : {"figu", "subt", "selo"}) {
+      dialog.Add(TMCString15(id).ToID(), std::strcmp(id, inChoice) == 0);
+    }
+  }
+
+  host::Element& fBody = fScene.Add("Body");
+  host::Element& fHip = fScene->AddElement(fBody, "Hip");
+  host::Element& fLeg = fScene->AddElement(fHip, "Leg");
+  host::Element& fBox = fScene.Add("Box");
+  host::Element& fLid = fScene->AddElement(fBox, "Lid");
+};
+
+TEST_F(KeyframeTest, WorkOnTheElementsThatThePersonSays) {
+  using Elements = std::vector<TreeElement*>;
+  const struct {
+    const char* fLabel;
+    const char* fChoice;
+    Elements fSelected;
+    bool fOk;
+    std::string fChanged;
+    int fRefreshes;
+    bool fIsTold;
+  } rows[] = {
+      {"cancelled", "selo", {&fBox}, false, "", 1, false},
+      {"nothing selected", "figu", {}, true, "", 1, false},
+      {"the selected ones", "selo", {&fBox, &fLeg}, true, "Leg Box ", 1, false},
+      {"no choice at all: the same", "", {&fBox, &fLeg}, true, "Leg Box ", 1, false},
+      {"all below", "subt", {&fHip, &fBox}, true, "Hip Leg Box Lid ", 1, false},
+      {"the figure of a joint", "figu", {&fLeg}, true, "Body Hip Leg ", 1, false},
+      {"the figure itself", "figu", {&fBody}, true, "Body Hip Leg ", 1, false},
+      {"no figure: stops at once, without a refresh", "figu", {&fLid, &fLeg}, true, "", 0, true},
+      {"the second is no figure: the first is done", "figu", {&fLeg, &fLid}, true, "Body Hip Leg ", 0, true},
+  };
+  for (const bool deletes : {true, false}) {
+    for (const auto& row : rows) {
+      SCOPED_TRACE(std::string(deletes ? "delete: " : "duplicates: ") + row.fLabel);
+      for (host::Element* const element : {&fBody, &fHip, &fLeg, &fBox, &fLid}) {
+        SetKeys(*element, {1, 1, 1, 2});
+      }
+      fHost.Select(row.fSelected);
+      fHost.fScene.fRefreshes = 0;
+      fServices.fAlerts.fMessages.clear();
+      Choose(deletes ? 165 : 158, row.fChoice, row.fOk);
+      EXPECT_TRUE(deletes ? Run<DeleteKeyframesCommand>() : Run<RemoveDupKeyframesCommand>());
+      EXPECT_EQ(Changed(), row.fChanged);
+      EXPECT_EQ(fHost.fScene.fRefreshes, row.fRefreshes);
+      EXPECT_EQ(fServices.fAlerts.fMessages, row.fIsTold ? std::vector<std::string>{"The selected item is not a figure"}
+                                                         : std::vector<std::string>{});
+      EXPECT_EQ(fServices.fDialogs[deletes ? 165 : 158].fCloses, 1);
+    }
+  }
+}
+
+TEST_F(KeyframeTest, DeletesTheKeyAtExactlyTheCurrentTime) {
+  fHost.Select({&fBox});
+  Choose(165, "selo", true);
+  SetKeys(fBox, {1, 2, 3});
+  fScene->Evaluate(kFrameTicks - 1);
+  Run<DeleteKeyframesCommand>();
+  EXPECT_EQ(ValuesOf(fBox), (std::vector<real32>{1, 2, 3})) << "one tick beside it";
+  fScene->Evaluate(kFrameTicks);
+  Run<DeleteKeyframesCommand>();
+  EXPECT_EQ(ValuesOf(fBox), (std::vector<real32>{1, 3}));
+  EXPECT_EQ(fHost.fScene.fRefreshes, 2);
+}
+
+TEST_F(KeyframeTest, ARunOfEqualValuesKeepsItsEnds) {
+  const struct {
+    std::vector<real32> fBefore, fAfter;
+  } rows[] = {
+      {{}, {}},
+      {{1}, {1}},
+      {{1, 1}, {1, 1}},
+      {{1, 1, 1}, {1, 1}},
+      {{1, 1, 1, 1, 2}, {1, 1, 2}},
+      {{1, 2, 1}, {1, 2, 1}},
+      {{1, std::nextafter(1.0f, 2.0f), 1}, {1, std::nextafter(1.0f, 2.0f), 1}},
+      {{0, -0.0f, 0, 5, 5, 5}, {0, 0, 5, 5}},
+  };
+  fHost.Select({&fBox});
+  Choose(158, "selo", true);
+  for (const auto& row : rows) {
+    SetKeys(fBox, row.fBefore);
+    Run<RemoveDupKeyframesCommand>();
+    EXPECT_EQ(ValuesOf(fBox), row.fAfter) << testing::PrintToString(row.fBefore);
+  }
+}
+
+TEST_F(KeyframeTest, AreEnabledByAnElementWithAParentAndWigglingByAContext) {
+  EXPECT_FALSE(IsEnabled<DeleteKeyframesCommand>(&fHost));
+  EXPECT_FALSE(IsEnabled<RemoveDupKeyframesCommand>(&fHost));
+  EXPECT_TRUE(IsEnabled<WiggleKeyframesCommand>(&fHost));
+  EXPECT_FALSE(IsEnabled<WiggleKeyframesCommand>(nullptr));
+  fHost.Select({&fBox});
+  EXPECT_TRUE(IsEnabled<DeleteKeyframesCommand>(&fHost) && IsEnabled<RemoveDupKeyframesCommand>(&fHost));
+  const auto duplicates = MCAdopt(new RemoveDupKeyframesCommand);
+  EXPECT_EQ(duplicates->GetResourceId(), 158);
+  EXPECT_EQ(MCAdopt(new DeleteKeyframesCommand)->GetResourceId(), 0);
+}
+
+TEST_F(KeyframeTest, WalksStayBelowTheirRoot) {
+  const auto walk = [](TTreeElementIterator inWalk) {
+    std::string names;
+    while (TreeElement* const element = inWalk.Next()) {
+      names += TextOf(element->GetName()) + " ";
+    }
+    return names;
+  };
+  fScene->AddElement(fHip, "Foot");
+  EXPECT_EQ(walk(TTreeElementIterator(fBody)), "Body Hip Leg Foot ");
+  EXPECT_EQ(walk(TTreeElementIterator(fBody, TTreeElementIterator::Start::kAfterRoot)), "Hip Leg Foot ");
+  EXPECT_EQ(walk(TTreeElementIterator(fLid, TTreeElementIterator::Start::kAfterRoot)), "");
+  EXPECT_EQ(FindFigureRoot(nullptr), nullptr);
+  EXPECT_EQ(FindFigureRoot(&fLid), nullptr);
+}
+
+// Keys of a host whose values are of any type, with references that are counted.
+class WildKey final : public FakeObject<ITimeLineKey, IKeyValue> {
+ public:
+  int32 MC_CALL GetTime() override { return fTime; }
+  void MC_CALL SetTime(int32 inTime) override { fTime = inTime; }
+  bool MC_CALL IsSelected() override { return fIsSelected; }
+  IKeyValue* MC_CALL GetValue() override { return fHasValue ? this : nullptr; }
+  uint32 MC_CALL GetValueSize() override { return fSize; }
+  MCID MC_CALL GetValueType() override { return fType; }
+  MCResult MC_CALL ReadValue(void* outBuffer, MCID inTypeId, bool&) override {
+    if (inTypeId != fType) {
+      return MC_E_NOTVALID;
+    }
+    std::memcpy(outBuffer, fBytes, std::min<std::size_t>(fSize, sizeof fBytes));
+    return MC_S_OK;
+  }
+
+  int32 fTime = 0;
+  bool fIsSelected = true;
+  bool fHasValue = true;
+  MCID fType = "qfix"_id;
+  uint32 fSize = 4;
+  uint8 fBytes[IKeyValue::kMaxSize] = {};
+};
+
+// A time line of them, and the element that it is of.
+class WildLine final : public FakeObject<ITimeLine, ITimeLineOwner, I3DShAnimated> {
+ public:
+  explicit WildLine(std::size_t inKeys) : fKeys(inKeys) {
+    for (std::size_t i = 0; i < inKeys; ++i) {
+      fKeys[i].fTime = static_cast<int32>(i * 100000 + i * i * 37);  // of all seeds
+    }
+  }
+  ~WildLine() override {
+    for (const WildKey& key : fKeys) {
+      EXPECT_EQ(key.fCount, 0);
+    }
+  }
+  IAttribute* MC_CALL GetAttribute() override { return nullptr; }
+  MCResult MC_CALL InsertKey(int32, const void*, MCID) override { return MC_E_NOTVALID; }
+  uint32 MC_CALL GetKeyCount() override { return static_cast<uint32>(fKeys.size()); }
+  ITimeLineKey* MC_CALL GetKey(uint32 inIndex) override {
+    ++fAsked;
+    return &fKeys.at(inIndex);
+  }
+  void MC_CALL DeleteKeyAt(int32 inTime) override { fDeleted.push_back(inTime); }
+  void MC_CALL FindKeyAfter(int32 inTime, SceneTime& outTime, ITimeLineKey** outKey) override {
+    fLookedUp.push_back(inTime);
+    outTime.fTicks = fNeighbour.fTime;
+    MCAssignCounted<ITimeLineKey>(outKey, fHasNeighbour ? &fNeighbour : nullptr);
+  }
+  void MC_CALL FindKeyBefore(int32 inTime, ITimeLineKey** outKey, int32) override {
+    fLookedUp.push_back(inTime);
+    MCAssignCounted<ITimeLineKey>(outKey, fHasNeighbour ? &fNeighbour : nullptr);
+  }
+  ITimeLineOwner* MC_CALL GetTimeLineOwner() override { return this; }
+  void MC_CALL ForEachTimeLine(IForEachTimeLineCallback* inCallback) override {
+    for (int i = 0; i < fVisits; ++i) {
+      inCallback->Visit(this, nullptr);
+    }
+  }
+
+  std::vector<WildKey> fKeys;
+  WildKey fNeighbour;
+  bool fHasNeighbour = false;
+  std::vector<int32> fDeleted;
+  std::vector<int32> fLookedUp;
+  int fVisits = 2;
+  int fAsked = 0;
+};
+
+class WildKeyTest : public CommandTest {
+ protected:
+  void Attach(WildLine& inLine) {
+    fElement.fAnswer = [&](const MCGuid& inID, void** outObject) {
+      return inID == TreeElement::kInterfaceID
+                 ? MCStoreCounted<TreeElement>(&fElement, outObject) == MC_S_OK
+                 : inID == I3DShAnimated::kInterfaceID && inLine.QueryInterface(inID, outObject) == MC_S_OK;
+    };
+    fHost.Select({&fElement});
+    fHost.fScene.fSelected = {nullptr, &fElement, &fScene.fA};
+  }
+  PlainElement fElement{fScene.fB, fScene.fB.GetScene()};
+};
+
+TEST_F(WildKeyTest, DuplicatesAreEqualBytesOfOneType) {
+  static constexpr real32 kNan = std::numeric_limits<real32>::quiet_NaN();
+  using Change = std::function<void(WildLine&)>;
+  const struct {
+    const char* fLabel;
+    Change fChange;
+    bool fIsRemoved;
+  } rows[] = {
+      {"the same bytes", [](WildLine&) {}, true},
+      {"the last byte differs", [](WildLine& l) { l.fKeys[1].fBytes[63] = 1; }, false},
+      {"the last byte of the next differs", [](WildLine& l) { l.fKeys[2].fBytes[63] = 1; }, false},
+      {"NaN, the same bits",
+       [](WildLine& l) {
+         for (WildKey& key : l.fKeys) {
+           key.fType = "qfix"_id;
+           std::memcpy(key.fBytes, &kNan, sizeof kNan);
+         }
+       },
+       false},
+      {"another type", [](WildLine& l) { l.fKeys[2].fType = "long"_id; }, false},
+      {"no value", [](WildLine& l) { l.fKeys[0].fHasValue = false; }, false},
+      {"more bytes than values have", [](WildLine& l) { l.fKeys[0].fSize = 65; }, false},
+      {"far more", [](WildLine& l) { l.fKeys[0].fSize = 0xFFFFFFFF; }, false},
+  };
+  FakeControl& dialog = fServices.fDialogs.Add(158, [](FakeControl&) { return true; });
+  dialog.Add("selo"_id, true);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fLabel);
+    WildLine line(3);
+    for (WildKey& key : line.fKeys) {
+      key.fType = "blob"_id;
+      key.fSize = 64;
+    }
+    row.fChange(line);
+    Attach(line);
+    Run<RemoveDupKeyframesCommand>();
+    EXPECT_EQ(line.fDeleted, row.fIsRemoved ? (std::vector<int32>{100037, 100037}) : std::vector<int32>{});
+  }
+}
+
+// Each key is asked for once, and there is one request for memory at most.
+TEST_F(WildKeyTest, DuplicatesAreFoundInOneGo) {
+  WildLine line(5000);
+  Attach(line);
+  fServices.fDialogs.Add(158, [](FakeControl&) { return true; });
+  const auto command = MCAdopt(new RemoveDupKeyframesCommand);
+  command->Init(&fHost);
+  command->Prepare();
+  const auto& memory = static_cast<const TestMemory&>(*gMemoryUtilities);
+  const int requests = memory.GetRequests();
+  command->Do();
+  EXPECT_EQ(line.fAsked, 10000) << "two visits";
+  EXPECT_EQ(line.fDeleted.size(), 2U * 4998U);
+  EXPECT_LE(memory.GetRequests() - requests, 2);
+}
+
+// The formula of a move, told once more.
+int32 ExpectedMove(const WildKey& inKey, int32 inTime, WigglePublicData inBounds, real32 inTicks, bool& outForward) {
+  auto* const address = const_cast<ITimeLineKey*>(static_cast<const ITimeLineKey*>(&inKey));
+  uint32 state = static_cast<uint32>(reinterpret_cast<std::uintptr_t>(address)) + static_cast<uint32>(inTime);
+  const auto draw = [&state] { return static_cast<int32>((state = state * 214013 + 2531011) >> 16 & 32767); };
+  outForward = draw() % 2 == 1;
+  const int32 number = draw();
+  const int32 frames = outForward ? std::max(number % (inBounds.fMaxFrames + 1), inBounds.fMinFrames)
+                                  : std::min(-(number % (inBounds.fMinFrames + 1)), inBounds.fMaxFrames);
+  return static_cast<int32>(static_cast<real32>(frames) * inTicks);
+}
+
+TEST_F(WildKeyTest, WiggleMovesSelectedKeysByItsFormula) {
+  WildLine line(200);
+  for (std::size_t i = 0; i < line.fKeys.size(); i += 3) {
+    line.fKeys[i].fIsSelected = false;
+  }
+  Attach(line);
+  fHost.fScene.fRate = 30;
+  const auto command = MCAdopt(new WiggleKeyframesCommand);
+  auto& bounds = *static_cast<WigglePublicData*>(command->GetExtensionDataBuffer());
+  bounds.fMaxFrames = 99;
+  command->Init(&fHost);
+  EXPECT_TRUE(bounds.fMinFrames == -3 && bounds.fMaxFrames == 3) << "each run begins with the defaults";
+  EXPECT_TRUE(command->GetExtensionDataSize() == 8 && command->GetResourceId() == 159);
+  command->Prepare();
+  std::vector<int32> expected;
+  int back = 0;
+  for (const WildKey& key : line.fKeys) {
+    bool isForward = false;
+    int32 time = key.fTime;
+    for (int visit = 0; visit < 2 && key.fIsSelected; ++visit) {
+      const int32 move = ExpectedMove(key, time, bounds, 6000, isForward);
+      back = std::min(back, move);
+      time += move;
+    }
+    expected.push_back(time);
+  }
+  EXPECT_TRUE(command->Do());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(line.fKeys[i].fTime, expected[i]) << i;
+  }
+  EXPECT_EQ(back, -6000) << "with the default bounds at most one frame back";
+  EXPECT_EQ(fHost.fScene.fRefreshes, 1);
+}
+
+// Neighbours are looked up by the offset alone, not by where the key goes; a move that reaches one ends a frame short.
+TEST_F(WildKeyTest, WiggleLooksForNeighboursOfTheOffset) {
+  WildLine line(60);
+  line.fHasNeighbour = true;  // at 0, which every move reaches
+  Attach(line);
+  std::vector<std::pair<int32, int32>> expected;
+  fHost.fScene.fRate = 30;
+  for (const WildKey& key : line.fKeys) {
+    bool isForward = false;
+    const int32 move = ExpectedMove(key, key.fTime, {}, 6000, isForward);
+    expected.emplace_back(move, key.fTime + (isForward ? -6000 : 6000));
+  }
+  line.fVisits = 1;
+  Run<WiggleKeyframesCommand>();
+  ASSERT_EQ(line.fLookedUp.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(std::pair(line.fLookedUp[i], line.fKeys[i].fTime), expected[i]) << i;
+  }
+}
+
+// A bound of -1 divides by 0: the keys before the first that needs it have moved, the rest have not.
+TEST_F(WildKeyTest, ABoundOfMinusOneFaults) {
+  for (const bool isForward : {true, false}) {
+    WildLine line(100);
+    Attach(line);
+    const SilentReports silence;
+    const auto command = MCAdopt(new WiggleKeyframesCommand);
+    command->Init(&fHost);
+    command->Prepare();
+    auto& bounds = *static_cast<WigglePublicData*>(command->GetExtensionDataBuffer());
+    (isForward ? bounds.fMaxFrames : bounds.fMinFrames) = -1;
+    const WigglePublicData usable = {isForward ? bounds.fMinFrames : -3, isForward ? 3 : bounds.fMaxFrames};
+    std::vector<int32> expected;
+    bool hasFaulted = false;
+    for (const WildKey& key : line.fKeys) {
+      bool goesForward = false;
+      const int32 move = ExpectedMove(key, key.fTime, usable, kFrameTicks, goesForward);
+      hasFaulted = hasFaulted || goesForward == isForward;
+      // Clamped by the other bound, which is -1.
+      const int32 moved = isForward ? std::min(move, -kFrameTicks) : std::max(move, -kFrameTicks);
+      expected.push_back(hasFaulted ? key.fTime : key.fTime + moved);
+    }
+    EXPECT_TRUE(hasFaulted);
+    try {
+      command->Do();
+      ADD_FAILURE();
+    } catch (const TMCException& exception) {
+      EXPECT_EQ(exception.GetCode(), MC_E_FAULT);
+    }
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      EXPECT_EQ(line.fKeys[i].fTime, expected[i]) << i;
+    }
+    EXPECT_EQ(fHost.fScene.fRefreshes, 0);
+  }
+}
+
+TEST_F(WildKeyTest, WiggleStaysInTheRangeOfTicks) {
+  constexpr int32 kMost = std::numeric_limits<int32>::max();
+  constexpr int32 kLeast = std::numeric_limits<int32>::min();
+  for (const WigglePublicData& given :
+       {WigglePublicData{kMost, kMost}, {kLeast, kLeast}, {kLeast, kMost}, {kMost, kLeast}}) {
+    for (const real32 rate : {24.0f, 0.0001f, 0.0f, std::numeric_limits<real32>::quiet_NaN()}) {
+      WildLine line(40);
+      for (std::size_t i = 0; i < line.fKeys.size(); ++i) {
+        line.fKeys[i].fTime = i % 2 == 0 ? kMost : kLeast;
+      }
+      Attach(line);
+      fHost.fScene.fRate = rate;
+      const auto command = MCAdopt(new WiggleKeyframesCommand);
+      command->Init(&fHost);
+      command->Prepare();
+      std::memcpy(command->GetExtensionDataBuffer(), &given, sizeof given);
+      EXPECT_TRUE(command->Do());
+    }
+  }
+}
+
+}  // namespace
+}  // namespace qlx::test
