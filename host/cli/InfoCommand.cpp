@@ -29,7 +29,7 @@ std::string TextFromGuid(const MCGuid& inGuid) {
 }
 
 // Asks the plug-in for one object of the class, and lets it go.
-bool Makes(const PluginLibrary& inPlugin, const PluginClass& inClass) {
+bool Makes(const PluginLibrary& inPlugin, const ExtensionRecord& inClass) {
   void* object = nullptr;
   MCResult result = MC_E_NOTCREATED;
   const auto failure = CallComponent("CreateInstance", [&] {
@@ -48,33 +48,38 @@ struct Target {
   const char* fCompiler = QLX_TARGET_COMPILER;
 };
 
-std::string AsText(const PluginLibrary& inPlugin) {
+std::string AsText(const Host& inHost) {
+  const PluginLibrary& plugin = *inHost.GetPlugin();
   const Target target;
   std::string text = fmt::format("plug-in   {}\nsystem    {}, {} bits\ncompiler  {}\n\nexports\n",
-                                 PathText(inPlugin.GetFile()), target.fSystem, target.fBits, target.fCompiler);
+                                 PathText(plugin.GetFile()), target.fSystem, target.fBits, target.fCompiler);
   for (const std::string& name : PluginLibrary::GetExportNames()) {
     text += "  " + name + '\n';
   }
   text += "\nclasses\n";
-  for (const PluginClass& row : GetPluginClasses()) {
-    text += fmt::format("  {:<11}  {:<25}  {}  {} {}\n", Makes(inPlugin, row) ? "yes" : "not yet", row.fName,
-                        TextFromGuid(row.fClassID), TextFromID(row.fFamily),
-                        row.fID == 0 ? std::string() : TextFromID(row.fID));
+  for (const ExtensionRecord& row : inHost.GetCatalog()->GetClasses()) {
+    text +=
+        fmt::format("  {:<11}  {:<25}  {}  {} {}  {}\n", Makes(plugin, row) ? "yes" : "not yet", row.fName,
+                    TextFromGuid(row.fClassID), TextFromID(row.fFamily), TextFromID(row.fID), Printable(row.fLabel));
   }
   return text;
 }
 
-std::string AsJson(const PluginLibrary& inPlugin) {
+std::string AsJson(const Host& inHost) {
+  const PluginLibrary& plugin = *inHost.GetPlugin();
   const Target target;
   Json classes = Json::array();
-  for (const PluginClass& row : GetPluginClasses()) {
+  for (const ExtensionRecord& row : inHost.GetCatalog()->GetClasses()) {
     classes.push_back({{"name", row.fName},
                        {"classId", TextFromGuid(row.fClassID)},
                        {"family", TextFromID(row.fFamily)},
-                       {"id", row.fID == 0 ? Json() : Json(TextFromID(row.fID))},
-                       {"made", Makes(inPlugin, row)}});
+                       {"id", TextFromID(row.fID)},
+                       {"label", row.fLabel},
+                       {"help", row.fHelp},
+                       {"resource", row.fResourceId == 0 ? Json() : Json(row.fResourceId)},
+                       {"made", Makes(plugin, row)}});
   }
-  return JsonText({{"library", PathText(inPlugin.GetFile())},
+  return JsonText({{"library", PathText(plugin.GetFile())},
                    {"target", {{"system", target.fSystem}, {"bits", target.fBits}, {"compiler", target.fCompiler}}},
                    {"exports", PluginLibrary::GetExportNames()},
                    {"classes", std::move(classes)}});
@@ -91,8 +96,8 @@ void AddInfoCommand(CLI::App& inProgram, CommandContext& inContext) {
   command->callback([json, &inContext] {
     inContext.fAction = [json, &inContext] {
       Session session(inContext);
-      const PluginLibrary& plugin = *session.GetHost().GetPlugin();
-      inContext.fConsole.fOut << (*json ? AsJson(plugin) : AsText(plugin));
+      inContext.fConsole.fOut << (*json ? AsJson(session.GetHost()) : AsText(session.GetHost()));
+      session.ShowWarnings();
     };
   });
 }

@@ -61,13 +61,15 @@ int32 WholeOf(const Json& inValue, const Place& inPlace) {
   return static_cast<int32>(value);
 }
 
-std::string TextOf(const Json& inValue, const Place& inPlace) {
+std::string TextOf(const Json& inValue, MCID inType, const Place& inPlace) {
   if (!inValue.is_string()) {
     Fail(inPlace, "must be a text");
   }
   const auto& text = inValue.get_ref<const std::string&>();
-  if (text.size() > kLongestFieldText) {
-    Fail(inPlace, "is a text of " + std::to_string(text.size()) + " bytes, and 255 is the most");
+  const std::size_t longest = LongestFieldText(inType);
+  if (text.size() > longest) {
+    Fail(inPlace,
+         "is a text of " + std::to_string(text.size()) + " bytes, and " + std::to_string(longest) + " is the most");
   }
   if (text.find('\0') != std::string::npos) {
     Fail(inPlace, "has a NUL in it");
@@ -89,7 +91,8 @@ ParameterValue ValueOf(const ParameterField& inField, const Json& inValue, const
                                    RealOf(inValue[2], inPlace.At(2))};
     }
     case "s255"_id:
-      return TextOf(inValue, inPlace);
+    case "sdyn"_id:
+      return TextOf(inValue, inField.fType, inPlace);
     default:
       if (!inValue.is_boolean()) {
         Fail(inPlace, "must be true or false");
@@ -149,7 +152,7 @@ class ModifierReader {
     if (enabled != nullptr && !enabled->is_boolean()) {
       Fail(inPlace.Member("enabled"), "must be true or false");
     }
-    const ParameterMap* map = FindParameterMap(id);
+    const ParameterMap* map = fHost.GetCatalog()->FindMap(id);
     if (map == nullptr && !IsMaking()) {
       return;  // of a plug-in that knows more than this program
     }
@@ -171,7 +174,7 @@ class ModifierReader {
   }
 
   TMCCountedPtr<PluginModifier> Make(MCID inClass, const Place& inPlace) {
-    if (FindPluginClass("modi"_id, inClass) == nullptr) {
+    if (fHost.GetCatalog()->FindClass("modi"_id, inClass) == nullptr) {
       Fail(inPlace.Member("class"), Quoted(TextOfID(inClass)) + " is an unknown class");
     }
     auto modifier = fHost.CreateModifier(inClass);

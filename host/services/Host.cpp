@@ -25,11 +25,13 @@ Host::~Host() {
 
 void Host::LoadPlugin(const std::filesystem::path& inFile) {
   fPlugin.reset();
+  fCatalog = PluginCatalog::GetBuiltIn();
   auto plugin = std::make_unique<PluginLibrary>(inFile);
   if (const MCResult result = plugin->Start(&GetRoot()); result != MC_S_OK) {
     throw UserError(PathText(inFile), fmt::format("its start-up failed with 0x{:08X}", static_cast<uint32>(result)));
   }
   fPlugin = std::move(plugin);
+  fCatalog = PluginCatalog::ReadBeside(inFile, fDiagnostics);
 }
 
 std::filesystem::path Host::FindDefaultPlugin() {

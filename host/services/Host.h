@@ -26,6 +26,8 @@ class Host {
   // none.
   void LoadPlugin(const std::filesystem::path& inFile);
   PluginLibrary* GetPlugin() const { return fPlugin.get(); }
+  // Never null: the classes that this program knows, or what the resource file beside the plug-in says.
+  const std::shared_ptr<const PluginCatalog>& GetCatalog() const { return fCatalog; }
   // The library that stands beside the running program.
   static std::filesystem::path FindDefaultPlugin();
 
@@ -50,6 +52,7 @@ class Host {
   Diagnostics& fDiagnostics;
   TMCCountedPtr<HostRoot> fRoot;
   std::unique_ptr<PluginLibrary> fPlugin;
+  std::shared_ptr<const PluginCatalog> fCatalog = PluginCatalog::GetBuiltIn();
 };
 
 }  // namespace qlx::host

@@ -33,12 +33,19 @@ class LinkExaminer {
 
  private:
   bool Flag(const char* inName) const {
-    const ParameterValue value = fLink.GetField(*fLink.GetParameterMap()->Find(inName));
+    const ParameterValue value = Field(inName);
     const bool* const flag = std::get_if<bool>(&value);
     return flag != nullptr && *flag;
   }
   std::string Text(const char* inName) const {
-    return std::get<std::string>(fLink.GetField(*fLink.GetParameterMap()->Find(inName)));
+    const ParameterValue value = Field(inName);
+    const auto* const text = std::get_if<std::string>(&value);
+    return text == nullptr ? std::string() : *text;
+  }
+  // The map is that of a file, which may lack the field.
+  ParameterValue Field(const char* inName) const {
+    const ParameterField* const field = fLink.GetParameterMap()->Find(inName);
+    return field == nullptr ? ParameterValue() : fLink.GetField(*field);
   }
 
   // The source that a link reads from; what is wrong with it goes to `fProblem`.

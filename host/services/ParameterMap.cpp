@@ -23,6 +23,7 @@ constexpr TypeLayout kLayouts[] = {
     {"re32"_id, sizeof(real32), alignof(real32)},
     {"VEC3"_id, 3 * sizeof(real32), alignof(real32)},
     {"s255"_id, sizeof(TMCString255), alignof(TMCString255)},
+    {"sdyn"_id, sizeof(TMCDynamicString), alignof(TMCDynamicString)},
 };
 
 const TypeLayout* FindLayout(MCID inType) {
@@ -38,14 +39,18 @@ constexpr std::size_t RoundUp(std::size_t inSize, std::size_t inAlignment) {
   return (inSize + inAlignment - 1) / inAlignment * inAlignment;
 }
 
-MCID TypeOf(const ParameterValue& inValue) {
-  constexpr MCID kTypes[] = {"bool"_id, "in32"_id, "re32"_id, "VEC3"_id, "s255"_id};
-  static_assert(std::size(kTypes) == std::variant_size_v<ParameterValue>);
-  return kTypes[inValue.index()];
+bool IsText(MCID inType) {
+  return inType == "s255"_id || inType == "sdyn"_id;
 }
 
-// What a field of the value's type can hold.
-bool IsStorable(const ParameterValue& inValue) {
+bool IsOfType(const ParameterValue& inValue, MCID inType) {
+  constexpr MCID kTypes[] = {"bool"_id, "in32"_id, "re32"_id, "VEC3"_id, "s255"_id};
+  static_assert(std::size(kTypes) == std::variant_size_v<ParameterValue>);
+  return kTypes[inValue.index()] == (IsText(inType) ? "s255"_id : inType);
+}
+
+// What a field of the type can hold.
+bool IsStorable(const ParameterValue& inValue, MCID inType) {
   if (const auto* number = std::get_if<real32>(&inValue)) {
     return std::isfinite(*number);
   }
@@ -53,18 +58,22 @@ bool IsStorable(const ParameterValue& inValue) {
     return std::isfinite((*vector)[0]) && std::isfinite((*vector)[1]) && std::isfinite((*vector)[2]);
   }
   if (const auto* text = std::get_if<std::string>(&inValue)) {
-    return text->size() <= kLongestFieldText && text->find('\0') == std::string::npos;
+    return text->size() <= LongestFieldText(inType) && text->find('\0') == std::string::npos;
   }
   return true;
 }
 
 // A text field is an object with a table of operations: its bytes are the string class's alone.
 TMCString& TextAt(const ParameterField& inField, void* ioBlock) {
-  return *reinterpret_cast<TMCString255*>(static_cast<std::byte*>(ioBlock) + inField.fOffset);
+  std::byte* const bytes = static_cast<std::byte*>(ioBlock) + inField.fOffset;
+  if (inField.fType == "sdyn"_id) {
+    return *reinterpret_cast<TMCDynamicString*>(bytes);
+  }
+  return *reinterpret_cast<TMCString255*>(bytes);
 }
 
 const TMCString& TextAt(const ParameterField& inField, const void* inBlock) {
-  return *reinterpret_cast<const TMCString255*>(static_cast<const std::byte*>(inBlock) + inField.fOffset);
+  return TextAt(inField, const_cast<void*>(inBlock));
 }
 
 void Store(const ParameterField& inField, const ParameterValue& inValue, void* ioBlock) {
@@ -90,9 +99,9 @@ Value ReadAs(const std::byte* inBytes) {
 
 }  // namespace
 
-ParameterMap::ParameterMap(std::initializer_list<Entry> inEntries) {
+ParameterMap::ParameterMap(std::span<const FieldDescription> inFields) {
   std::size_t largest = 1;
-  for (const Entry& entry : inEntries) {
+  for (const FieldDescription& entry : inFields) {
     const TypeLayout* layout = FindLayout(entry.fType);
     if (!MC_ASSERT_TEXT(layout, "a parameter map has a field of an unknown type")) {
       continue;
@@ -123,7 +132,8 @@ ParameterValue ParameterMap::Read(const ParameterField& inField, const void* inB
       return ReadAs<real32>(bytes);
     case "VEC3"_id:
       return ReadAs<std::array<real32, 3>>(bytes);
-    case "s255"_id: {
+    case "s255"_id:
+    case "sdyn"_id: {
       const TMCString& text = TextAt(inField, inBlock);
       return std::string(text.CStr(), text.ByteLength());
     }
@@ -133,7 +143,7 @@ ParameterValue ParameterMap::Read(const ParameterField& inField, const void* inB
 }
 
 bool ParameterMap::Write(const ParameterField& inField, const ParameterValue& inValue, void* ioBlock) {
-  if (TypeOf(inValue) != inField.fType || !IsStorable(inValue)) {
+  if (!IsOfType(inValue, inField.fType) || !IsStorable(inValue, inField.fType)) {
     return false;
   }
   Store(inField, inValue, ioBlock);
@@ -141,95 +151,10 @@ bool ParameterMap::Write(const ParameterField& inField, const ParameterValue& in
 }
 
 void ParameterMap::Copy(const ParameterField& inField, const void* inSource, void* ioBlock) {
-  if (inField.fType == "s255"_id) {
+  if (IsText(inField.fType)) {
     TextAt(inField, ioBlock) = TextAt(inField, inSource);
   } else {
     Store(inField, Read(inField, inSource), ioBlock);
-  }
-}
-
-const ParameterMap* FindParameterMap(MCID inClass) {
-  // The pin's block as its panel binds it. The second vector is carried and never read.
-  static const ParameterMap sPin{
-      {"fPositionSet", "bool"_id}, {"fActive", "bool"_id},   {"fGlobal", "bool"_id},
-      {"fPosition", "VEC3"_id},    {"fReserved", "VEC3"_id},
-  };
-  // The link's, from the texts that its panel shows to the range of its values.
-  static const ParameterMap sLink{
-      {"fTargetLabel", "s255"_id},
-      {"fControllerName", "s255"_id},
-      {"fControllerLabel", "s255"_id},
-      {"fListAllProperties", "bool"_id},
-      {"fListReserved", "bool"_id},
-      {"fCombineReplace", "bool"_id},
-      {"fCombineSelf", "bool"_id},
-      {"fCombineAdd", "bool"_id},
-      {"fCombineSubtract", "bool"_id},
-      {"fCombineMultiply", "bool"_id},
-      {"fCombineDivide", "bool"_id},
-      {"fModifyAdd", "bool"_id},
-      {"fModifySubtract", "bool"_id},
-      {"fModifyMultiply", "bool"_id},
-      {"fModifyDivide", "bool"_id},
-      {"fModifySet", "bool"_id},
-      {"fModifyValue", "re32"_id},
-      {"fDecayOn", "bool"_id},
-      {"fGrowOn", "bool"_id},
-      {"fOscillateOn", "bool"_id},
-      {"fStartOn", "bool"_id},
-      {"fStartFrame", "in32"_id},
-      {"fEndOn", "bool"_id},
-      {"fEndFrame", "in32"_id},
-      {"fDelayOn", "bool"_id},
-      {"fDelayFrames", "in32"_id},
-      {"fModifyUnit", "in32"_id},
-      {"fMirrorTransform", "bool"_id},
-      {"fSourceName", "s255"_id},
-      {"fPositionAll", "bool"_id},
-      {"fPositionNone", "bool"_id},
-      {"fPositionCustom", "bool"_id},
-      {"fPositionX", "bool"_id},
-      {"fPositionY", "bool"_id},
-      {"fPositionZ", "bool"_id},
-      {"fPositionInvertX", "bool"_id},
-      {"fPositionInvertY", "bool"_id},
-      {"fPositionInvertZ", "bool"_id},
-      {"fRotationAll", "bool"_id},
-      {"fRotationNone", "bool"_id},
-      {"fRotationCustom", "bool"_id},
-      {"fRotationX", "bool"_id},
-      {"fRotationY", "bool"_id},
-      {"fRotationZ", "bool"_id},
-      {"fRotationInvertX", "bool"_id},
-      {"fRotationInvertY", "bool"_id},
-      {"fRotationInvertZ", "bool"_id},
-      {"fScaleUniform", "bool"_id},
-      {"fScaleX", "bool"_id},
-      {"fScaleY", "bool"_id},
-      {"fScaleZ", "bool"_id},
-      {"fAttributeMode", "bool"_id},
-      {"fLowerLimitOn", "bool"_id},
-      {"fLowerLimit", "re32"_id},
-      {"fUpperLimitOn", "bool"_id},
-      {"fUpperLimit", "re32"_id},
-      {"fName", "s255"_id},
-      {"fAbsolute", "bool"_id},
-      {"fRelative", "bool"_id},
-      {"fLimitUnit", "in32"_id},
-      {"fBakeKeyframes", "bool"_id},
-      {"fFindControllerByName", "bool"_id},
-      {"fFindSourceByName", "bool"_id},
-      {"fRangeOn", "bool"_id},
-      {"fRangeMin", "re32"_id},
-      {"fRangeMax", "re32"_id},
-  };
-  switch (inClass) {
-    case "fPIN"_id:
-      return &sPin;
-    case "fQLX"_id:
-      return &sLink;
-    default:
-      return nullptr;
   }
 }
 

@@ -5,36 +5,37 @@
 #include <array>
 #include <initializer_list>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
-#include "MCTypes.h"
+#include "resources/Descriptions.h"
 
 namespace qlx::host {
 
-// Type words: 'bool' (one byte), 'in32', 're32', 'VEC3' (three 32-bit reals), 's255' (a `TMCString255`).
+// Type words: 'bool' (one byte), 'in32', 're32', 'VEC3' (three 32-bit reals), 's255' (a `TMCString255`), 'sdyn' (a
+// `TMCDynamicString`).
 struct ParameterField {
   std::string fName;  // "fPositionSet"
   MCID fType = 0;
   std::size_t fOffset = 0;
 };
 
-// A text is UTF-8 as it came; one that is read from a block may end inside a character, cut at its 255 bytes.
+// A text is UTF-8 as it came; one that is read from a block may end inside a character, cut where its field ends.
 using ParameterValue = std::variant<bool, int32, real32, std::array<real32, 3>, std::string>;
 
-// Bytes that a text field holds.
-inline constexpr std::size_t kLongestFieldText = 255;
+// Bytes that a text field of the type takes. A text that grows is one of a `TMCString1023` where it is used.
+constexpr std::size_t LongestFieldText(MCID inType) {
+  return inType == "sdyn"_id ? 1023 : 255;
+}
 
 class ParameterMap {
  public:
-  struct Entry {
-    const char* fName;
-    MCID fType;
-  };
   // Lays the fields out in order, each aligned to its type.
-  ParameterMap(std::initializer_list<Entry> inEntries);
+  explicit ParameterMap(std::span<const FieldDescription> inFields);
+  ParameterMap(std::initializer_list<FieldDescription> inFields) : ParameterMap(std::span(inFields)) {}
 
   const std::vector<ParameterField>& GetFields() const { return fFields; }
   const ParameterField* Find(std::string_view inName) const;
@@ -51,8 +52,5 @@ class ParameterMap {
   std::vector<ParameterField> fFields;
   std::size_t fSize = 0;
 };
-
-// The map of a modifier class, null for a class that has none.
-const ParameterMap* FindParameterMap(MCID inClass);
 
 }  // namespace qlx::host

@@ -11,19 +11,6 @@
 
 namespace qlx::host {
 
-// A class that the host can ask a plug-in for.
-struct PluginClass {
-  MCID fFamily;  // 'modi', 'scmd', 'part'
-  MCID fID;      // 'fPIN'; 0 where only the class id is known
-  MCGuid fClassID;
-  const char* fName;  // "PinModifier"
-};
-
-// The fourteen classes that a plug-in of this kind offers, in their order.
-const std::vector<PluginClass>& GetPluginClasses();
-// Null for an unknown class, and for the id 0.
-const PluginClass* FindPluginClass(MCID inFamily, MCID inID);
-
 // What a plug-in throws, and faults in it, come back as results: every call goes through `CallComponent`.
 class PluginLibrary {
  public:

@@ -19,7 +19,7 @@ void* UsableBlock(IExDataExchanger& inExchanger, const ParameterMap& inMap) {
 }  // namespace
 
 TMCCountedPtr<PluginModifier> PluginModifier::Create(Host& inHost, MCID inClass) {
-  const PluginClass* pluginClass = FindPluginClass("modi"_id, inClass);
+  const ExtensionRecord* pluginClass = inHost.GetCatalog()->FindClass("modi"_id, inClass);
   if (!pluginClass || !inHost.GetPlugin()) {
     inHost.GetDiagnostics().Warn(pluginClass ? fmt::format("{}: no plug-in is loaded", pluginClass->fName)
                                              : "a modifier of a class that no plug-in offers cannot be made");
@@ -33,8 +33,12 @@ TMCCountedPtr<PluginModifier> PluginModifier::Create(Host& inHost, MCID inClass)
   return modifier;
 }
 
-PluginModifier::PluginModifier(Host& inHost, const PluginClass& inClass)
-    : Modifier(inClass.fID), fHost(inHost), fPluginClass(inClass), fMap(FindParameterMap(inClass.fID)) {}
+PluginModifier::PluginModifier(Host& inHost, const ExtensionRecord& inClass)
+    : Modifier(inClass.fID),
+      fHost(inHost),
+      fCatalog(inHost.GetCatalog()),
+      fPluginClass(inClass),
+      fMap(fCatalog->FindMap(inClass.fID)) {}
 
 PluginModifier::~PluginModifier() {
   EndInner();
@@ -231,7 +235,7 @@ void PluginModifier::Detach() {
 }
 
 const char* PluginModifier::GetClassName() const {
-  return fPluginClass.fName;
+  return fPluginClass.fName.c_str();
 }
 
 ParameterValue PluginModifier::GetField(const ParameterField& inField) const {

@@ -7,14 +7,13 @@
 
 #include "ComponentCall.h"
 #include "HostExtensions.h"
-#include "ParameterMap.h"
+#include "PluginCatalog.h"
 #include "model/Element.h"
 #include "model/Modifier.h"
 
 namespace qlx::host {
 
 class Host;
-struct PluginClass;
 
 // The component asks this object for every interface that is not its own, and this object asks the component: a flag
 // keeps the two from asking each other without end. All references to the component count this object. When this
@@ -66,7 +65,7 @@ class PluginModifier final : public Modifier {
   MCResult FindPart(const MCGuid& inID, void** outObject) override;
 
  private:
-  PluginModifier(Host& inHost, const PluginClass& inClass);
+  PluginModifier(Host& inHost, const ExtensionRecord& inClass);
   bool MakeInner();
   void EndInner() noexcept;
   void FindBlock();
@@ -78,12 +77,13 @@ class PluginModifier final : public Modifier {
   bool CopyFields(IExDataExchanger& inSource, PluginModifier& outCopy);
 
   Host& fHost;
-  const PluginClass& fPluginClass;
+  std::shared_ptr<const PluginCatalog> fCatalog;  // holds the two that follow
+  const ExtensionRecord& fPluginClass;
+  const ParameterMap* fMap;
   IMCUnknown* fInner = nullptr;            // the component's own view, not counted: it counts this object
   I3DExModifier* fModifier = nullptr;      // likewise
   IExDataExchanger* fExchanger = nullptr;  // likewise
-  const ParameterMap* fMap;
-  void* fBlock = nullptr;  // the component's, as large as the map says
+  void* fBlock = nullptr;                  // the component's, as large as the map says
   bool fAskingInner = false;
   bool fEnding = false;
 

@@ -1,5 +1,6 @@
 #include "FakeOuter.h"
 #include "StartedPlugin.h"
+#include "services/PluginCatalog.h"
 
 namespace qlx::contract {
 namespace {
@@ -19,7 +20,7 @@ TEST(ClassFactory, UnknownClassHasAFactoryThatMakesNothing) {
 // Classes that this build lacks are unknown to it; none may be made by halves.
 TEST(ClassFactory, EveryClassIsMadeOrAnswersThatItIsNot) {
   const StartedPlugin started;
-  for (const host::PluginClass& offered : host::GetPluginClasses()) {
+  for (const host::ExtensionRecord& offered : host::PluginCatalog::GetBuiltIn()->GetClasses()) {
     const auto factory = started.GetFactory(offered.fClassID);
     ASSERT_TRUE(factory) << offered.fName;
     void* object = nullptr;

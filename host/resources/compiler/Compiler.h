@@ -23,6 +23,9 @@ std::vector<CompiledResource> CompileSource(const Source& inSource);
 // Text of the source that defines `GetBuiltInResources`.
 std::string MakeBuiltInSource(const std::vector<CompiledResource>& inResources);
 
+// Replaces what is at the place once the new file is whole. Needs `gMemoryUtilities`.
+void WriteResourceFile(const std::string& inFile, const std::vector<CompiledResource>& inResources);
+
 // The program `qlx_rc`: its exit code.
 int RunCompiler(const std::vector<std::string>& inArguments, std::ostream& inErrors);
 

@@ -13,7 +13,8 @@ namespace qlx::host {
 namespace {
 
 constexpr const char* kUsage =
-    "usage: qlx_rc [--built-in FILE] SOURCE...\n"
+    "usage: qlx_rc [-o FILE] [--built-in FILE] SOURCE...\n"
+    "  -o FILE         the resource file that is made\n"
     "  --built-in FILE the C++ source that is made of the records, for programs that cannot find the file\n";
 
 std::string ReadSourceFile(const std::string& inFile) {
@@ -35,6 +36,7 @@ void WriteTextFile(const std::string& inFile, const std::string& inText) {
 }
 
 struct CompilerJob {
+  std::string fResourceFile;
   std::string fBuiltInFile;
   std::vector<std::string> fSources;
 };
@@ -42,11 +44,11 @@ struct CompilerJob {
 bool ReadArguments(const std::vector<std::string>& inArguments, CompilerJob& outJob) {
   for (std::size_t i = 0; i < inArguments.size(); ++i) {
     const std::string& argument = inArguments[i];
-    if (argument == "--built-in") {
+    if (argument == "-o" || argument == "--built-in") {
       if (++i == inArguments.size()) {
         return false;
       }
-      outJob.fBuiltInFile = inArguments[i];
+      (argument == "-o" ? outJob.fResourceFile : outJob.fBuiltInFile) = inArguments[i];
     } else if (argument.substr(0, 1) == "-") {
       return false;
     } else {
@@ -65,6 +67,9 @@ void RunJob(const CompilerJob& inJob) {
   const std::vector<CompiledResource> resources = CompileSource(source);
   if (!inJob.fBuiltInFile.empty()) {
     WriteTextFile(inJob.fBuiltInFile, MakeBuiltInSource(resources));
+  }
+  if (!inJob.fResourceFile.empty()) {
+    WriteResourceFile(inJob.fResourceFile, resources);
   }
 }
 

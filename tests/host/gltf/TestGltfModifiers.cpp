@@ -157,7 +157,7 @@ Json LinkBlock(const std::string& inPrivate) {
 TEST_F(GltfModifiers, LinksComeBackAsTheyWereWritten) {
   OpenText(MakePinnedArm(LinkBlock(kLinkText)))->Write(fFolder / "first.gltf");
   const Json first = ReadJson("first.gltf")["nodes"][0]["extensions"]["QLX_modifiers"]["modifiers"][0];
-  EXPECT_EQ(first["parameters"].size(), FindParameterMap("fQLX"_id)->GetFields().size());
+  EXPECT_EQ(first["parameters"].size(), PluginCatalog::GetBuiltIn()->FindMap("fQLX"_id)->GetFields().size());
   EXPECT_EQ(first["parameters"]["fName"], "Wheel");
   EXPECT_EQ(first["parameters"]["fControllerName"], "");
   EXPECT_EQ(first["parameters"]["fModifyValue"], 0.25);
@@ -234,7 +234,7 @@ TEST(GltfModifierSchema, NamesTheFieldsOfEachClass) {
       documented.push_back(name);
     }
     std::vector<std::string> fields;
-    for (const ParameterField& field : FindParameterMap(id)->GetFields()) {
+    for (const ParameterField& field : PluginCatalog::GetBuiltIn()->FindMap(id)->GetFields()) {
       fields.push_back(field.fName);
     }
     EXPECT_EQ(documented, fields) << definition;

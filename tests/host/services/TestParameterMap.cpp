@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "MCString.h"
-#include "services/ParameterMap.h"
+#include "services/PluginCatalog.h"
 
 namespace qlx::host {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 using Vector = std::array<real32, 3>;
 
 TEST(ParameterMap, PinLiesAsItsBlockDoes) {
-  const ParameterMap* map = FindParameterMap("fPIN"_id);
+  const ParameterMap* map = PluginCatalog::GetBuiltIn()->FindMap("fPIN"_id);
   ASSERT_NE(map, nullptr);
   const struct {
     const char* fName;
@@ -32,7 +32,7 @@ TEST(ParameterMap, PinLiesAsItsBlockDoes) {
   }
   EXPECT_EQ(map->GetSize(), 28U);
   EXPECT_EQ(map->Find("fposition"), nullptr);
-  EXPECT_EQ(FindParameterMap("fXXX"_id), nullptr);
+  EXPECT_EQ(PluginCatalog::GetBuiltIn()->FindMap("fXXX"_id), nullptr);
 }
 
 TEST(ParameterMap, AlignsEachFieldAndTheWholeToItsType) {
@@ -89,7 +89,7 @@ TEST(ParameterMap, RefusesOtherTypesAndWhatIsNotFinite) {
 }
 
 TEST(ParameterMap, LinkHasItsFieldsInOrder) {
-  const ParameterMap& map = *FindParameterMap("fQLX"_id);
+  const ParameterMap& map = *PluginCatalog::GetBuiltIn()->FindMap("fQLX"_id);
   ASSERT_EQ(map.GetFields().size(), 66U);
   EXPECT_EQ(map.GetFields().front().fName, "fTargetLabel");
   EXPECT_EQ(map.GetFields().back().fName, "fRangeMax");

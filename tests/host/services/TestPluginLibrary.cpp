@@ -38,13 +38,6 @@ TEST(PluginLibrary, ErrorsNameTheFileAndWhatIsWrong) {
   std::filesystem::remove(text);
 }
 
-TEST(PluginLibrary, KnowsItsClassesByFamilyAndId) {
-  EXPECT_EQ(GetPluginClasses().size(), 14U);
-  EXPECT_STREQ(FindPluginClass("modi"_id, "fPIN"_id)->fName, "PinModifier");
-  EXPECT_EQ(FindPluginClass("scmd"_id, "fPIN"_id), nullptr);
-  EXPECT_EQ(FindPluginClass("scmd"_id, 0), nullptr) << "several commands have no id of this kind";
-}
-
 TEST(Host, RefusesWhatCannotBeLoadedAndHasNoPluginThen) {
   Diagnostics diagnostics;
   Host host(diagnostics);

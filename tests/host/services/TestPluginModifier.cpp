@@ -117,7 +117,8 @@ TEST_F(PluginModifierTest, MapsAreAsLargeAsTheBlocks) {
     const auto modifier = fHost.CreateModifier(id);
     ASSERT_TRUE(modifier);
     const auto exchanger = MCQuery<IExDataExchanger>(static_cast<I3DShModifier*>(modifier.Get()));
-    EXPECT_EQ(exchanger->GetExtensionDataSize(), FindParameterMap(id)->GetSize()) << modifier->GetClassName();
+    EXPECT_EQ(exchanger->GetExtensionDataSize(), fHost.GetCatalog()->FindMap(id)->GetSize())
+        << modifier->GetClassName();
     EXPECT_NE(modifier->GetParameterMap(), nullptr);
   }
 }
@@ -167,7 +168,7 @@ TEST_F(PluginModifierTest, BlockOfAnotherSizeIsNeverWritten) {
     LoadOdd(mode);
     ASSERT_TRUE(fModifier);
     EXPECT_EQ(fModifier->GetParameterMap(), nullptr);
-    const ParameterField& last = *FindParameterMap("fPIN"_id)->Find("fReserved");
+    const ParameterField& last = *fHost.GetCatalog()->FindMap("fPIN"_id)->Find("fReserved");
     EXPECT_FALSE(fModifier->SetField(last, Vector{1, 1, 1}));
     EXPECT_EQ(fDiagnostics.GetWarnings().front(),
               "PinModifier: its parameters cannot be used, the block is not the one that the host knows");
