@@ -85,8 +85,7 @@ std::shared_ptr<const PluginCatalog> PluginCatalog::ReadBeside(const std::filesy
   const MCResult opened = file.Open(TMCDynamicString(path.c_str()));
   if (opened != MC_S_OK) {
     inDiagnostics.Warn(fmt::format("{}: {}: there are no panels and dialogs", path,
-                                   opened == MC_E_FILENOTFOUND ? "no such resource file"
-                                                               : file.GetProblem().CStr()));
+                                   opened == MC_E_FILENOTFOUND ? "no such resource file" : file.GetProblem().CStr()));
     return GetBuiltIn();
   }
   Problems problems;

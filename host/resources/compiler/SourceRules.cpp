@@ -154,6 +154,7 @@ class SourceRules {
     if (record.fLabel.empty() || record.fHelp.empty()) {
       FailAt(place, record.fName + " has no label or no help");
     }
+    CheckLength(record.fName, kLongestLabel, "name", place);
     CheckLength(record.fLabel, kLongestLabel, "label", place);
     CheckLength(record.fHelp, kLongestHelp, "help", place);
     fNames.Add(record.fName, place, fmt::format("a class {}", record.fName));
@@ -179,6 +180,7 @@ class SourceRules {
       UniqueKeys<std::string> names;
       for (std::size_t i = 0; i < map.fFields.size(); ++i) {
         const std::string& name = map.fMap.fFields[i].fName;
+        CheckLength(name, kLongestLabel, "name", map.fFields[i].fPlace);
         names.Add(name, map.fFields[i].fPlace, fmt::format("a field {}", name));
       }
     }

@@ -228,7 +228,8 @@ TEST_F(GltfModifiers, NameCutInsideACharacterIsWrittenAsText) {
 // The document for others says what the code does.
 TEST(GltfModifierSchema, NamesTheFieldsOfEachClass) {
   const Json schema = Json::parse(ReadFile(std::filesystem::path(QLX_FORMATS) / "node.QLX_modifiers.schema.json"));
-  for (const auto& [definition, id] : {std::pair("pin", "fPIN"_id), std::pair("link", "fQLX"_id)}) {
+  for (const auto& [definition, id] :
+       {std::pair("pin", "fPIN"_id), std::pair("link", "fQLX"_id), std::pair("slider", "fSLD"_id)}) {
     std::vector<std::string> documented;
     for (const auto& [name, field] : schema["$defs"][definition]["properties"].items()) {
       documented.push_back(name);

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "MCString.h"
+#include "TestMemory.h"
 #include "services/PluginCatalog.h"
 
 namespace qlx::host {
@@ -136,6 +137,37 @@ TEST(ParameterMap, TextsGoThroughTheirClass) {
     EXPECT_TRUE(block.fFlag && block.fLast) << row.fLabel;
     EXPECT_FALSE(ParameterMap::Write(text, 1.0f, &block)) << row.fLabel;
   }
+}
+
+// What the slider's block is made of.
+TEST(ParameterMap, TextsThatGrowTakeAsMuchAsAPathHas) {
+  struct Block {
+    TMCDynamicString fPath;
+    TMCString255 fLabel;
+    real32 fNumbers[3] = {1, 2, 3};
+  };
+  const ParameterMap& map = *PluginCatalog::GetBuiltIn()->FindMap("fSLD"_id);
+  ASSERT_EQ(map.GetSize(), sizeof(Block));
+  if (sizeof(void*) == 4) {
+    EXPECT_EQ(map.GetSize(), 304U);
+  }
+  const test::TestMemory memory;
+  const ParameterField& path = *map.Find("fPath");
+  Block block;
+  Block copy;
+  for (const std::size_t length : {0U, 5U, 255U, 1023U}) {
+    const ParameterValue text(std::string(length, 'x'));
+    EXPECT_TRUE(ParameterMap::Write(path, text, &block)) << length;
+    ParameterMap::Copy(path, &block, &copy);
+    EXPECT_EQ(ParameterMap::Read(path, &copy), text) << length;
+  }
+  for (const std::string& text : {std::string(1024, 'x'), std::string("a\0b", 3)}) {
+    EXPECT_FALSE(ParameterMap::Write(path, text, &block));
+    EXPECT_EQ(block.fPath.ByteLength(), 1023U) << "as it was";
+  }
+  EXPECT_FALSE(ParameterMap::Write(path, 1.0f, &block));
+  EXPECT_FALSE(ParameterMap::Write(*map.Find("fLabel"), std::string(256, 'x'), &block));
+  EXPECT_EQ(block.fNumbers[0], 1.0f);
 }
 
 TEST(ParameterMap, AnyByteButZeroIsATrueFlag) {
