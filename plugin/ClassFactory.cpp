@@ -5,11 +5,16 @@
 #include "AddPinModifier.h"
 #include "AddQLXModifier.h"
 #include "AddSliderModifier.h"
+#include "CreateQLXChain.h"
 #include "DeleteKeyframes.h"
 #include "MCAssert.h"
 #include "MCCountedPtr.h"
 #include "OperationGuard.h"
 #include "PinModifier.h"
+#include "PropertyExplorer.h"
+#include "PropertyExplorerDialog.h"
+#include "QLXChainDialog.h"
+#include "QLXChainQLXSubDlg.h"
 #include "QLXModifier.h"
 #include "RemoveDupKeyframes.h"
 #include "SliderModifier.h"
@@ -21,7 +26,7 @@ namespace {
 
 struct ClassEntry {
   MCGuid fClassID;
-  TBasicUnknown* (*fMake)();  // null: the class is known and not in this build
+  TBasicUnknown* (*fMake)();
 };
 
 template <class Component>
@@ -42,11 +47,11 @@ constexpr std::array<ClassEntry, 14> kClasses = {{
     {RemoveDupKeyframesCommand::kClassID, &Make<RemoveDupKeyframesCommand>},
     {WiggleKeyframesCommand::kClassID, &Make<WiggleKeyframesCommand>},
     {DeleteKeyframesCommand::kClassID, &Make<DeleteKeyframesCommand>},
-    {"10E24BAB-1020-0121-0FFF-211F1212AABB"_guid, nullptr},  // QLXChainCommand
-    {"10E24B1B-1020-0122-0FFF-211F1212AABC"_guid, nullptr},  // QLXChainDialog
-    {"10E24B1B-1020-0122-0FFF-211F1213ABBD"_guid, nullptr},  // QLXChainQLXSubDlg
-    {"10E24B1C-1022-0123-1000-22201314ACBE"_guid, nullptr},  // PropertyExplorer
-    {"10E24B1C-1022-0123-1000-22201315ADBF"_guid, nullptr},  // PropertyExplorerDialog
+    {QLXChainCommand::kClassID, &Make<QLXChainCommand>},
+    {QLXChainDialog::kInterfaceID, &Make<QLXChainDialog>},
+    {QLXChainQLXSubDlg::kInterfaceID, &Make<QLXChainQLXSubDlg>},
+    {PropertyExplorer::kClassID, &Make<PropertyExplorer>},
+    {PropertyExplorerDialog::kInterfaceID, &Make<PropertyExplorerDialog>},
 }};
 
 }  // namespace
@@ -54,7 +59,7 @@ constexpr std::array<ClassEntry, 14> kClasses = {{
 TBasicUnknown* CreateComponentObject(const MCGuid& inClassID) {
   for (const ClassEntry& entry : kClasses) {
     if (entry.fClassID == inClassID) {
-      return entry.fMake != nullptr ? entry.fMake() : nullptr;
+      return entry.fMake();
     }
   }
   return nullptr;

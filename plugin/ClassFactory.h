@@ -6,8 +6,8 @@
 
 namespace qlx {
 
-// A new object of the class with reference count 1, as its `TBasicUnknown` view; null for an unknown class, one that
-// this build does not have, or without memory.
+// A new object of the class with reference count 1, as its `TBasicUnknown` view; null for an unknown class or without
+// memory.
 TBasicUnknown* CreateComponentObject(const MCGuid& inClassID);
 
 // Makes objects of one class. Made for unknown classes too: `CreateInstance` is where they fail.

@@ -49,6 +49,12 @@ bool PartField::Take(IMFPart* inControl) const {
   return true;
 }
 
+void PartField::Clear() const {
+  if (fType == "bool"_id) {
+    *static_cast<bool*>(fField) = false;
+  }
+}
+
 void ShowFields(IMFPart* inDialog, std::initializer_list<PartField> inFields) {
   for (const PartField& field : inFields) {
     field.Show(FindChild(inDialog, field.GetID()).Get());

@@ -48,6 +48,9 @@ class PartField {
   void Show(IMFPart* inControl) const;
   // From the control to the field; false, with the field as it was, for a control that has no such value.
   bool Take(IMFPart* inControl) const;
+  // The field of a switch: whether it is on, and turning it off.
+  bool IsOn() const { return fType == "bool"_id && *static_cast<const bool*>(fField); }
+  void Clear() const;
 
  private:
   MCID fID;
