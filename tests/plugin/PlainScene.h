@@ -41,6 +41,9 @@ class PlainScene final : public FakeObject<I3DShScene> {
   }
   void MC_CALL FindElementByTreePath(TreeElement** outElement, const TreePath& inPath) override {
     fScene.FindElementByTreePath(outElement, inPath);
+    if (*outElement == fGone) {
+      MCAssignCounted<TreeElement>(outElement, nullptr);
+    }
   }
   void MC_CALL FindElementByRef(TreeElement** outElement, const ObjectReference& inReference) override {
     ++fLookups;
@@ -59,6 +62,7 @@ class PlainScene final : public FakeObject<I3DShScene> {
   int fLookups = 0;
   int fRefreshes = 0;
   std::vector<TreeElement*> fSelected;
+  TreeElement* fGone = nullptr;  // found by no path
 };
 
 // The notifier of an element's morphs.

@@ -34,11 +34,10 @@ class QLXChainTest : public CommandTest {
   void MakeLinkDialog() {
     FakeControl& dialog = fServices.fDialogs.Add(200, [this](FakeControl&) { return fOnLink(); });
     dialog.fExtension = static_cast<IMFExResponder*>(fEditor.Get());
-    for (const char* const id : {"cset", "ccst", "cadd", "csub", "cmul", "cdiv", "madd", "msub", "mmul", "mdiv",
-                                 "mcst", "oscl", "ltst", "coff", "dely", "decy", "grow", "BTal", "BTno", "BTso",
-                                 "BTsX", "BTsY", "BTsZ", "BTiX", "BTiY", "BTiZ", "BRal", "BRno", "BRso", "BRsX",
-                                 "BRsY", "BRsZ", "BRiX", "BRiY", "BRiZ", "BSun", "BSsX", "BSsY", "BSsZ", "LMin",
-                                 "LMax", "CLim", "uFRA"}) {
+    for (const char* const id : {"cset", "ccst", "cadd", "csub", "cmul", "cdiv", "madd", "msub", "mmul", "mdiv", "mcst",
+                                 "oscl", "ltst", "coff", "dely", "decy", "grow", "BTal", "BTno", "BTso", "BTsX", "BTsY",
+                                 "BTsZ", "BTiX", "BTiY", "BTiZ", "BRal", "BRno", "BRso", "BRsX", "BRsY", "BRsZ", "BRiX",
+                                 "BRiY", "BRiZ", "BSun", "BSsX", "BSsY", "BSsZ", "LMin", "LMax", "CLim", "uFRA"}) {
       dialog.Add("grup"_id).Add(TMCString15(id).ToID(), false);
     }
     for (const MCID id : {"lsvl"_id, "covl"_id, "dfrm"_id}) {
@@ -102,7 +101,7 @@ TEST_F(QLXChainTest, EachLinkFollowsTheFirstOrTheOneBefore) {
     const char* fLabel;
     bool fFollowsFirst;
     std::vector<host::Element*> fTargets;
-    host::Element* fGone;  // removed before OK
+    host::Element* fGone;  // by the time of OK
     std::vector<std::string> fFollowed;
   } rows[] = {
       {"one link keeps what it has", false, {&fHip}, nullptr, {""}},
@@ -123,9 +122,7 @@ TEST_F(QLXChainTest, EachLinkFollowsTheFirstOrTheOneBefore) {
       for (host::Element* const target : row.fTargets) {
         AddFor(*target);
       }
-      if (row.fGone) {
-        fScene->RemoveElement(*row.fGone);
-      }
+      fHost.fScene.fGone = row.fGone;
       return true;
     };
     EXPECT_TRUE(Run<QLXChainCommand>());
@@ -142,9 +139,7 @@ TEST_F(QLXChainTest, EachLinkFollowsTheFirstOrTheOneBefore) {
     EXPECT_EQ(followed, row.fFollowed);
     for (host::Element* const element : {&fHip, &fKnee, &fToe}) {
       EXPECT_EQ(LinksOn(*element).size(), seen[element]);
-      while (!element->GetModifiers().empty()) {
-        element->RemoveModifier(*element->GetModifiers()[0]);
-      }
+      element->RemoveAllModifiers();
     }
   }
 }
@@ -321,10 +316,10 @@ TEST_F(QLXChainTest, ChoicesClearOneAnother) {
     MCID fUsed;            // turned on
     const char* fOnAfter;  // of the group
   } rows[] = {
-      {"cset", "ccst"_id, "ccst"}, {"ccst", "cdiv"_id, "cdiv"}, {"madd", "mcst"_id, "mcst"},
-      {"BTso", "BTal"_id, "BTal"}, {"BTal", "BTno"_id, "BTno"}, {"BTal", "BTso"_id, "BTso"},
-      {"BTso", "BTno"_id, "BTno BTso"}, {"BRso", "BRal"_id, "BRal"}, {"BRso", "BRno"_id, "BRno"},
-      {"BRal", "BRso"_id, "BRso"}, {"BRal", "BRno"_id, "BRal BRno"},
+      {"cset", "ccst"_id, "ccst"},      {"ccst", "cdiv"_id, "cdiv"},      {"madd", "mcst"_id, "mcst"},
+      {"BTso", "BTal"_id, "BTal"},      {"BTal", "BTno"_id, "BTno"},      {"BTal", "BTso"_id, "BTso"},
+      {"BTso", "BTno"_id, "BTno BTso"}, {"BRso", "BRal"_id, "BRal"},      {"BRso", "BRno"_id, "BRno"},
+      {"BRal", "BRso"_id, "BRso"},      {"BRal", "BRno"_id, "BRal BRno"},
   };
   constexpr const char* kGroups[] = {"cset", "ccst", "cadd", "csub", "cmul", "cdiv", "madd", "msub", "mmul",
                                      "mdiv", "mcst", "BTal", "BTno", "BTso", "BRal", "BRno", "BRso"};
@@ -332,9 +327,11 @@ TEST_F(QLXChainTest, ChoicesClearOneAnother) {
     SCOPED_TRACE(TMCString15(row.fOn).CStr());
     fEditor->Start(nullptr, QLXChainLink());
     fEditor->ShowLink(fServices.fDialogs[200].AsPart());
-    const std::string group(row.fOn, 2);
+    const auto isBeside = [&row](const char* inID) {
+      return inID[0] == row.fOn[0] && (inID[0] != 'B' || inID[1] == row.fOn[1]);
+    };
     for (const char* const id : kGroups) {
-      if (group == std::string(id, 2)) {
+      if (isBeside(id)) {
         Link(TMCString15(id).ToID()).fNumber = std::string(id) == row.fOn ? 1 : 0;
       }
     }
@@ -342,13 +339,13 @@ TEST_F(QLXChainTest, ChoicesClearOneAnother) {
     std::string on;
     for (const char* const id : kGroups) {
       const bool isOn = Link(TMCString15(id).ToID()).fNumber != 0;
-      on += isOn && group == std::string(id, 2) ? (on.empty() ? "" : " ") + std::string(id) : "";
+      on += isOn && isBeside(id) ? (on.empty() ? "" : " ") + std::string(id) : "";
     }
     EXPECT_EQ(on, row.fOnAfter);
     fEditor->ShowLink(fServices.fDialogs[200].AsPart());
     for (const char* const id : kGroups) {
       const bool isOn = Link(TMCString15(id).ToID()).fNumber != 0;
-      if (group == std::string(id, 2)) {
+      if (isBeside(id)) {
         EXPECT_EQ(isOn, std::string(row.fOnAfter).find(id) != std::string::npos) << id << " of the copy";
       }
     }
@@ -375,10 +372,13 @@ TEST_F(QLXChainTest, TheIdsBesideTheTable) {
   EXPECT_TRUE(d.fPositionNone && !d.fPositionAll && d.fPositionX) << "as 'BTno'";
 
   const auto edit = [this](MCID inButton, int32 inDialog, MCID inField) {
-    fServices.fDialogs.Add(inDialog, [inField](FakeControl& ioDialog) {
-      ioDialog[inField].fNumber = 0.25;
-      return true;
-    }).Add(inField, 0.0f);
+    fServices.fDialogs
+        .Add(inDialog,
+             [inField](FakeControl& ioDialog) {
+               ioDialog[inField].fNumber = 0.25;
+               return true;
+             })
+        .Add(inField, 0.0f);
     Enter(inButton, 0);
   };
   edit("sosc"_id, 180, "osca"_id);
