@@ -12,6 +12,7 @@
 #include "BasicPart.h"
 #include "HostCommands.h"
 #include "HostExtensions.h"
+#include "HostInterface.h"
 #include "HostServices.h"
 
 namespace qlx {
@@ -82,6 +83,27 @@ TEST(AbiSlots, PartHasThirtyOperations) {
   EXPECT_EQ(SlotOf(&I::GetPreferredValue), 32U);
 }
 
+TEST(AbiSlots, PartsAndControls) {
+  ExpectInOrder("IMFPart", 3,
+                {SlotOf(&IMFPart::GetPartId), SlotOf(&IMFPart::FindChildPart), SlotOf(&IMFPart::GetParentPart),
+                 SlotOf(&IMFPart::GetPartValue), SlotOf(&IMFPart::SetPartValue)});
+  ExpectInOrder("ISliderControl", 3,
+                {SlotOf(&ISliderControl::SetSliderLabel), SlotOf(&ISliderControl::SetSliderRange)});
+  ExpectInOrder("ILabelledControl", 3, {SlotOf(&ILabelledControl::GetLabel), SlotOf(&ILabelledControl::SetLabel)});
+  ExpectInOrder("IPopupControl", 3, {SlotOf(&IPopupControl::GetItemCount), SlotOf(&IPopupControl::AddItem)});
+  using L = IListControl;
+  ExpectInOrder("IListControl", 3,
+                {SlotOf(&L::GetListRowCount), SlotOf(&L::AddListRow), SlotOf(&L::ClearListRows),
+                 SlotOf(&L::GetCurrentRow), SlotOf(&L::SetCurrentRow)});
+  using H = IHierarchyList;
+  ExpectInOrder("IHierarchyList", 3,
+                {SlotOf(&H::ClearList), SlotOf(&H::AddRow), SlotOf(&H::GetRowCount), SlotOf(&H::SetRowsExpanded),
+                 SlotOf(&H::GetSelectedRows), SlotOf(&H::GetRowItem), SlotOf(&H::GetRowLabel)});
+  ExpectInOrder("IModalDialog", 3, {SlotOf(&IModalDialog::RunModal), SlotOf(&IModalDialog::CloseDialog)});
+  using I = ISceneSelection;
+  ExpectInOrder("ISceneSelection", 3, {SlotOf(&I::GetEntryCount), SlotOf(&I::GetEntry), SlotOf(&I::GetEntryObject)});
+}
+
 TEST(AbiSlots, MemoryUtilities) {
   using I = IMemoryUtilities;
   ExpectInOrder("IMemoryUtilities", 3,
@@ -125,6 +147,9 @@ TEST(AbiIDs, AreTheSameBytesInMemory) {
       {"PinModifier",
        "203FF150-EDC1-991D-93E9-19E1A1710097"_guid,
        {0x50, 0xF1, 0x3F, 0x20, 0xC1, 0xED, 0x1D, 0x99, 0x93, 0xE9, 0x19, 0xE1, 0xA1, 0x71, 0x00, 0x97}},
+      {"SliderModifier",
+       "203FF150-EDC1-991D-93E9-19E1A1710098"_guid,
+       {0x50, 0xF1, 0x3F, 0x20, 0xC1, 0xED, 0x1D, 0x99, 0x93, 0xE9, 0x19, 0xE1, 0xA1, 0x71, 0x00, 0x98}},
   };
   for (const FixedID& row : rows) {
     EXPECT_EQ(std::bit_cast<Bytes>(row.fID), row.fBytes) << row.fLabel;

@@ -14,6 +14,11 @@
 
 namespace qlx::contract {
 
+class FakeSceneMaster final : public Fake<ISceneMaster> {
+ public:
+  I3DShScene* MC_CALL GetMasterScene() override { return nullptr; }
+};
+
 class FakeScene final : public Fake<I3DShScene> {
  public:
   int32 MC_CALL GetCurrentTime(SceneTime& outTime) override {
@@ -23,15 +28,20 @@ class FakeScene final : public Fake<I3DShScene> {
   real32 MC_CALL GetFrameRate() override { return 24; }
   void MC_CALL GetTimeRange(ITimeRange** outRange) override { *outRange = nullptr; }
   void MC_CALL GetRoot(IMCUnknown** outRoot) override { *outRoot = nullptr; }
-  void MC_CALL GetSceneMaster(ISceneMaster** outMaster) override { *outMaster = nullptr; }
+  void MC_CALL GetSceneMaster(ISceneMaster** outMaster) override {
+    fMaster.AddRef();
+    *outMaster = &fMaster;
+  }
   void MC_CALL FindElementByTreePath(TreeElement** outElement, const TreePath&) override { *outElement = nullptr; }
   void MC_CALL FindElementByRef(TreeElement** outElement, const ObjectReference&) override { *outElement = nullptr; }
   void MC_CALL FindElementByUniqueID(TreeElement** outElement, uint32) override { *outElement = nullptr; }
   uint32 MC_CALL GetSelectedElementCount() override { return 0; }
   TreeElement* MC_CALL GetSelectedElement(uint32) override { return nullptr; }
-  void MC_CALL RefreshAfterCommand() override {}
+  void MC_CALL RefreshAfterCommand() override { ++fRefreshes; }
 
   int32 fTime = 0;
+  int32 fRefreshes = 0;
+  FakeSceneMaster fMaster;
 };
 
 class FakeAttribute final : public Fake<IAttribute> {

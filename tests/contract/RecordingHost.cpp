@@ -93,6 +93,9 @@ RecordingHost::RecordingHost() {
   Put("1.7", fDebug);
   Put("1.8", fMemory);
   Put("1.9", fSafe);
+  Put("1.11", fComponents);
+  Put("1.13", fDialogs);
+  Put("1.14", fResources);
   Put("2.4", fSecondQuestion);
   Put("3.1", fThirdQuestion);
 }

@@ -119,6 +119,38 @@ class FakeMultiProcessing final : public Service<IMultiProcessing> {
   void* fQueue = this;
 };
 
+// A host without components, resources and dialogs of its own; what was asked for stands in `fAsked`.
+class FakeComponents final : public Service<IComponentFactory> {
+ public:
+  MCResult MC_CALL CreateComponent(MCID, MCID inClass, IMCUnknown**) override {
+    fAsked.push_back(inClass);
+    return MC_E_NOTCREATED;
+  }
+  std::vector<MCID> fAsked;
+};
+
+class FakeDialogFactory final : public Service<IDialogFactory> {
+ public:
+  MCResult MC_CALL CreateDialog(IMFPart**, MCID, int32 inResourceId) override {
+    fAsked.push_back(inResourceId);
+    return MC_E_NOTVALID;
+  }
+  std::vector<int32> fAsked;
+};
+
+class FakeResources final : public Service<IResourceManager> {
+ public:
+  MCResult MC_CALL PushResourceContext(MCID, MCID, uint32& outToken) override {
+    outToken = ++fContexts;
+    return MC_S_OK;
+  }
+  MCResult MC_CALL PopResourceContext(uint32 inToken) override {
+    EXPECT_EQ(inToken, fContexts--);
+    return MC_S_OK;
+  }
+  uint32 fContexts = 0;  // that are current
+};
+
 class FakeQuestion final : public Service<IHostQuestion> {
  public:
   bool MC_CALL Answer() override;
@@ -144,6 +176,9 @@ class RecordingHost final : public Fake<IMCUnknown> {
   FakeSafeUtilities fSafe;
   FakeShell fShell;
   FakeMultiProcessing fMultiProcessing;
+  FakeComponents fComponents;
+  FakeDialogFactory fDialogs;
+  FakeResources fResources;
   FakeQuestion fSecondQuestion;
   FakeQuestion fThirdQuestion;
 

@@ -17,22 +17,6 @@ TEST(ClassFactory, UnknownClassHasAFactoryThatMakesNothing) {
   EXPECT_EQ(object, &mark) << "the out pointer stays as it was";
 }
 
-// Classes that this build lacks are unknown to it; none may be made by halves.
-TEST(ClassFactory, EveryClassIsMadeOrAnswersThatItIsNot) {
-  const StartedPlugin started;
-  for (const host::ExtensionRecord& offered : host::PluginCatalog::GetBuiltIn()->GetClasses()) {
-    const auto factory = started.GetFactory(offered.fClassID);
-    ASSERT_TRUE(factory) << offered.fName;
-    void* object = nullptr;
-    const MCResult result = factory->CreateInstance(nullptr, IMCUnknown::kInterfaceID, &object);
-    EXPECT_EQ(result, object ? MC_S_OK : MC_E_NOTCREATED) << offered.fName;
-    EXPECT_TRUE(object || offered.fClassID != kPinClass) << offered.fName;
-    if (object) {
-      EXPECT_EQ(static_cast<IMCUnknown*>(object)->Release(), 0U) << offered.fName;
-    }
-  }
-}
-
 TEST(ClassFactory, UnloadQueryCountsFactoriesAndComponents) {
   const StartedPlugin started;
   const auto& plugin = started.fPlugin;
