@@ -27,6 +27,7 @@ void AddLinksCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddBakeCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddInfoCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddTokensCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddResourcesCommand(CLI::App& inProgram, CommandContext& inContext);
 
 // `--library` is understood before and after a command's name.
 void AddLibraryOption(CLI::App& inCommand, CommandContext& inContext);

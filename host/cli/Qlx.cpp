@@ -29,6 +29,7 @@ const char* const kProgramExamples = R"(Examples:
   qlx bake scene.gltf -o baked.glb          every frame evaluated, the result as keys
   qlx info                                  the plug-in that is loaded
   qlx tokens saved.tok                      what is in a token file, and where it is broken
+  qlx resources panels.rsrc                 what is in a resource file, and where it is damaged
 
 `qlx COMMAND --help` tells more. Exit code: 0 done, 1 a problem with a file or a value, 2 a wrong command line.
 )";
@@ -104,6 +105,7 @@ int RunQlx(std::vector<std::string> inArguments, Console& inConsole) {
   AddBakeCommand(program, context);
   AddInfoCommand(program, context);
   AddTokensCommand(program, context);
+  AddResourcesCommand(program, context);
   try {
     std::reverse(inArguments.begin(), inArguments.end());  // the parser takes them from the end
     program.parse(std::move(inArguments));
