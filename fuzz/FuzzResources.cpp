@@ -113,7 +113,7 @@ class Edits {
     const uint8 kind = fInput.TakeByte();
     const uint8 which = fInput.TakeByte();
     fType = Pick(which);
-    fID = static_cast<int16>(static_cast<int8>(fInput.TakeByte()));
+    fID = static_cast<int16>(fInput.TakeByte() - 8);
     fSize = fInput.TakeByte();
     FindThere(which);
     switch (kind % 6) {

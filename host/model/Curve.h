@@ -44,6 +44,10 @@ class Curve {
   bool MoveKey(uint32 inSerial, int32 inTime, std::size_t& ioHint);
   bool SelectKey(int32 inTime, bool inSelected);
   void Clear() { fKeys.clear(); }
+  // Takes the keys of an earlier copy of this curve, with their serials; serials given since are not given again.
+  void Restore(const Curve& inSaved);
+  // The same keys, whatever is selected. Values are compared by their bits.
+  bool HasSameKeys(const Curve& inCurve) const;
   // Lets every key hold its value up to the next one.
   void MakeSteps();
   void Reserve(std::size_t inCount) { fKeys.reserve(inCount); }

@@ -27,6 +27,7 @@ class Scene;
 class SceneObject;
 class Shader;
 class ValueSet;
+struct SavedElement;
 
 struct AttachedValues {
   MCID fID = 0;       // of the group: "came"
@@ -79,6 +80,12 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   // Channels whose base value or curve an edit changed since the scene was read.
   ChannelMask GetEditedChannels() const { return fEdited; }
   void ClearEditedChannels() { fEdited = 0; }
+
+  // What a person can edit of the values, to be compared with and brought back later (SavedValues.h). Bringing back
+  // shows at once; not during an evaluation.
+  SavedElement SaveValues() const;
+  bool HasValues(const SavedElement& inSaved) const;
+  void RestoreValues(const SavedElement& inSaved);
 
   // The values at a time from curves and base values, without modifiers. Changes nothing.
   ChannelValues SampleAt(int32 inTime) const;

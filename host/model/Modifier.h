@@ -56,6 +56,11 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
   // The modifier was edited: what it ties may have changed.
   void LinksChanged();
 
+  // What a person can change of the modifier but for its place and whether it is on: bytes to be compared, and to be
+  // given to the same modifier again.
+  virtual std::string SaveState() { return {}; }
+  virtual void RestoreState(const std::string& /*inState*/) {}
+
   // The start of what `Apply` works with beside this object, to be fetched ahead of time; null when there is nothing.
   virtual const void* GetWorkMemory() const { return nullptr; }
 

@@ -16,6 +16,7 @@
 namespace qlx::host {
 
 class Scene;
+struct SavedValueSet;
 
 // 'qfix' (a number), 'bool' or 'colo'. Numbers are in the units of the scene: inches, radians.
 struct ValueInfo {
@@ -57,6 +58,10 @@ class ValueSet : public std::enable_shared_from_this<ValueSet> {
   // True where an edit changed a base value or a curve since the scene was read.
   bool IsEdited(std::size_t inIndex) const { return fValues[inIndex].fIsEdited; }
   void ClearEdited();
+  // As those of an element.
+  SavedValueSet SaveValues() const;
+  bool HasValues(const SavedValueSet& inSaved) const;
+  void RestoreValues(const SavedValueSet& inSaved);
 
   // Evaluation, called by the scene: takes the values of the time; later writes mark values as modified.
   void BeginEvaluation(int32 inTime);

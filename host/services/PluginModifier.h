@@ -35,6 +35,9 @@ class PluginModifier final : public Modifier {
   TMCCountedPtr<Modifier> CopyToLookAt() override;
   std::string DescribeProblem(const LinkTrace& inTrace) override;
   void Detach() override;
+  // The fields of the public block and the private text. A component that cannot write or read its text keeps it.
+  std::string SaveState() override;
+  void RestoreState(const std::string& inState) override;
 
   // "PinModifier"
   const char* GetClassName() const;
