@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 
 #include "Element.h"
 #include "Scene.h"
@@ -22,7 +21,8 @@ bool SameKey(const CurveKey& inA, const CurveKey& inB) {
 }
 
 bool SameTurn(const QuaternionValue& inA, const QuaternionValue& inB) {
-  return std::memcmp(inA.data(), inB.data(), sizeof(inA)) == 0;
+  return std::equal(inA.begin(), inA.end(), inB.begin(),
+                    [](real64 a, real64 b) { return std::bit_cast<uint64>(a) == std::bit_cast<uint64>(b); });
 }
 
 bool SameRotation(const RotationCurve* inA, const RotationCurve* inB) {
