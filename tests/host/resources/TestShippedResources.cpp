@@ -72,7 +72,7 @@ TEST(ShippedResources, HaveEveryControlOfItsKind) {
       {kDialogType, 200, Kind::kCheckBox,
        "oscl ltst coff dely decy grow uFRA BTsX BTsY BTsZ BTiX BTiY BTiZ BRsX BRsY BRsZ BRiX BRiY BRiZ BSun BSsX BSsY "
        "BSsZ LMin LMax CLim"},
-      {kDialogType, 200, Kind::kButton, "TBno sosc sdcy"},
+      {kDialogType, 200, Kind::kButton, "TBno sosc sdcy sgrw"},
   };
   for (const auto& row : kRows) {
     const PartDescription* part = FindPart(Shipped(), row.fPart, row.fID);

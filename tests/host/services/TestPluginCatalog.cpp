@@ -137,6 +137,26 @@ TEST(PluginCatalog, FilesMayKnowMore) {
   EXPECT_EQ(diagnostics.GetWarnings(), std::vector<std::string>());
 }
 
+// What a class answers for is what its record says.
+TEST(PluginCatalog, RecordsNameThePanelsOfTheClasses) {
+  Diagnostics diagnostics;
+  Host host(diagnostics);
+  host.LoadPlugin(QLX_PLUGIN_FILE);
+  int asked = 0;
+  for (const ExtensionRecord& record : host.GetCatalog()->GetClasses()) {
+    void* object = nullptr;
+    if (record.fFamily != "part"_id &&
+        host.GetPlugin()->Create(record.fClassID, nullptr, IExDataExchanger::kInterfaceID, &object) == MC_S_OK) {
+      const auto exchanger = MCAdopt(static_cast<IExDataExchanger*>(object));
+      EXPECT_EQ(exchanger->GetResourceId(), record.fResourceId) << record.fName;
+      const ParameterMap* const map = host.GetCatalog()->FindMap(record.fID);
+      EXPECT_EQ(map ? map->GetSize() : 0, exchanger->GetExtensionDataSize()) << record.fName;
+      ++asked;
+    }
+  }
+  EXPECT_GE(asked, 9);
+}
+
 // Whatever is cut off a file, there is an answer, and the modifiers of the program.
 TEST(PluginCatalog, CutFilesAreNoMoreThanAWarning) {
   const test::TestMemory memory;
