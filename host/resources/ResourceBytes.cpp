@@ -36,14 +36,19 @@ std::size_t CharacterLength(std::string_view inText) noexcept {
 }  // namespace
 
 bool IsUtf8Text(std::string_view inText) noexcept {
-  while (!inText.empty()) {
-    const std::size_t length = CharacterLength(inText);
+  return Utf8StartLength(inText) == inText.size();
+}
+
+std::size_t Utf8StartLength(std::string_view inText) noexcept {
+  std::size_t start = 0;
+  while (start < inText.size()) {
+    const std::size_t length = CharacterLength(inText.substr(start));
     if (length == 0) {
-      return false;
+      break;
     }
-    inText.remove_prefix(length);
+    start += length;
   }
-  return true;
+  return start;
 }
 
 void ResourceWriter::PutU16(uint16 inValue) {

@@ -13,6 +13,8 @@ namespace qlx::host {
 
 // True for well-formed UTF-8 without NUL and without halves of surrogate pairs.
 bool IsUtf8Text(std::string_view inText) noexcept;
+// Bytes at the start of the text that are.
+std::size_t Utf8StartLength(std::string_view inText) noexcept;
 
 class ResourceWriter {
  public:

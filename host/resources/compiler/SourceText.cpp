@@ -55,10 +55,9 @@ std::string DescribeToken(const SourceToken& inToken) {
 
 SourceLexer::SourceLexer(const std::string& inFile, std::string_view inText) : fText(inText) {
   fPlace.fFile = inFile;
-  if (!IsUtf8Text(fText)) {
-    // Where it stops being UTF-8: the longest good start ends there.
-    while (IsUtf8Text(fText.substr(fOffset, 1)) || IsUtf8Text(fText.substr(fOffset, 2)) ||
-           IsUtf8Text(fText.substr(fOffset, 3)) || IsUtf8Text(fText.substr(fOffset, 4))) {
+  const std::size_t good = Utf8StartLength(fText);
+  if (good < fText.size()) {
+    while (fOffset < good) {
       Advance();
     }
     FailAt(fPlace, "this is not UTF-8");

@@ -87,6 +87,7 @@ TEST(SourceCompiler, ErrorsNameThePlaceAndWhatWasExpected) {
       {"parameters 'mmmm' { re64 fA }",
        "a.res:1:21: expected the type of a field (bool, in32, re32, VEC3, s255 or sdyn), found the word \"re64\""},
       {"panel 1 \"\xC3\"", "a.res:1:10: this is not UTF-8"},
+      {"panel 1 \"a\x80\nb", "a.res:1:11: this is not UTF-8"},
       {"panel 1 %", "a.res:1:9: no word, id, text or number begins with \"%\""},
   };
   for (const auto& row : kRows) {
