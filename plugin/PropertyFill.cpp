@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "MCException.h"
+#include "PartAccess.h"
 #include "QLXPropertyItem.h"
 
 namespace qlx {
@@ -22,13 +23,15 @@ TMCCountedPtr<QLXPropertyItem> AddPropertyRow(IHierarchyList& ioList, const TMCS
   return item;
 }
 
+// Left out where there is no id, or no room.
 void AppendID(TMCString& ioText, const char* inOpening, MCID inID, const char* inClosing) {
-  if (inID != 0) {
-    TMCString15 text;
-    text.FromID(inID);
-    ioText += inOpening;
+  TMCString15 id;
+  id.FromID(inID);
+  TMCString31 text(inOpening);
+  text += id;
+  text += inClosing;
+  if (inID != 0 && text.ByteLength() <= ioText.MaxLength() - ioText.ByteLength()) {
     ioText += text;
-    ioText += inClosing;
   }
 }
 
@@ -46,19 +49,24 @@ const char* RootName(const TextPathRow& inRow) {
   return IsMorphPath(inRow.fPath) ? "Morphs" : IsShaderPath(inRow.fPath) ? "Shaders" : "Scene";
 }
 
-TMCDynamicString LabelOf(const TextPathRow& inRow) {
+void MakeLabel(TMCString& outLabel, const TextPathRow& inRow) {
   if (inRow.fKind == TextPathRowKind::kComponent) {
-    return ComponentName(inRow);
+    outLabel = ComponentName(inRow);
+    return;
   }
   if (inRow.fDepth == 0 && !inRow.fParam) {
-    return RootName(inRow);
+    outLabel = RootName(inRow);
+    return;
   }
-  TMCDynamicString label(inRow.fLabel && !inRow.fLabel->IsEmpty() ? inRow.fLabel->CStr() : "UNKNOWN");
+  if (inRow.fLabel && !inRow.fLabel->IsEmpty()) {
+    AssignFitting(outLabel, *inRow.fLabel);
+  } else {
+    outLabel = "UNKNOWN";
+  }
   if (inRow.fParam) {
-    AppendID(label, " (", inRow.fParam->GetParamID(), ")");
-    AppendID(label, " [", inRow.fParam->GetDataType(), "]");
+    AppendID(outLabel, " (", inRow.fParam->GetParamID(), ")");
+    AppendID(outLabel, " [", inRow.fParam->GetDataType(), "]");
   }
-  return label;
 }
 
 // Adds rows below the latest one of the depth above theirs.
@@ -74,11 +82,13 @@ class RowFiller final : public TextPathVisitor {
   void VisitRow(const TextPathRow& inRow) override {
     fBranch.resize(inRow.fDepth);
     IMFHierarchyItem* const parent = fBranch.empty() ? nullptr : fBranch.back().Get();
-    fBranch.push_back(MCShare<IMFHierarchyItem>(AddPropertyRow(fList, inRow.fPath, LabelOf(inRow), parent).Get()));
+    MakeLabel(fLabel, inRow);
+    fBranch.push_back(MCShare<IMFHierarchyItem>(AddPropertyRow(fList, inRow.fPath, fLabel, parent).Get()));
   }
 
  private:
   IHierarchyList& fList;
+  TMCString1023 fLabel;
   std::vector<TMCCountedPtr<IMFHierarchyItem>> fBranch;  // from the top down to the row added last
 };
 

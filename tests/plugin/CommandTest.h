@@ -51,7 +51,7 @@ class CommandHost final : public FakeObject<ISceneCommandContext, ISceneSelectio
     MCAssignCounted<ISceneSelection>(outSelection, fHasSelection ? &fSelection : nullptr);
   }
 
-  void Select(std::vector<TreeElement*> inElements) {
+  void Select(const std::vector<TreeElement*>& inElements) {
     fSelection.fEntries.clear();
     for (TreeElement* const element : inElements) {
       fSelection.fEntries.push_back({{"Objc"_id, "Tree"_id}, element});

@@ -6,6 +6,7 @@
 #include "LinkTest.h"
 #include "MCException.h"
 #include "MCMemoryStream.h"
+#include "PropertyFill.h"
 #include "QLXModifierTokens.h"
 #include "QLXPropertyItem.h"
 
@@ -326,6 +327,33 @@ TEST_F(QLXPanelTest, NothingHappensWhileEventsAreSuspended) {
   fServices.fShell.fIsSuspended = true;
   Open();
   EXPECT_TRUE(fPanel["unit"_id].fTexts.empty());
+}
+
+TEST_F(QLXPanelTest, RowsAreLabelledByNameIdAndType) {
+  FakeParam colour("tint"_id, "colo"_id);
+  FakeParam vector("dirc"_id, "dire"_id);
+  FakeParam nameless(0, "re32"_id);
+  FakeParam text("text"_id, "str "_id);
+  FakeParam inGroup("size"_id, "in32"_id);
+  FakeParam hiddenToo("fraF"_id, "in32"_id);
+  FakeHolder group({&inGroup, &hiddenToo});
+  FakeParam groupParam("grup"_id, 0, &group);
+  FakeHolder hidden({&nameless});
+  FakeParam hiddenGroup("fiOp"_id, 0, &hidden);
+  FakeHolder holder({&colour, &vector, &nameless, &text, &groupParam, &hiddenGroup});
+  colour.fName = "Tint";
+  groupParam.fName = "Group";
+  FakeControl list(0, FakeControl::kTree);
+  FillProperties(list, holder, TMCString15("self"), nullptr, TextPathFilter::kEditable);
+  EXPECT_EQ(list.Labels(),
+            (Texts{"Tint (tint) [colo]", "  Red", "  Green", "  Blue", "  Alpha", "UNKNOWN (dirc) [dire]", "  X", "  Y",
+                   "  Z", "UNKNOWN [re32]", "Group (grup)", "  UNKNOWN (size) [in32]"}));
+  const auto item = MCQuery<QLXPropertyItem>(list.fRows[3].fItem);
+  ASSERT_TRUE(item);
+  EXPECT_EQ(TextOf(item->GetText()), "self,tint,bluV");
+  list.ClearList(0);
+  FillProperties(list, holder, TMCString15("self"), nullptr, TextPathFilter::kAll);
+  EXPECT_EQ(list.fRows.size(), 13U) << "with the text";
 }
 
 // Ten thousand elements in one chain: each is met once and nothing goes deep.
