@@ -251,6 +251,50 @@ TEST_F(Undo, KeepsModifiersAndKeysThatOthersHold) {
   scene.Evaluate(0);
 }
 
+TEST_F(Undo, ModifiersWorkAsTheyDidBefore) {
+  for (const char* const name : {"clock", "cart", "lamp", "pinned_arm", "growth"}) {
+    SCOPED_TRACE(name);
+    const auto document = OpenExample(name);
+    Scene& scene = document->GetScene();
+    const auto values = [&] {
+      scene.Evaluate(0);
+      scene.Evaluate(90000);
+      std::vector<ChannelValues> all;
+      for (const Element* const element : scene.GetTreeOrder()) {
+        all.push_back(element->GetEvaluated());
+      }
+      return all;
+    };
+    const auto differ = [](const std::vector<ChannelValues>& a, const std::vector<ChannelValues>& b) {
+      return !std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                         [](const ChannelValues& x, const ChannelValues& y) { return DifferentChannels(x, y) == 0; });
+    };
+    const auto before = values();
+    UndoHistory history(scene);
+    history.BeginStep("edit");
+    PluginModifier& modifier = FirstModifier(scene);
+    for (const ParameterField& field : modifier.GetParameterMap()->GetFields()) {
+      ParameterValue value = modifier.GetField(field);
+      if (auto* const number = std::get_if<real32>(&value)) {
+        *number += 0.5F;
+      } else if (auto* const text = std::get_if<std::string>(&value)) {
+        *text += " 2";
+      } else if (auto* const place = std::get_if<std::array<real32, 3>>(&value)) {
+        (*place)[1] += 5;
+      }
+      modifier.SetField(field, value);
+    }
+    scene.GetTreeOrder()[1]->SetValue(Channel::kScaleY, 3);
+    ASSERT_TRUE(history.EndStep());
+    const auto after = values();
+    EXPECT_TRUE(differ(before, after));
+    history.Undo();
+    EXPECT_FALSE(differ(before, values()));
+    history.Redo();
+    EXPECT_FALSE(differ(after, values()));
+  }
+}
+
 TEST_F(Undo, StepsOfNothingAreNotKeptAndInnerStepsBelongToTheOuterOne) {
   const auto document = OpenExample("clock");
   Scene& scene = document->GetScene();
