@@ -340,7 +340,8 @@ TEST_F(ResourceEdit, HoldersCountTheirUses) {
   MCSharedResource c = std::move(b);
   EXPECT_FALSE(b);
   EXPECT_EQ(a->GetUseCount(), 2);
-  c = c;
+  const MCSharedResource& same = c;
+  c = same;
   b = a;
   a = std::move(b);
   EXPECT_EQ(a->GetUseCount(), 2);

@@ -64,7 +64,7 @@ TEST_F(ResourceFile, DamageFailsWithItsPlaceAndNeverReadsOutside) {
     std::size_t fPlace;
     std::string fBytes;
     const char* fProblem;  // of opening; null: it opens
-    const char* fData;     // of 'STR ' 128, and the problem of that
+    std::string fData;     // of 'STR ' 128, and the problem of that
     const char* fDataProblem;
   };
   using namespace std::string_literals;
@@ -103,7 +103,7 @@ TEST_F(ResourceFile, DamageFailsWithItsPlaceAndNeverReadsOutside) {
       {"data as long as numbers", 264, "\xFF\xFF\xFF\xFF"s, nullptr, "failed 39", "4294967295 where"},
       {"data that runs into the map", 264, "\0\0\0\x0E"s, nullptr, "failed 36", "overlaps the map at 281"},
       {"data in the map", kMap + 73, "\0\0\x29"s, nullptr, "failed 36", "overlaps the map"},
-      {"data over other data", 264, "\0\0\0\x0D"s, nullptr, "sixsix\0\0\0\3odd", ""},
+      {"data over other data", 264, "\0\0\0\x0D"s, nullptr, "sixsix\0\0\0\3odd"s, ""},
       {"no data", kMap + 73, "\xFF\xFF\xFF"s, nullptr, "", ""},
   };
   for (const Row& row : rows) {
@@ -121,7 +121,7 @@ TEST_F(ResourceFile, DamageFailsWithItsPlaceAndNeverReadsOutside) {
           << file.GetProblem().CStr();
       continue;
     }
-    EXPECT_EQ(std::string(Data(file, kText, 128).c_str()), row.fData);
+    EXPECT_EQ(Data(file, kText, 128), row.fData);
     EXPECT_NE(std::string(file.GetProblem().CStr()).find(row.fDataProblem), std::string::npos)
         << file.GetProblem().CStr();
     EXPECT_EQ(Data(file, kDialog, 131).substr(0, 6), row.fPlace == kMap + 38 ? "failed" : "four");
