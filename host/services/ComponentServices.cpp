@@ -2,6 +2,7 @@
 
 #include "Host.h"
 #include "HostScene.h"
+#include "UserInterface.h"
 
 namespace qlx::host {
 
@@ -14,17 +15,17 @@ MCResult ComponentFactory::CreateComponent(MCID inFamily, MCID inClass, IMCUnkno
   return modifier ? MC_S_OK : MC_E_NOTCREATED;
 }
 
-MCResult ResourceManager::PushResourceContext(MCID /*inFamily*/, MCID /*inClass*/, uint32& outToken) {
-  fTokens.push_back(++fLastToken);
-  outToken = fLastToken;
+MCResult ResourceManager::PushResourceContext(MCID inFamily, MCID inClass, uint32& outToken) {
+  outToken = ++fLastToken;
+  fUser.fContexts.push_back({outToken, FindPluginClass(inFamily, inClass) != nullptr});
   return MC_S_OK;
 }
 
 MCResult ResourceManager::PopResourceContext(uint32 inToken) {
-  if (fTokens.empty() || fTokens.back() != inToken) {
+  if (fUser.fContexts.empty() || fUser.fContexts.back().fToken != inToken) {
     return MC_E_INVALIDARG;
   }
-  fTokens.pop_back();
+  fUser.fContexts.pop_back();
   return MC_S_OK;
 }
 

@@ -1,14 +1,13 @@
 // What components ask of their host to work on the scene: other components, resources, and news of changes.
 #pragma once
 
-#include <vector>
-
 #include "HostServices.h"
 #include "model/HostObject.h"
 
 namespace qlx::host {
 
 class Host;
+class UserInterface;
 
 class ComponentFactory final : public HostObject<IComponentFactory> {
  public:
@@ -20,15 +19,16 @@ class ComponentFactory final : public HostObject<IComponentFactory> {
   Host& fHost;
 };
 
-// Contexts nest like brackets. There are no resource files to make current.
+// Contexts nest like brackets. A class that the plug-in does not offer makes a context without forms.
 class ResourceManager final : public HostObject<IResourceManager> {
  public:
+  explicit ResourceManager(UserInterface& inUser) : fUser(inUser) {}
   MCResult MC_CALL PushResourceContext(MCID inFamily, MCID inClass, uint32& outToken) override;
   // Fails, changing nothing, for a token that is not the innermost one.
   MCResult MC_CALL PopResourceContext(uint32 inToken) override;
 
  private:
-  std::vector<uint32> fTokens;
+  UserInterface& fUser;
   uint32 fLastToken = 0;
 };
 

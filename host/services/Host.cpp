@@ -7,16 +7,21 @@
 #include "MCFaults.h"
 #include "MCFilePath.h"
 #include "MCPlatform.h"
+#include "UserInterface.h"
 
 namespace qlx::host {
 
-Host::Host(Diagnostics& inDiagnostics) : fDiagnostics(inDiagnostics), fRoot(MakeHosted<HostRoot>(*this)) {
+Host::Host(Diagnostics& inDiagnostics)
+    : fDiagnostics(inDiagnostics),
+      fUser(std::make_unique<UserInterface>(inDiagnostics)),
+      fRoot(MakeHosted<HostRoot>(*this)) {
   StartUtilities(&GetRoot());
   // On before the plug-in's own: a fault in a component that failed to switch it on is translated too.
   SwitchFaultTranslator(true);
 }
 
 Host::~Host() {
+  fUser->CloseDialogs();  // their code is the plug-in's
   fPlugin.reset();
   SwitchFaultTranslator(false);
   fRoot->GetSafeUtilities().EndTable();
@@ -24,6 +29,7 @@ Host::~Host() {
 }
 
 void Host::LoadPlugin(const std::filesystem::path& inFile) {
+  fUser->CloseDialogs();
   fPlugin.reset();
   fCatalog = PluginCatalog::GetBuiltIn();
   auto plugin = std::make_unique<PluginLibrary>(inFile);

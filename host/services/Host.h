@@ -12,6 +12,7 @@
 namespace qlx::host {
 
 class HostRoot;
+class UserInterface;
 
 // One at a time in a process: the foundation's services are process-wide. Scenes and modifiers must be gone before it.
 // Belongs to one thread; faults of components are translated on that one.
@@ -36,6 +37,8 @@ class Host {
 
   Diagnostics& GetDiagnostics() const { return fDiagnostics; }
   IMCUnknown& GetRoot() const;
+  // Who answers what the plug-in asks of a person, and the forms that there are.
+  UserInterface& GetUser() const { return *fUser; }
 
   // While true, modifiers leave the messages of their panels alone: the host is filling them.
   void SetEventHandlingSuspended(bool inSuspended);
@@ -50,6 +53,7 @@ class Host {
 
  private:
   Diagnostics& fDiagnostics;
+  std::unique_ptr<UserInterface> fUser;
   TMCCountedPtr<HostRoot> fRoot;
   std::unique_ptr<PluginLibrary> fPlugin;
   std::shared_ptr<const PluginCatalog> fCatalog = PluginCatalog::GetBuiltIn();

@@ -9,20 +9,19 @@ namespace qlx::host {
 
 HostRoot::HostRoot(Host& inHost)
     : fMemory(MakeHosted<MemoryService>()),
-      fShell(MakeHosted<ShellService>()),
+      fShell(MakeHosted<ShellService>(inHost.GetUser())),
       fSafeUtilities(MakeHosted<SafeUtilities>()) {
-  Diagnostics& diagnostics = inHost.GetDiagnostics();
   Add<IMemoryUtilities>(fMemory);
   Add<IShellUtilities>(fShell);
-  Add<IDebugUtilities>(MakeHosted<DebugService>(diagnostics));
+  Add<IDebugUtilities>(MakeHosted<DebugService>(inHost.GetDiagnostics()));
   Add<IShSafeUtilities>(fSafeUtilities);
-  Add<IFileService>(MakeHosted<FileService>());
+  Add<IFileService>(MakeHosted<FileService>(inHost.GetUser()));
   Add<IMultiProcessing>(MakeHosted<MultiProcessing>());
   Add<ParamTypeRegistry>(MCShare(&GetParamTypes()));
   Add<IComponentFactory>(MakeHosted<ComponentFactory>(inHost));
-  Add<IAlertService>(MakeHosted<AlertService>(diagnostics));
-  Add<IDialogFactory>(MakeHosted<DialogFactory>());
-  Add<IResourceManager>(MakeHosted<ResourceManager>());
+  Add<IAlertService>(MakeHosted<AlertService>(inHost.GetUser()));
+  Add<IDialogFactory>(MakeHosted<DialogFactory>(inHost));
+  Add<IResourceManager>(MakeHosted<ResourceManager>(inHost.GetUser()));
   Add<IUpdateService>(MakeHosted<UpdateService>());
   for (const MCGuid& id : {IHostQuestion::kSecondGroupID, IHostQuestion::kThirdGroupID}) {
     fRows.push_back({id, MakeHosted<HostQuestion>(id)});

@@ -275,6 +275,15 @@ std::optional<std::string> PluginModifier::ReadPrivate(const std::string& inText
   return streamIO ? ReadPrivateText(*streamIO, inText) : std::optional<std::string>("the class has no private data");
 }
 
+int32 PluginModifier::GetPanelNumber() {
+  int32 number = 0;
+  Call("GetResourceId", [&] {
+    number = fExchanger->GetResourceId();
+    return MC_S_OK;
+  });
+  return number;
+}
+
 void PluginModifier::Reset() {
   LinksChanged();
   const MCResult result = Call("ExtensionDataChanged", [&] { return fExchanger->ExtensionDataChanged(); });

@@ -57,6 +57,8 @@ class PluginModifier final : public Modifier {
   // Reads such a text: the level that persistence reads from is put around it. Answers what is wrong, with its line
   // ("line 3, byte 40: this { is never closed"), or nothing. What stands in front of a wrong place may have been taken.
   std::optional<std::string> ReadPrivate(const std::string& inText);
+  // The number of its panel in the resources, 0 for none.
+  int32 GetPanelNumber();
   // As a person who resets the record does.
   void Reset();
   // Sends a message as the panel does; `inSource` is the control that was used. A failure's code is the answer.

@@ -1,0 +1,133 @@
+#include "ModifierPanel.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <ranges>
+
+#include "Host.h"
+#include "UserInterface.h"
+#include "model/IDText.h"
+#include "ui/Hand.h"
+
+namespace qlx::host {
+
+namespace {
+
+std::shared_ptr<const PartDescription> FindPanel(Host& inHost, PluginModifier& inModifier) {
+  const int32 number = inModifier.GetPanelNumber();
+  auto panel = inHost.GetUser().GetForms().Find("Panl"_id, number);
+  if (!panel) {
+    throw UserError(inModifier.GetClassName(),
+                    number == 0 ? "has no panel" : fmt::format("its panel {} is not in the resources", number));
+  }
+  return panel;
+}
+
+// The form in which a control holds a field's type.
+MCID FormOfField(MCID inType) {
+  return inType == "s255"_id || inType == "sdyn"_id ? "str "_id : inType;
+}
+
+bool IsNumber(MCID inForm) {
+  return inForm == "in32"_id || inForm == "re32"_id;
+}
+
+bool CanShow(const Part& inControl, const ParameterField& inField) {
+  const MCID control = inControl.GetValueForm();
+  const MCID field = FormOfField(inField.fType);
+  return control == field || (IsNumber(control) && IsNumber(field));
+}
+
+}  // namespace
+
+ModifierPanel::ModifierPanel(Host& inHost, PluginModifier& inModifier)
+    : fHost(inHost),
+      fModifier(MCShare(&inModifier)),
+      fForm(MakeHosted<Form>(FindPanel(inHost, inModifier), kPanelControlUsed)) {
+  fForm->SetListener(this);
+  Bind();
+  Tell(kPanelOpened, fForm->GetMessageSource());
+  fForm->ShowFirstPages();
+  Refresh();
+}
+
+ModifierPanel::~ModifierPanel() {
+  fForm->SetListener(nullptr);
+}
+
+void ModifierPanel::Bind() {
+  const ParameterMap* const map = fModifier->GetParameterMap();
+  const ParameterMapDescription* const described = fHost.GetUser().GetForms().FindMap(fModifier->GetModifierClass());
+  if (!map || !described) {
+    return;
+  }
+  for (const FieldDescription& row : described->fFields) {
+    const ParameterField* const field = map->Find(row.fName);
+    Part* const control = fForm->Find(row.fControl);
+    if (field && control && CanShow(*control, *field)) {
+      fBindings.push_back({field, control});
+    } else if (field && control) {
+      fHost.GetDiagnostics().Warn(fmt::format("panel {} \"{}\": the control {} cannot show {}, a '{}'",
+                                              fForm->GetPartDescription().fResourceId, fForm->GetLabel(),
+                                              NameOf(*control), row.fName, TextFromID(field->fType)));
+    }
+  }
+}
+
+void ModifierPanel::Refresh() const {
+  for (const Binding& binding : std::views::reverse(fBindings)) {
+    const bool isShown = binding.fControl->SetValue(fModifier->GetField(*binding.fField));
+    if (!isShown && binding.fControl->GetKind() == ControlKind::kPopup) {
+      binding.fControl->SetValue(int32{-1});
+    }
+  }
+}
+
+void ModifierPanel::Store(const Binding& inBinding) {
+  const std::optional<PartValue> value = Convert(inBinding.fControl->GetValue(), FormOfField(inBinding.fField->fType));
+  if (value && fModifier->SetField(*inBinding.fField, *value)) {
+    return;
+  }
+  const std::string what = NameOf(*inBinding.fControl);
+  Refresh();
+  const auto* const text = value ? std::get_if<std::string>(&*value) : nullptr;
+  throw UserError(what, text && text->size() > kLongestFieldText
+                            ? fmt::format("the text has {} bytes, and {} is the most", text->size(), kLongestFieldText)
+                            : fmt::format("this is no value for {}", inBinding.fField->fName));
+}
+
+// The field of the control, and those of the other radio buttons of its group.
+void ModifierPanel::Take(const Part& inSource) {
+  const ControlDescription& source = inSource.GetDescription();
+  for (const Binding& binding : fBindings) {
+    const ControlDescription& control = binding.fControl->GetDescription();
+    const bool isOfGroup = source.fKind == ControlKind::kRadio && control.fKind == ControlKind::kRadio &&
+                           source.fRadioGroup == control.fRadioGroup;
+    if (isOfGroup || binding.fControl == &inSource) {
+      Store(binding);
+    }
+  }
+}
+
+void ModifierPanel::Tell(uint32 inMessage, Part& inSource) {
+  UserInterface& user = fHost.GetUser();
+  Scene* const before = user.GetScene();
+  const Element* const element = fModifier->GetElement();
+  user.SetScene(element ? element->GetOwnScene() : nullptr);
+  fModifier->SendEvent(inMessage, static_cast<IMFPart*>(&inSource));
+  user.SetScene(before);
+}
+
+void ModifierPanel::Receive(uint32 inMessage, Part& inSource, void* /*inData*/) {
+  Take(inSource);
+  Tell(inMessage, inSource);
+  Refresh();
+  fHost.GetUser().ThrowProblem();
+}
+
+bool ModifierPanel::IsSelectable(IMFHierarchyItem& inItem) {
+  return AskIfSelectable(inItem);
+}
+
+}  // namespace qlx::host
