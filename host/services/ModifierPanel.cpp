@@ -45,9 +45,10 @@ ModifierPanel::ModifierPanel(Host& inHost, PluginModifier& inModifier)
     : fHost(inHost),
       fModifier(MCShare(&inModifier)),
       fForm(MakeHosted<Form>(FindPanel(inHost, inModifier), kPanelControlUsed)) {
-  fForm->SetListener(this);
   Bind();
   Tell(kPanelOpened, fForm->GetMessageSource());
+  fHost.GetUser().ThrowProblem();
+  fForm->SetListener(this);
   fForm->ShowFirstPages();
   Refresh();
 }
