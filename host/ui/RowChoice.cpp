@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "Hand.h"
 #include "model/ClosestNames.h"
 #include "model/Diagnostics.h"
@@ -44,14 +46,24 @@ std::vector<std::string> SplitPath(std::string_view inPath) {
   return labels;
 }
 
+// Labels of parameters say more than their names: "Rotation X (RotX) [qfix]".
+std::string_view NameOfRow(const TreeControl::Row& inRow) {
+  const std::string_view label = TrimmedRow(inRow.GetLabel());
+  return label.substr(0, std::min(label.find(" ("), label.find(" [")));
+}
+
+bool IsNamed(const TreeControl::Row& inRow, const std::string& inText) {
+  return TrimmedRow(inRow.GetLabel()) == inText || NameOfRow(inRow) == inText;
+}
+
 // The last label is the row's, each other one that of a row above the one after it.
 bool Fits(const TreeControl::Row& inRow, const std::vector<std::string>& inLabels) {
-  if (TrimmedRow(inRow.GetLabel()) != inLabels.back()) {
+  if (!IsNamed(inRow, inLabels.back())) {
     return false;
   }
   std::size_t left = inLabels.size() - 1;
   for (const TreeControl::Row* above = inRow.fParent; above && left > 0; above = above->fParent) {
-    left -= TrimmedRow(above->GetLabel()) == inLabels[left - 1] ? 1 : 0;
+    left -= IsNamed(*above, inLabels[left - 1]) ? 1 : 0;
   }
   return left == 0;
 }
@@ -60,8 +72,8 @@ bool Fits(const TreeControl::Row& inRow, const std::vector<std::string>& inLabel
 [[noreturn]] void RefuseLabels(const TreeControl& inTree, const std::vector<std::string>& inLabels) {
   std::vector<std::string> names;
   for (const TreeControl::Row* row : inTree.GetRows()) {
-    names.emplace_back(TrimmedRow(row->GetLabel()));
-    if (inLabels.size() > 1 && names.back() == inLabels.back()) {
+    names.emplace_back(NameOfRow(*row));
+    if (inLabels.size() > 1 && IsNamed(*row, inLabels.back())) {
       const std::string place = row->fParent ? fmt::format("below \"{}\"", row->fParent->GetLabel()) : "at the top";
       throw UserError(NameOf(inTree), fmt::format("its row \"{}\" is not below \"{}\" but {}", names.back(),
                                                   inLabels[inLabels.size() - 2], place));
