@@ -17,15 +17,16 @@ MCResult ComponentFactory::CreateComponent(MCID inFamily, MCID inClass, IMCUnkno
 
 MCResult ResourceManager::PushResourceContext(MCID inFamily, MCID inClass, uint32& outToken) {
   outToken = ++fLastToken;
-  fUser.fContexts.push_back({outToken, FindPluginClass(inFamily, inClass) != nullptr});
+  fHost.GetUser().fContexts.push_back({outToken, fHost.GetCatalog()->FindClass(inFamily, inClass) != nullptr});
   return MC_S_OK;
 }
 
 MCResult ResourceManager::PopResourceContext(uint32 inToken) {
-  if (fUser.fContexts.empty() || fUser.fContexts.back().fToken != inToken) {
+  std::vector<UserInterface::Context>& contexts = fHost.GetUser().fContexts;
+  if (contexts.empty() || contexts.back().fToken != inToken) {
     return MC_E_INVALIDARG;
   }
-  fUser.fContexts.pop_back();
+  contexts.pop_back();
   return MC_S_OK;
 }
 

@@ -7,7 +7,6 @@
 namespace qlx::host {
 
 class Host;
-class UserInterface;
 
 class ComponentFactory final : public HostObject<IComponentFactory> {
  public:
@@ -22,13 +21,13 @@ class ComponentFactory final : public HostObject<IComponentFactory> {
 // Contexts nest like brackets. A class that the plug-in does not offer makes a context without forms.
 class ResourceManager final : public HostObject<IResourceManager> {
  public:
-  explicit ResourceManager(UserInterface& inUser) : fUser(inUser) {}
+  explicit ResourceManager(Host& inHost) : fHost(inHost) {}
   MCResult MC_CALL PushResourceContext(MCID inFamily, MCID inClass, uint32& outToken) override;
   // Fails, changing nothing, for a token that is not the innermost one.
   MCResult MC_CALL PopResourceContext(uint32 inToken) override;
 
  private:
-  UserInterface& fUser;
+  Host& fHost;
   uint32 fLastToken = 0;
 };
 

@@ -29,6 +29,8 @@ class Host {
   PluginLibrary* GetPlugin() const { return fPlugin.get(); }
   // Never null: the classes that this program knows, or what the resource file beside the plug-in says.
   const std::shared_ptr<const PluginCatalog>& GetCatalog() const { return fCatalog; }
+  // Another one in its place, until a plug-in is loaded. For tests of what a resource file may say.
+  void SetCatalog(std::shared_ptr<const PluginCatalog> inCatalog) { fCatalog = std::move(inCatalog); }
   // The library that stands beside the running program.
   static std::filesystem::path FindDefaultPlugin();
 

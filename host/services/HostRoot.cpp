@@ -21,7 +21,7 @@ HostRoot::HostRoot(Host& inHost)
   Add<IComponentFactory>(MakeHosted<ComponentFactory>(inHost));
   Add<IAlertService>(MakeHosted<AlertService>(inHost.GetUser()));
   Add<IDialogFactory>(MakeHosted<DialogFactory>(inHost));
-  Add<IResourceManager>(MakeHosted<ResourceManager>(inHost.GetUser()));
+  Add<IResourceManager>(MakeHosted<ResourceManager>(inHost));
   Add<IUpdateService>(MakeHosted<UpdateService>());
   for (const MCGuid& id : {IHostQuestion::kSecondGroupID, IHostQuestion::kThirdGroupID}) {
     fRows.push_back({id, MakeHosted<HostQuestion>(id)});

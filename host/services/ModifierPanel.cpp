@@ -15,8 +15,8 @@ namespace qlx::host {
 namespace {
 
 std::shared_ptr<const PartDescription> FindPanel(Host& inHost, PluginModifier& inModifier) {
-  const int32 number = inModifier.GetPanelNumber();
-  auto panel = inHost.GetUser().GetForms().Find("Panl"_id, number);
+  const int16 number = inModifier.GetPanelNumber();
+  auto panel = inHost.GetCatalog()->FindPart("Panl"_id, number);
   if (!panel) {
     throw UserError(inModifier.GetClassName(),
                     number == 0 ? "has no panel" : fmt::format("its panel {} is not in the resources", number));
@@ -59,7 +59,8 @@ ModifierPanel::~ModifierPanel() {
 
 void ModifierPanel::Bind() {
   const ParameterMap* const map = fModifier->GetParameterMap();
-  const ParameterMapDescription* const described = fHost.GetUser().GetForms().FindMap(fModifier->GetModifierClass());
+  const ParameterMapDescription* const described =
+      fHost.GetCatalog()->FindMapDescription(fModifier->GetModifierClass());
   if (!map || !described) {
     return;
   }
@@ -92,9 +93,10 @@ void ModifierPanel::Store(const Binding& inBinding) {
   }
   const std::string what = NameOf(*inBinding.fControl);
   Refresh();
+  const std::size_t longest = LongestFieldText(inBinding.fField->fType);
   const auto* const text = value ? std::get_if<std::string>(&*value) : nullptr;
-  throw UserError(what, text && text->size() > kLongestFieldText
-                            ? fmt::format("the text has {} bytes, and {} is the most", text->size(), kLongestFieldText)
+  throw UserError(what, text && text->size() > longest
+                            ? fmt::format("the text has {} bytes, and {} is the most", text->size(), longest)
                             : fmt::format("this is no value for {}", inBinding.fField->fName));
 }
 

@@ -275,8 +275,8 @@ std::optional<std::string> PluginModifier::ReadPrivate(const std::string& inText
   return streamIO ? ReadPrivateText(*streamIO, inText) : std::optional<std::string>("the class has no private data");
 }
 
-int32 PluginModifier::GetPanelNumber() {
-  int32 number = 0;
+int16 PluginModifier::GetPanelNumber() {
+  int16 number = 0;
   Call("GetResourceId", [&] {
     number = fExchanger->GetResourceId();
     return MC_S_OK;

@@ -58,7 +58,7 @@ class PluginModifier final : public Modifier {
   // ("line 3, byte 40: this { is never closed"), or nothing. What stands in front of a wrong place may have been taken.
   std::optional<std::string> ReadPrivate(const std::string& inText);
   // The number of its panel in the resources, 0 for none.
-  int32 GetPanelNumber();
+  int16 GetPanelNumber();
   // As a person who resets the record does.
   void Reset();
   // Sends a message as the panel does; `inSource` is the control that was used. A failure's code is the answer.

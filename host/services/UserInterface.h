@@ -1,10 +1,9 @@
-// What the services of the user interface share: the person, the scene that is worked on, and the forms that there are.
+// What the services of the user interface share: the person, and the scene that is worked on.
 #pragma once
 
 #include <exception>
 #include <vector>
 
-#include "ui/FormLibrary.h"
 #include "ui/Person.h"
 
 namespace qlx::host {
@@ -25,7 +24,6 @@ class UserInterface {
   // Whose elements a person can choose from; null for none. A scene is taken back before it closes.
   void SetScene(Scene* inScene) { fScene = inScene; }
   Scene* GetScene() const { return fScene; }
-  FormLibrary& GetForms() { return fForms; }
 
   // Asks the person, on behalf of the plug-in: `inAsk(person)` answers. What it throws must not pass through the
   // plug-in: it waits for `ThrowProblem`, the answer is `inCancelled`, and so is every further one until then.
@@ -61,7 +59,6 @@ class UserInterface {
   CancellingPerson fNobody;
   Person* fPerson = nullptr;
   Scene* fScene = nullptr;
-  FormLibrary fForms;
   std::exception_ptr fProblem;
   std::vector<ModalDialog*> fDialogs;
 };

@@ -31,6 +31,12 @@ bool ChooseFile(UserInterface& ioUser, FileChoice inChoice, TMCString& outPath) 
   return false;
 }
 
+// Ids are of 16 bits; a number that is none names nothing.
+std::shared_ptr<const PartDescription> FindDialog(const Host& inHost, MCID inKind, int32 inResourceId) {
+  const auto id = static_cast<int16>(inResourceId);
+  return id == inResourceId ? inHost.GetCatalog()->FindPart(inKind, id) : nullptr;
+}
+
 }  // namespace
 
 void ShellService::SetShellState(uint32 /*inValue*/, uint8 /*inFlag1*/, uint8 /*inFlag2*/) {}
@@ -84,7 +90,7 @@ int32 AlertService::ShowAlert(int32 /*inKind*/, const char* inMessage, const cha
 MCResult DialogFactory::CreateDialog(IMFPart** outDialog, MCID inKind, int32 inResourceId) {
   UserInterface& user = fHost.GetUser();
   const bool hasForms = !user.fContexts.empty() && user.fContexts.back().fHasForms;
-  auto description = hasForms ? user.GetForms().Find(inKind, inResourceId) : nullptr;
+  auto description = hasForms ? FindDialog(fHost, inKind, inResourceId) : nullptr;
   const auto dialog = description ? ModalDialog::Create(fHost, std::move(description)) : nullptr;
   StoreForCaller<IMFPart>(outDialog, dialog.Get());
   return dialog ? MC_S_OK : MC_E_NOTCREATED;
