@@ -15,6 +15,7 @@
 #include "Session.h"
 #include "Text.h"
 #include "gltf/GltfFiles.h"
+#include "model/ClosestNames.h"
 
 namespace qlx::host {
 
@@ -74,11 +75,7 @@ BakeRange RangeFor(const Scene& inScene, const BakeOptions& inOptions) {
 std::vector<Element*> FindElements(const Scene& inScene, const std::vector<std::string>& inNames) {
   std::vector<Element*> elements;
   for (const std::string& name : inNames) {
-    Element* const element = inScene.FindByName(name);
-    if (element == nullptr) {
-      throw UserError("--plot-also", fmt::format("the scene has no element \"{}\" (see: qlx tree)", name));
-    }
-    elements.push_back(element);
+    elements.push_back(&NeedElement(inScene, name, "--plot-also"));
   }
   return elements;
 }

@@ -23,6 +23,9 @@ struct CommandContext {
 void AddTreeCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddGetCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddSetCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddAddCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddPanelCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddEditCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddLinksCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddBakeCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddInfoCommand(CLI::App& inProgram, CommandContext& inContext);

@@ -25,6 +25,8 @@ const char* const kProgramExamples = R"(Examples:
   qlx tree scene.gltf                       what is in a scene
   qlx get scene.gltf --element Arm --path self,amet,TRAN,ROTA,RotX
                                             a value by its path
+  qlx edit scene.gltf --script steps.txt -o edited.gltf
+                                            what a person does in panels, from a script
   qlx links scene.gltf                      what follows what, and whether it does
   qlx bake scene.gltf -o baked.glb          every frame evaluated, the result as keys
   qlx info                                  the plug-in that is loaded
@@ -101,6 +103,9 @@ int RunQlx(std::vector<std::string> inArguments, Console& inConsole) {
   AddTreeCommand(program, context);
   AddGetCommand(program, context);
   AddSetCommand(program, context);
+  AddAddCommand(program, context);
+  AddPanelCommand(program, context);
+  AddEditCommand(program, context);
   AddLinksCommand(program, context);
   AddBakeCommand(program, context);
   AddInfoCommand(program, context);

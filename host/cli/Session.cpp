@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <limits>
 
 #include "MCFrameTime.h"
 #include "Text.h"
@@ -42,6 +43,17 @@ void Session::ShowWarnings() {
 
 std::string ShortName(const SceneOptions& inOptions) {
   return PathText(PathOfText(inOptions.fScene).filename());
+}
+
+int32 TimeOfFrame(Scene& ioScene, int32 inFrame, const std::string& inPlace) {
+  const int32 time = FrameToTicks(inFrame, ioScene.GetFrameRate());
+  // Times that do not fit stop at the last tick that there is.
+  if (inFrame < 0 || time == std::numeric_limits<int32>::max()) {
+    throw UserError(inPlace, fmt::format("{} is no frame of a scene: they begin at 0 and end with the ticks that there "
+                                         "are",
+                                         inFrame));
+  }
+  return time;
 }
 
 }  // namespace qlx::host

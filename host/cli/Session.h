@@ -34,4 +34,7 @@ class Session {
 // "pinned_arm.gltf": the scene's file without its folder.
 std::string ShortName(const SceneOptions& inOptions);
 
+// The time of a frame. A `UserError` at the place given for one that no scene has.
+int32 TimeOfFrame(Scene& ioScene, int32 inFrame, const std::string& inPlace);
+
 }  // namespace qlx::host

@@ -8,11 +8,11 @@
 
 #include "Command.h"
 #include "JsonText.h"
-#include "MCFrameTime.h"
 #include "OutputFile.h"
 #include "Session.h"
 #include "Text.h"
 #include "gltf/GltfFiles.h"
+#include "model/ClosestNames.h"
 #include "model/IDText.h"
 #include "model/ParameterRows.h"
 
@@ -50,11 +50,7 @@ struct ValueOptions {
 using ValueBytes = std::array<uint8, ParamType::kMaxSize>;
 
 FoundParameter Find(const Scene& inScene, const ValueOptions& inOptions) {
-  Element* const element = inScene.FindByName(inOptions.fElement);
-  if (element == nullptr) {
-    throw UserError("--element", fmt::format("the scene has no element \"{}\" (see: qlx tree)", inOptions.fElement));
-  }
-  FoundParameter found = FindParameter(*element, inOptions.fPath);
+  FoundParameter found = FindParameter(NeedElement(inScene, inOptions.fElement, "--element"), inOptions.fPath);
   if (!found.fParameter) {
     throw UserError("--path", fmt::format("\"{}\" leads to no parameter of \"{}\" (see: qlx tree --params)",
                                           inOptions.fPath, inOptions.fElement));
@@ -64,18 +60,6 @@ FoundParameter Find(const Scene& inScene, const ValueOptions& inOptions) {
 
 AnimatedValue& ValueOf(const FoundParameter& inFound) {
   return *inFound.fParameter->GetValueAccess()->AsAnimated();
-}
-
-int32 TimeOf(Scene& ioScene, int32 inFrame) {
-  const int32 time = FrameToTicks(inFrame, ioScene.GetFrameRate());
-  // Times that do not fit stop at the last tick that there is.
-  if (inFrame < 0 || time == std::numeric_limits<int32>::max()) {
-    throw UserError("--frame",
-                    fmt::format("{} is no frame of a scene: they begin at 0 and end with the ticks that there "
-                                "are",
-                                inFrame));
-  }
-  return time;
 }
 
 ValueNumbers Read(const AnimatedValue& inValue, std::optional<int32> inTime) {
@@ -149,7 +133,7 @@ std::string AsText(const FoundParameter& inFound, const ValueNumbers& inNumbers)
 }
 
 std::optional<int32> TimeFor(Scene& ioScene, const ValueOptions& inOptions) {
-  return inOptions.fFrame ? std::optional(TimeOf(ioScene, *inOptions.fFrame)) : std::nullopt;
+  return inOptions.fFrame ? std::optional(TimeOfFrame(ioScene, *inOptions.fFrame, "--frame")) : std::nullopt;
 }
 
 void Get(CommandContext& inContext, const ValueOptions& inOptions) {

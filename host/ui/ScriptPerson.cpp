@@ -77,6 +77,10 @@ void ScriptPerson::Perform(const ScriptStep& inStep, const std::function<void()>
   }
 }
 
+bool ScriptPerson::IsFormStep(const ScriptStep& inStep) {
+  return FindFormAction(inStep.fWords.front()) != nullptr;
+}
+
 bool ScriptPerson::UseForm(Form& ioForm, const ScriptStep& inStep) {
   const FormAction* const action = FindFormAction(inStep.fWords.front());
   if (!action) {

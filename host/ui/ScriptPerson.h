@@ -27,6 +27,7 @@ class ScriptPerson final : public Person {
 
   // Does something on behalf of a step, whose block answers what is asked meanwhile.
   void Perform(const ScriptStep& inStep, const std::function<void()>& inDo);
+  static bool IsFormStep(const ScriptStep& inStep);
   // Uses the form as the step says. False, with nothing done, for a step that is none on a form.
   bool UseForm(Form& ioForm, const ScriptStep& inStep);
   // Throws unless so many words stand there; `inForm` is how the step is written.
