@@ -5,6 +5,7 @@
 
 #include "PanelTest.h"
 #include "model/IDText.h"
+#include "ui/Controls.h"
 #include "ui/Lists.h"
 
 namespace qlx::host {
@@ -13,6 +14,12 @@ namespace {
 class PinPanel : public PanelTest {
  protected:
   PinPanel() : PanelTest("fPIN"_id) { Open(); }
+};
+
+class SliderPanel : public PanelTest {
+ protected:
+  SliderPanel() : PanelTest("fSLD"_id) { Open(); }
+  const SliderControl& Slider() const { return *static_cast<SliderControl*>(fPanel->GetForm().Find("valu"_id)); }
 };
 
 class LinkPanel : public PanelTest {
@@ -89,6 +96,33 @@ void ExpectThatEveryControlIsExchanged(Host& ioHost, PluginModifier& ioModifier,
 
 TEST_F(PinPanel, EveryControlIsExchanged) {
   ExpectThatEveryControlIsExchanged(fHost, *fModifier, *fPanel, [](const Part&) {});
+}
+
+TEST_F(SliderPanel, EveryControlIsExchanged) {
+  ExpectThatEveryControlIsExchanged(fHost, *fModifier, *fPanel, [](const Part&) {});
+}
+
+TEST_F(SliderPanel, HasTheRangeAndTheLabelOfItsFields) {
+  EXPECT_EQ(Slider().GetLabel(), "<not set>");
+  EXPECT_EQ(Slider().GetMinimum(), -100);
+  EXPECT_EQ(Run("set valu 250"), "script, line 1: valu (\"<not set>\"): 250 is out of its range, -100 to 100");
+  EXPECT_EQ(Run("set vmax 300\nset vmin -5\nset valu 250"), "") << "the ends move with their fields";
+  EXPECT_EQ(Slider().GetMinimum(), -5);
+  EXPECT_EQ(Field("fValue") + " " + Field("fMax"), "250 300");
+  fScene->Evaluate(0);
+  EXPECT_EQ(fHand.GetValue(Channel::kPositionX), 0) << "no value is chosen yet";
+}
+
+TEST_F(SliderPanel, MovesTheValueThatWasChosen) {
+  EXPECT_EQ(Run("press sbtn {\nchoose plst \"Position X\"\ncancel\n}\npress sbtn {\nok\n}"), "");
+  EXPECT_EQ(Field("fLabel") + Field("fPath"), "<not set>");
+  EXPECT_EQ(Run("press sbtn {\nchoose plst \"Hand > Position X\"\nok\n}\nset valu 12"), "");
+  EXPECT_EQ(Field("fPath"), "self,amet,TRAN,OFFS,XCOO");
+  EXPECT_EQ(Field("fLabel"), Shown("labl"_id));
+  EXPECT_EQ(Slider().GetLabel(), Field("fLabel"));
+  EXPECT_EQ(fPanel->GetForm().Find("titl"_id)->GetLabel(), Field("fLabel"));
+  fScene->Evaluate(0);
+  EXPECT_EQ(fHand.GetValue(Channel::kPositionX), 12);
 }
 
 TEST_F(LinkPanel, EveryControlIsExchanged) {
