@@ -37,6 +37,7 @@ A script is a text of one action a line; a # at a line's start or before a blank
   open CONTROL ROW, fold CONTROL ROW
   reset                            the modifier's settings
   frame NUMBER                     goes to a frame
+  undo, redo                       the last action that changed something
 A control is named by its id or label, as `qlx panel` prints them. What an action opens is answered in a block behind it:
   press ChTL {
     set ttlt Elbow

@@ -33,6 +33,8 @@ const EditScript::Action* EditScript::FindAction(const std::string& inWord) {
       {"panel", 4, 2, "panel NUMBER of ELEMENT", &EditScript::OpenPanel},
       {"reset", 1, 0, "reset", &EditScript::Reset},
       {"frame", 2, 0, "frame NUMBER", &EditScript::GoToFrame},
+      {"undo", 1, 0, "undo", &EditScript::Undo},
+      {"redo", 1, 0, "redo", &EditScript::Redo},
   };
   for (const Action& action : kActions) {
     if (inWord == action.fWord) {
@@ -43,7 +45,7 @@ const EditScript::Action* EditScript::FindAction(const std::string& inWord) {
 }
 
 EditScript::EditScript(Host& inHost, Scene& inScene, const std::string& inName, const std::filesystem::path& inFolder)
-    : fHost(inHost), fScene(inScene), fPerson(inName, inFolder) {
+    : fHost(inHost), fScene(inScene), fPerson(inName, inFolder), fHistory(inScene) {
   fHost.GetUser().SetPerson(&fPerson);
 }
 
@@ -54,7 +56,14 @@ EditScript::~EditScript() {
 
 void EditScript::Run(const std::vector<ScriptStep>& inSteps) {
   for (const ScriptStep& step : inSteps) {
+    const std::string& word = step.fWords.front();
+    if (word == "undo" || word == "redo") {
+      RunStep(step);
+      continue;
+    }
+    fHistory.BeginStep(TextOfStep(step));
     RunStep(step);
+    fHistory.EndStep();
   }
 }
 
@@ -71,8 +80,8 @@ void EditScript::RunStep(const ScriptStep& inStep) {
     return;
   }
   if (!ScriptPerson::IsFormStep(inStep)) {
-    const std::string closest = ClosestText(
-        words.front(), {"add", "remove", "turn", "panel", "reset", "frame", "set", "press", "choose", "open", "fold"});
+    const std::string closest = ClosestText(words.front(), {"add", "remove", "turn", "panel", "reset", "frame", "undo",
+                                                            "redo", "set", "press", "choose", "open", "fold"});
     fPerson.Fail(inStep, fmt::format("there is no action \"{}\"{}", words.front(), closest));
   }
   if (!fPanel) {
@@ -129,6 +138,30 @@ void EditScript::Reset(const ScriptStep& inStep) {
 void EditScript::GoToFrame(const ScriptStep& inStep) {
   const uint32 number = NumberOf(inStep, inStep.fWords[1]);
   fScene.Evaluate(TimeOfFrame(fScene, static_cast<int32>(number), "the frame"));
+}
+
+// The panel goes with its modifier, and shows what is in force now.
+void EditScript::ShowHistory() {
+  if (fPanel && !fPanel->GetModifier().GetElement()) {
+    fPanel.reset();
+  }
+  if (fPanel) {
+    fPanel->Refresh();
+  }
+}
+
+void EditScript::Undo(const ScriptStep& inStep) {
+  if (!fHistory.Undo()) {
+    fPerson.Fail(inStep, "there is nothing to take back");
+  }
+  ShowHistory();
+}
+
+void EditScript::Redo(const ScriptStep& inStep) {
+  if (!fHistory.Redo()) {
+    fPerson.Fail(inStep, "there is nothing to bring again");
+  }
+  ShowHistory();
 }
 
 }  // namespace qlx::host

@@ -2,12 +2,16 @@
 //
 //   add qlx|pin|slider to ELEMENT      remove NUMBER of ELEMENT      turn NUMBER of ELEMENT on|off
 //   panel NUMBER of ELEMENT            reset                         frame NUMBER
+//   undo                               redo
+//
+// Each step that changes something can be taken back, as one.
 //
 // For the steps on a panel, and the answers to what they make the plug-in ask, see ui/ScriptPerson.h.
 #pragma once
 
 #include <memory>
 
+#include "model/UndoHistory.h"
 #include "services/ModifierPanel.h"
 #include "ui/ScriptPerson.h"
 
@@ -29,12 +33,15 @@ class EditScript {
   static const Action* FindAction(const std::string& inWord);
 
   void RunStep(const ScriptStep& inStep);
+  void ShowHistory();
   void AddOne(const ScriptStep& inStep);
   void RemoveOne(const ScriptStep& inStep);
   void Turn(const ScriptStep& inStep);
   void OpenPanel(const ScriptStep& inStep);
   void Reset(const ScriptStep& inStep);
   void GoToFrame(const ScriptStep& inStep);
+  void Undo(const ScriptStep& inStep);
+  void Redo(const ScriptStep& inStep);
 
   PluginModifier& FindModifier(const ScriptStep& inStep);
   uint32 NumberOf(const ScriptStep& inStep, const std::string& inWord) const;
@@ -42,6 +49,7 @@ class EditScript {
   Host& fHost;
   Scene& fScene;
   ScriptPerson fPerson;
+  UndoHistory fHistory;
   std::unique_ptr<ModifierPanel> fPanel;
 };
 

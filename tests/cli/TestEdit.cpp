@@ -131,6 +131,43 @@ TEST_F(QlxEdit, PinsAtAFrameAndTakesModifiersAway) {
   EXPECT_EQ(Fields("Base")["fActive"], false) << "the record was reset";
 }
 
+TEST_F(QlxEdit, TakesBackEachActionAsOneStep) {
+  const std::string set = "panel 0 of Hand\nset posi \"1 2 3\"\n";
+  ASSERT_EQ(Edit(set).fCode, kExitDone);
+  const std::string once = ReadFile(fFolder / "out.gltf");
+  ASSERT_EQ(Edit("").fCode, kExitDone);
+  const std::string untouched = ReadFile(fFolder / "out.gltf");
+  struct Row {
+    const char* fLabel;
+    std::string fScript;
+    const std::string& fFile;
+  };
+  const Row rows[] = {
+      {"a value", set + "undo", untouched},
+      {"and again", set + "undo\nredo", once},
+      {"what looks at things is no step", set + "frame 12\npanel 0 of Hand\nundo", untouched},
+      {"a dialog is one step", "add qlx to Hand\npanel 1 of Hand\npress ChTL {\nset ttlt A\nok\n}\nundo\nundo",
+       untouched},
+      {"a preset",
+       set + "add qlx to Hand\npanel 1 of Hand\nchoose clis Global\npress SAVE {\nfile p.txt\n}\nchoose clis Basic\n"
+             "press cadd\nchoose clis Global\npress LOAD {\nfile p.txt\n}\nundo\nundo\nundo",
+       once},
+      {"a modifier that goes", "remove 0 of Hand\nundo", untouched},
+      {"a switch", "turn 0 of Hand off\nundo", untouched},
+  };
+  for (const Row& row : rows) {
+    const QlxRun run = Edit(row.fScript);
+    EXPECT_EQ(run.fCode, kExitDone) << row.fLabel << ": " << run.fErr;
+    EXPECT_TRUE(ReadFile(fFolder / "out.gltf") == row.fFile) << row.fLabel;
+  }
+  EXPECT_NE(Edit("undo").fErr.find("line 1: there is nothing to take back"), std::string::npos);
+  EXPECT_NE(Edit(set + "undo\nset glob off\nredo").fErr.find("line 5: there is nothing to bring again"),
+            std::string::npos);
+  EXPECT_NE(Edit("add pin to Base\npanel 0 of Base\nundo\nset actv on")
+                .fErr.find("line 4: \"set actv on\" needs an open panel"),
+            std::string::npos);
+}
+
 TEST_F(QlxEdit, AnErrorNamesItsPlaceAndWritesNothing) {
   struct Row {
     const char* fLabel;
