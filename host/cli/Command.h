@@ -26,6 +26,7 @@ void AddSetCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddAddCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddPanelCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddEditCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddLinkCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddLinksCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddBakeCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddInfoCommand(CLI::App& inProgram, CommandContext& inContext);

@@ -106,6 +106,7 @@ int RunQlx(std::vector<std::string> inArguments, Console& inConsole) {
   AddAddCommand(program, context);
   AddPanelCommand(program, context);
   AddEditCommand(program, context);
+  AddLinkCommand(program, context);
   AddLinksCommand(program, context);
   AddBakeCommand(program, context);
   AddInfoCommand(program, context);
