@@ -2,9 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <ranges>
-
 #include "Host.h"
 #include "UserInterface.h"
 #include "model/IDText.h"
@@ -78,10 +75,10 @@ void ModifierPanel::Bind() {
 }
 
 void ModifierPanel::Refresh() const {
-  for (const Binding& binding : std::views::reverse(fBindings)) {
-    const bool isShown = binding.fControl->SetValue(fModifier->GetField(*binding.fField));
-    if (!isShown && binding.fControl->GetKind() == ControlKind::kPopup) {
-      binding.fControl->SetValue(int32{-1});
+  for (auto binding = fBindings.rbegin(); binding != fBindings.rend(); ++binding) {
+    const bool isShown = binding->fControl->SetValue(fModifier->GetField(*binding->fField));
+    if (!isShown && binding->fControl->GetKind() == ControlKind::kPopup) {
+      binding->fControl->SetValue(int32{-1});
     }
   }
 }

@@ -21,12 +21,12 @@ bool ChooseFile(UserInterface& ioUser, FileChoice inChoice, TMCString& outPath) 
   if (!path) {
     return false;
   }
-  TMCDynamicString before(outPath);
+  const std::string before = TextFrom(outPath);
   StoreText(*path, outPath);
   if (TextFrom(outPath) == *path) {
     return true;
   }
-  outPath = before;
+  StoreText(before, outPath);
   ioUser.GetDiagnostics().Warn(*path + ": the path is too long");
   return false;
 }
