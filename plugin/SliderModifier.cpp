@@ -13,7 +13,7 @@ namespace qlx {
 
 namespace {
 
-constexpr uint32 kControlUsed = 5;
+constexpr uint32 kSliderControlUsed = 5;
 
 }  // namespace
 
@@ -111,7 +111,7 @@ MCResult SliderModifier::HandleEvent(uint32 inMessage, IMCUnknown* inSource, voi
       throw TMCException(MC_E_INVALIDARG, "SliderModifier", 42);
     }
     ShowSlider(source.Get(), true);
-    if (inMessage == kControlUsed) {
+    if (inMessage == kSliderControlUsed) {
       HandleControl(*source);
     }
     return MC_S_OK;
