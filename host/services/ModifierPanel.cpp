@@ -75,10 +75,11 @@ void ModifierPanel::Bind() {
 }
 
 void ModifierPanel::Refresh() const {
-  for (auto binding = fBindings.rbegin(); binding != fBindings.rend(); ++binding) {
-    const bool isShown = binding->fControl->SetValue(fModifier->GetField(*binding->fField));
-    if (!isShown && binding->fControl->GetKind() == ControlKind::kPopup) {
-      binding->fControl->SetValue(int32{-1});
+  for (std::size_t left = fBindings.size(); left-- > 0;) {
+    const Binding& binding = fBindings[left];
+    const bool isShown = binding.fControl->SetValue(fModifier->GetField(*binding.fField));
+    if (!isShown && binding.fControl->GetKind() == ControlKind::kPopup) {
+      binding.fControl->SetValue(int32{-1});
     }
   }
 }
