@@ -70,7 +70,8 @@ TEST(AbiMCCore, StringHoldsItsLengthsAfterTheTable) {
   EXPECT_EQ(ValueAt<uint32>(&text, kTable), 2U);
   EXPECT_EQ(ValueAt<uint32>(&text, kTable + 4), 3U);
   EXPECT_EQ(ValueAt<uint32>(&text, kTable + 8), 31U);
-  EXPECT_EQ(ValueAt<char>(&text, kTable + 12), 'a');
+  constexpr std::size_t kCountState = sizeof(void*) == 4 ? 0 : 1;  // whether the count is known
+  EXPECT_EQ(ValueAt<char>(&text, kTable + 12 + kCountState), 'a');
 }
 
 TEST(AbiMCCore, StringOperationsStandInTheirOrder) {
