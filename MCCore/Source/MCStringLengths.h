@@ -20,6 +20,13 @@ constexpr uint32 SequenceLengthAt(const char* inText, uint32 inOffset) noexcept 
   return MCUtf8SequenceLength(static_cast<uint8>(inText[inOffset]));
 }
 
+// Where a text's storage is known to be shorter than a vector, GCC warns of the branches that its length never takes.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Warray-bounds"
+#pragma GCC diagnostic ignored "-Wstringop-overflow"
+#endif
+
 // Sixteen bytes at a time, in a register.
 constexpr uint32 kVectorSize = 16;
 using WordVector = uint64 __attribute__((vector_size(kVectorSize)));
@@ -120,5 +127,9 @@ inline uint32 CopyCounted(char* outText, const char* inText, uint32 inCount) noe
   StoreVector(outText + last, end);
   return HasHighBit(bits) ? CountCharacters(outText, inCount) : inCount;
 }
+
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
 
 }  // namespace qlx::detail
