@@ -1,6 +1,7 @@
 // Panels: what it costs to show a modifier's block again, an edit on the way there and back, and the list of values of
 // a whole scene.
 #include <benchmark/benchmark.h>
+#include <fmt/format.h>
 
 #include <string>
 
@@ -28,7 +29,7 @@ struct PanelStage {
     fHost.GetUser().SetPerson(&fPerson);
     host::Element* element = nullptr;
     for (int i = 0; i < inElements; ++i) {
-      element = &fScene->AddElement(fScene->GetRootElement(), "E" + std::to_string(i));
+      element = &fScene->AddElement(fScene->GetRootElement(), fmt::format("E{}", i));
     }
     fLink = fHost.CreateModifier("fQLX"_id);
     element->AddModifier(*fLink, 0);

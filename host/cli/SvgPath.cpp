@@ -10,7 +10,7 @@ namespace qlx::host {
 
 namespace {
 
-real64 Part(real64 inValue, const ValueRange& inRange) {
+real64 Fraction(real64 inValue, const ValueRange& inRange) {
   return inRange.GetSpan() > 0 ? (inValue - inRange.fLow) / inRange.GetSpan() : 0.5;
 }
 
@@ -49,10 +49,10 @@ std::vector<std::size_t> Representatives(const std::vector<real64>& inUp, std::s
 }  // namespace
 
 real64 ChartArea::X(real64 inValue) const {
-  return fLeft + Part(inValue, fAcross) * fWidth;
+  return fLeft + Fraction(inValue, fAcross) * fWidth;
 }
 real64 ChartArea::Y(real64 inValue) const {
-  return fTop + (1 - Part(inValue, fUp)) * fHeight;
+  return fTop + (1 - Fraction(inValue, fUp)) * fHeight;
 }
 
 std::string PathOf(const std::vector<real64>& inAcross, const std::vector<real64>& inUp, const ChartArea& inArea) {
