@@ -18,7 +18,7 @@ namespace qlx::host {
 
 namespace {
 
-const char* const kExamples = R"(Examples:
+const char* const kLinksExamples = R"(Examples:
   qlx links cart.gltf
   qlx links cart.gltf --json | jq '.links[] | select(.state == "broken")'
   qlx links cart.gltf --dot cart.dot && dot -Tsvg cart.dot -o cart.svg
@@ -116,7 +116,7 @@ void AddLinksCommand(CLI::App& inProgram, CommandContext& inContext) {
   CLI::App* const command =
       inProgram.add_subcommand("links", "Print what follows what in a scene, and whether it does");
   const auto options = std::make_shared<LinksOptions>();
-  command->footer(kExamples);
+  command->footer(kLinksExamples);
   AddSceneOptions(*command, options->fScene);
   command->add_option("--dot", options->fDot, "Draw the links as a graph, for Graphviz")->type_name("FILE");
   command->add_flag("--json", options->fJson, "Print them as JSON");

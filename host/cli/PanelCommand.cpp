@@ -16,7 +16,7 @@ namespace qlx::host {
 
 namespace {
 
-const char* const kExamples = R"(Examples:
+const char* const kPanelExamples = R"(Examples:
   qlx panel arm.gltf --element Hand
   qlx panel arm.gltf --element Hand --modifier 1 --json
 
@@ -51,7 +51,7 @@ void ShowPanel(CommandContext& inContext, const PanelOptions& inOptions) {
 void AddPanelCommand(CLI::App& inProgram, CommandContext& inContext) {
   CLI::App* const command = inProgram.add_subcommand("panel", "Print the panel of a modifier");
   const auto options = std::make_shared<PanelOptions>();
-  command->footer(kExamples);
+  command->footer(kPanelExamples);
   AddSceneOptions(*command, options->fScene);
   command->add_option("--element", options->fElement, "The element that the modifier sits on")
       ->required()

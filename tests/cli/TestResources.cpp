@@ -39,12 +39,12 @@ TEST(QlxResources, ListsTypesIdsNamesAttributesSizesAndPlaces) {
             "STR            128          6        256  replaceable,preload   a\\x0Ab\n"
             "STR             -2         18        266  0x50\n"
             "0x00000001       5          0          -  -                     none\n");
-  const auto json = nlohmann::json::parse(RunInProcess({"resources", file, "--json"}).fOut);
-  EXPECT_EQ(json["resources"].size(), 3U);
-  EXPECT_EQ(json["resources"][1]["at"], 266);
-  EXPECT_EQ(json["resources"][1]["attributes"], 0x50);
-  EXPECT_TRUE(json["resources"][2]["at"].is_null());
-  EXPECT_TRUE(json["problems"].empty());
+  const auto listing = nlohmann::json::parse(RunInProcess({"resources", file, "--json"}).fOut);
+  EXPECT_EQ(listing["resources"].size(), 3U);
+  EXPECT_EQ(listing["resources"][1]["at"], 266);
+  EXPECT_EQ(listing["resources"][1]["attributes"], 0x50);
+  EXPECT_TRUE(listing["resources"][2]["at"].is_null());
+  EXPECT_TRUE(listing["problems"].empty());
 }
 
 TEST(QlxResources, PrintsOrWritesOneResource) {

@@ -32,7 +32,7 @@ struct Mapping {
   }
 };
 
-using Change = std::function<void(Mapping&)>;
+using MappingChange = std::function<void(Mapping&)>;
 
 void SetModify(Mapping& ioMapping, bool QLXModifierData::*inFlag, real32 inOperand) {
   ioMapping.fData.fModifyAdd = false;
@@ -90,7 +90,7 @@ TEST(QLXMapping, FeetAreDividedByTwelve) {
 TEST(QLXMapping, ModifyGroupTakesTheFirstThatIsOn) {
   const struct {
     const char* fLabel;
-    Change fChange;
+    MappingChange fChange;
     real32 fExpected;
   } rows[] = {
       {"default adds 0", [](Mapping&) {}, 8},
@@ -161,7 +161,7 @@ TEST(QLXMapping, OnlyPositionsAndRotationsAreInverted) {
 TEST(QLXMapping, OscillatorMultiplies) {
   const struct {
     const char* fLabel;
-    Change fChange;
+    MappingChange fChange;
     int32 fNow;
     real32 fExpected;
   } rows[] = {

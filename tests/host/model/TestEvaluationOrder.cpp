@@ -161,7 +161,7 @@ TEST_F(EvaluationOrders, TellsWhichComponentOfATransformIsFollowed) {
   Element& turned = fScene.Add("Turned");
   Element& below = fScene.Add(turned, "Below");
   turned.SetBase(MakeValues({0, 0, 0}, {0, 0, 0.5f}));
-  const auto use = [&](Element& on, const char* target, End source) {
+  const auto use = [&](Element& on, const char* target, const End& source) {
     auto link = MakeHosted<Follower>(target, std::vector<End>{source}, 0.0f);
     on.AddModifier(*link, 0);
     fScene->FindOrder();

@@ -1,5 +1,7 @@
 // The panels of the built plug-in: every control goes into its field and every field into its control, and buttons do
 // what they should.
+#include <fmt/format.h>
+
 #include <fstream>
 #include <functional>
 
@@ -212,13 +214,13 @@ TEST_F(LinkPanel, CurvesAreEdited) {
     const std::string before = *fModifier->WritePrivate();
     for (const std::string& radio : row.fRadios) {
       const std::string last = *fModifier->WritePrivate();
-      EXPECT_EQ(Run(press + "press " + radio + "\ncancel\n}"), "") << radio;
+      EXPECT_EQ(Run(fmt::format("{}press {}\ncancel\n}}", press, radio)), "") << radio;
       EXPECT_EQ(*fModifier->WritePrivate(), last) << radio;
-      EXPECT_EQ(Run(press + "press " + radio + "\nok\n}"), "") << radio;
+      EXPECT_EQ(Run(fmt::format("{}press {}\nok\n}}", press, radio)), "") << radio;
       EXPECT_EQ(*fModifier->WritePrivate() == last, radio == row.fRadios.front()) << radio;
     }
     for (const std::string& number : row.fNumbers) {
-      EXPECT_EQ(Run(press + "set " + number + " 0.375\nok\n}"), "") << number;
+      EXPECT_EQ(Run(fmt::format("{}set {} 0.375\nok\n}}", press, number)), "") << number;
     }
     std::string after = *fModifier->WritePrivate();
     std::size_t found = 0;
