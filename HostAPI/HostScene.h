@@ -285,7 +285,7 @@ class I3DShFigureMember : public IMCUnknown {
  public:
   static constexpr MCGuid kInterfaceID = "655C8E52-BE13-4563-9CC2-DD90CC683A01"_guid;
 
-  // An object whose `GetOwnerElement` is the topmost joint: the parent of that is the figure.
+  // An object whose `GetOwnerElement` is the topmost joint or what carries it: the parent of that is the figure.
   virtual I3DShOwned* MC_CALL GetFigureOwner() = 0;
 
  protected:

@@ -1,7 +1,6 @@
 #include "SceneObjects.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 #include "ParameterIDs.h"
 #include "Scene.h"
@@ -190,15 +189,11 @@ class Figure::Owner final : public HostObject<I3DShOwned> {
 
 namespace {
 
-// The highest member at or above the first one.
-Element* FindTopmost(const std::vector<Element*>& inMembers) {
-  const std::unordered_set<const Element*> members(inMembers.begin(), inMembers.end());
-  Element* topmost = nullptr;
-  for (Element* element = inMembers.empty() ? nullptr : inMembers.front(); element != nullptr;
-       element = element->GetParentElement()) {
-    if (members.contains(element)) {
-      topmost = element;
-    }
+// The first member or the element above it whose parent is the root; null where that is not above it.
+Element* FindTopmost(const Element& inRoot, const std::vector<Element*>& inMembers) {
+  Element* topmost = inMembers.empty() ? nullptr : inMembers.front();
+  while (topmost != nullptr && topmost->GetParentElement() != &inRoot) {
+    topmost = topmost->GetParentElement();
   }
   return topmost;
 }
@@ -206,7 +201,10 @@ Element* FindTopmost(const std::vector<Element*>& inMembers) {
 }  // namespace
 
 Figure::Figure(std::string_view inName, Element& inRoot, std::vector<Element*> inMembers)
-    : fName(inName), fRoot(inRoot), fMembers(std::move(inMembers)), fOwner(MakeHosted<Owner>(FindTopmost(fMembers))) {}
+    : fName(inName),
+      fRoot(inRoot),
+      fMembers(std::move(inMembers)),
+      fOwner(MakeHosted<Owner>(FindTopmost(fRoot, fMembers))) {}
 
 Figure::~Figure() {
   fOwner->Forget();

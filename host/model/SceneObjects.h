@@ -102,8 +102,8 @@ class SceneObject final : public HostObject<I3DShObject, I3DShAttributes, I3DShA
   ElementList fInstances;
 };
 
-// A skin: the element above its joints, and the joints. The owner of a member is the topmost joint, the one above the
-// first member: `inRoot` is its parent.
+// A skin: the element above its joints, and the joints. The owner of a member is the child of `inRoot` that carries the
+// first member, or is it: the topmost joint in most figures.
 class Figure {
  public:
   Figure(std::string_view inName, Element& inRoot, std::vector<Element*> inMembers);

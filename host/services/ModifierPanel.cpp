@@ -4,7 +4,6 @@
 
 #include "Host.h"
 #include "UserInterface.h"
-#include "model/IDText.h"
 #include "ui/Hand.h"
 
 namespace qlx::host {
@@ -21,28 +20,15 @@ std::shared_ptr<const PartDescription> FindPanel(Host& inHost, PluginModifier& i
   return panel;
 }
 
-// The form in which a control holds a field's type.
-MCID FormOfField(MCID inType) {
-  return inType == "s255"_id || inType == "sdyn"_id ? "str "_id : inType;
-}
-
-bool IsNumber(MCID inForm) {
-  return inForm == "in32"_id || inForm == "re32"_id;
-}
-
-bool CanShow(const Part& inControl, const ParameterField& inField) {
-  const MCID control = inControl.GetValueForm();
-  const MCID field = FormOfField(inField.fType);
-  return control == field || (IsNumber(control) && IsNumber(field));
-}
-
 }  // namespace
 
 ModifierPanel::ModifierPanel(Host& inHost, PluginModifier& inModifier)
     : fHost(inHost),
       fModifier(MCShare(&inModifier)),
       fForm(MakeHosted<Form>(FindPanel(inHost, inModifier), kPanelControlUsed)) {
-  Bind();
+  if (const ParameterMap* const map = fModifier->GetParameterMap()) {
+    fBindings = BindFields(fHost, fModifier->GetModifierClass(), *map, *fForm);
+  }
   Tell(kPanelOpened, fForm->GetMessageSource());
   fHost.GetUser().ThrowProblem();
   fForm->SetListener(this);
@@ -54,29 +40,9 @@ ModifierPanel::~ModifierPanel() {
   fForm->SetListener(nullptr);
 }
 
-void ModifierPanel::Bind() {
-  const ParameterMap* const map = fModifier->GetParameterMap();
-  const ParameterMapDescription* const described =
-      fHost.GetCatalog()->FindMapDescription(fModifier->GetModifierClass());
-  if (!map || !described) {
-    return;
-  }
-  for (const FieldDescription& row : described->fFields) {
-    const ParameterField* const field = map->Find(row.fName);
-    Part* const control = fForm->Find(row.fControl);
-    if (field && control && CanShow(*control, *field)) {
-      fBindings.push_back({field, control});
-    } else if (field && control) {
-      fHost.GetDiagnostics().Warn(fmt::format("panel {} \"{}\": the control {} cannot show {}, a '{}'",
-                                              fForm->GetPartDescription().fResourceId, fForm->GetLabel(),
-                                              NameOf(*control), row.fName, TextFromID(field->fType)));
-    }
-  }
-}
-
 void ModifierPanel::Refresh() const {
   for (std::size_t left = fBindings.size(); left-- > 0;) {
-    const Binding& binding = fBindings[left];
+    const FieldControl& binding = fBindings[left];
     const bool isShown = binding.fControl->SetValue(fModifier->GetField(*binding.fField));
     if (!isShown && binding.fControl->GetKind() == ControlKind::kPopup) {
       binding.fControl->SetValue(int32{-1});
@@ -84,8 +50,8 @@ void ModifierPanel::Refresh() const {
   }
 }
 
-void ModifierPanel::Store(const Binding& inBinding) {
-  const std::optional<PartValue> value = Convert(inBinding.fControl->GetValue(), FormOfField(inBinding.fField->fType));
+void ModifierPanel::Store(const FieldControl& inBinding) {
+  const std::optional<ParameterValue> value = inBinding.GetValue();
   if (value && fModifier->SetField(*inBinding.fField, *value)) {
     return;
   }
@@ -101,7 +67,7 @@ void ModifierPanel::Store(const Binding& inBinding) {
 // The field of the control, and those of the other radio buttons of its group.
 void ModifierPanel::Take(const Part& inSource) {
   const ControlDescription& source = inSource.GetDescription();
-  for (const Binding& binding : fBindings) {
+  for (const FieldControl& binding : fBindings) {
     const ControlDescription& control = binding.fControl->GetDescription();
     const bool isOfGroup = source.fKind == ControlKind::kRadio && control.fKind == ControlKind::kRadio &&
                            source.fRadioGroup == control.fRadioGroup;

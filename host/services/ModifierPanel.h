@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "FieldControls.h"
 #include "PluginModifier.h"
-#include "ui/Form.h"
 
 namespace qlx::host {
 
@@ -30,24 +30,18 @@ class ModifierPanel final : private FormListener {
   void Refresh() const;
 
  private:
-  struct Binding {
-    const ParameterField* fField;
-    Part* fControl;
-  };
-
   // FormListener
   void Receive(uint32 inMessage, Part& inSource, void* inData) override;
   bool IsSelectable(IMFHierarchyItem& inItem) override;
 
-  void Bind();
   void Take(const Part& inSource);
-  void Store(const Binding& inBinding);
+  void Store(const FieldControl& inBinding);
   void Tell(uint32 inMessage, Part& inSource);
 
   Host& fHost;
   TMCCountedPtr<PluginModifier> fModifier;
   TMCCountedPtr<Form> fForm;
-  std::vector<Binding> fBindings;  // in the order of the fields
+  std::vector<FieldControl> fBindings;  // in the order of the fields
 };
 
 }  // namespace qlx::host

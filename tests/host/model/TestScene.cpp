@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "ModelTest.h"
+#include "TreeElementIterator.h"
 
 namespace qlx::host {
 
@@ -129,6 +130,14 @@ TEST(Scene, FiguresAreFoundFromTheirJoints) {
     EXPECT_EQ(member->GetFigureOwner()->GetOwnerElement(), &hip);
     EXPECT_EQ(member->GetFigureOwner()->GetOwnerElement()->GetParentRaw(), &body);
   }
+
+  // A first joint below an element that is none itself: the way up ends at the figure all the same.
+  Element& socket = scene.Add(body, "Socket");
+  Element& eye = scene.Add(socket, "Eye");
+  Element& jaw = scene.Add(body, "Jaw");
+  scene->AddFigure("Face", body, {&eye, &jaw});
+  EXPECT_EQ(FindFigureRoot(&eye), &body);
+  EXPECT_EQ(FindFigureRoot(&jaw), &body);
 }
 
 TEST(Scene, ElementsAnswerForWhatTheyShow) {
