@@ -5,7 +5,10 @@
 
 #include "BasicMCFCOMImplementations.h"
 #include "COMSafeUtilities.h"
+#include "HostCommands.h"
+#include "HostInterface.h"
 #include "HostScene.h"
+#include "HostServices.h"
 #include "PluginEntry.h"
 
 namespace {
@@ -16,6 +19,7 @@ using qlx::test::OddMode;
 OddMode sMode = OddMode::kPlain;
 
 constexpr MCGuid kPinClass = "203FF150-EDC1-991D-93E9-19E1A1710097"_guid;
+constexpr MCGuid kCommandClass = "AE16DF61-D1B1-17F1-1C1F-18131A12131A"_guid;
 
 class OddPin final : public TBasicTreeModifier {
  public:
@@ -92,8 +96,39 @@ class OddPin final : public TBasicTreeModifier {
   int16 fPrivate = 0;
 };
 
+class OddMenuCallBack final : public TBasicMenuCallBack {
+ public:
+  bool MC_CALL SelfPrepare(ISceneCommandContext*) override {
+    if (sMode == OddMode::kDisabledByFault) {
+      throw std::runtime_error("odd");
+    }
+    return true;
+  }
+};
+
+class OddCommand final : public TBasicSceneCommand {
+ public:
+  void MC_CALL GetMenuCallBack(ISelfPrepareMenuCallBack** outCallBack) override { *outCallBack = new OddMenuCallBack; }
+  MCResult MC_CALL Init(ISceneCommandContext*) override { return MC_S_OK; }
+  MCResult MC_CALL Prepare() override { return sMode == OddMode::kFails ? MC_E_NOTVALID : MC_S_OK; }
+  bool MC_CALL Do() override {
+    if (sMode == OddMode::kLeavesADialog) {
+      uint32 token = 0;
+      TMCCountedPtr<IMFPart> dialog;
+      GetResourceManager()->PushResourceContext("modi"_id, "fPIN"_id, token);
+      GetDialogFactory()->CreateDialog(dialog.WriteInto(), "Dlog"_id, 131);
+      MCQuery<IModalDialog>(dialog)->RunModal();
+    }
+    if (sMode == OddMode::kThrows || sMode == OddMode::kLeavesADialog) {
+      throw std::runtime_error("odd");
+    }
+    return sMode != OddMode::kNotImplemented;
+  }
+};
+
 class OddFactory final : public TBasicUnknown, public IMCClassFactory {
  public:
+  explicit OddFactory(bool inMakesCommands) : fMakesCommands(inMakesCommands) {}
   MCResult MC_CALL QueryInterface(const MCGuid& inID, void** outObject) override {
     return inID == IMCClassFactory::kInterfaceID ? MCStoreCounted<IMCClassFactory>(this, outObject)
                                                  : TBasicUnknown::QueryInterface(inID, outObject);
@@ -101,13 +136,16 @@ class OddFactory final : public TBasicUnknown, public IMCClassFactory {
   uint32 MC_CALL AddRef() override { return TBasicUnknown::AddRef(); }
   uint32 MC_CALL Release() override { return TBasicUnknown::Release(); }
   MCResult MC_CALL CreateInstance(IMCUnknown* inOuter, const MCGuid& inID, void** outObject) override {
-    TBasicUnknown* const object = new OddPin;
+    TBasicUnknown* const object = fMakesCommands ? static_cast<TBasicUnknown*>(new OddCommand) : new OddPin;
     object->SetOuter(inOuter);
     const MCResult result = object->QueryInterface(inID, outObject);
     object->Release();
     return result;
   }
   MCResult MC_CALL LockServer(bool) override { return MC_S_OK; }
+
+ private:
+  bool fMakesCommands;
 };
 
 }  // namespace
@@ -130,8 +168,8 @@ MCResult MC_CALL MCDllCleanUp() {
   return MC_S_OK;
 }
 
-MCResult MC_CALL MCDllGetClassObject(const MCGuid&, const MCGuid& inInterfaceID, void** outObject) {
-  return MCAdopt(new OddFactory)->QueryInterface(inInterfaceID, outObject);
+MCResult MC_CALL MCDllGetClassObject(const MCGuid& inClassID, const MCGuid& inInterfaceID, void** outObject) {
+  return MCAdopt(new OddFactory(inClassID == kCommandClass))->QueryInterface(inInterfaceID, outObject);
 }
 
 MCResult MC_CALL MCDllCanUnloadNow() {
