@@ -37,6 +37,9 @@ A script is a text of one action a line; a # at a line's start or before a blank
   open CONTROL ROW, fold CONTROL ROW
   reset                            the modifier's settings
   frame NUMBER                     goes to a frame
+  select NAME...                   the elements that the following commands work on
+  keys all|none, keys FRAME FRAME  marks keys of the selected elements, from a frame to a frame
+  do COMMAND                       a command of the menu, as `qlx menu` prints them
   undo, redo                       the last action that changed something
 A control is named by its id or label, as `qlx panel` prints them. What an action opens is answered in a block behind it:
   press ChTL {

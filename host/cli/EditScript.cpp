@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "CommandChoice.h"
 #include "ModifierChoice.h"
 #include "Session.h"
 #include "model/ClosestNames.h"
@@ -19,7 +20,7 @@ constexpr const char* kModifier = "the modifier";
 
 struct EditScript::Action {
   const char* fWord;
-  std::size_t fCount;
+  std::size_t fCount;        // of words; 0: any
   std::size_t fPreposition;  // where "to" or "of" stands; 0: nowhere
   const char* fForm;
   void (EditScript::*fDo)(const ScriptStep& inStep);
@@ -33,6 +34,9 @@ const EditScript::Action* EditScript::FindAction(const std::string& inWord) {
       {"panel", 4, 2, "panel NUMBER of ELEMENT", &EditScript::OpenPanel},
       {"reset", 1, 0, "reset", &EditScript::Reset},
       {"frame", 2, 0, "frame NUMBER", &EditScript::GoToFrame},
+      {"select", 0, 0, "select NAME...", &EditScript::SelectThem},
+      {"keys", 0, 0, "keys all|none or keys FRAME FRAME", &EditScript::SelectKeysOfThem},
+      {"do", 2, 0, "do COMMAND", &EditScript::DoCommand},
       {"undo", 1, 0, "undo", &EditScript::Undo},
       {"redo", 1, 0, "redo", &EditScript::Redo},
   };
@@ -70,7 +74,9 @@ void EditScript::Run(const std::vector<ScriptStep>& inSteps) {
 void EditScript::RunStep(const ScriptStep& inStep) {
   const std::vector<std::string>& words = inStep.fWords;
   if (const Action* const action = FindAction(words.front())) {
-    fPerson.NeedWords(inStep, action->fCount, action->fForm);
+    if (action->fCount != 0) {
+      fPerson.NeedWords(inStep, action->fCount, action->fForm);
+    }
     const char* const preposition = words.front() == "add" ? "to" : "of";
     if (action->fPreposition != 0 && words[action->fPreposition] != preposition) {
       fPerson.Fail(inStep, fmt::format("\"{}\" lacks its \"{}\"; it is written: {}", TextOfStep(inStep), preposition,
@@ -80,8 +86,9 @@ void EditScript::RunStep(const ScriptStep& inStep) {
     return;
   }
   if (!ScriptPerson::IsFormStep(inStep)) {
-    const std::string closest = ClosestText(words.front(), {"add", "remove", "turn", "panel", "reset", "frame", "undo",
-                                                            "redo", "set", "press", "choose", "open", "fold"});
+    const std::string closest =
+        ClosestText(words.front(), {"add", "remove", "turn", "panel", "reset", "frame", "select", "keys", "do", "undo",
+                                    "redo", "set", "press", "choose", "open", "fold"});
     fPerson.Fail(inStep, fmt::format("there is no action \"{}\"{}", words.front(), closest));
   }
   if (!fPanel) {
@@ -140,8 +147,22 @@ void EditScript::GoToFrame(const ScriptStep& inStep) {
   fScene.Evaluate(TimeOfFrame(fScene, static_cast<int32>(number), "the frame"));
 }
 
+// Nothing, without a name.
+void EditScript::SelectThem(const ScriptStep& inStep) {
+  SelectElements(fScene, std::span(inStep.fWords).subspan(1), kElement);
+}
+
+void EditScript::SelectKeysOfThem(const ScriptStep& inStep) {
+  SelectKeysOf(fScene, std::span(inStep.fWords).subspan(1), "the keys");
+}
+
+void EditScript::DoCommand(const ScriptStep& inStep) {
+  SceneCommand(fHost, fScene, NeedCommand(fHost, inStep.fWords[1], "the command")).Run();
+  ShowPanelAnew();
+}
+
 // The panel goes with its modifier, and shows what is in force now.
-void EditScript::ShowHistory() {
+void EditScript::ShowPanelAnew() {
   if (fPanel && !fPanel->GetModifier().GetElement()) {
     fPanel.reset();
   }
@@ -154,14 +175,14 @@ void EditScript::Undo(const ScriptStep& inStep) {
   if (!fHistory.Undo()) {
     fPerson.Fail(inStep, "there is nothing to take back");
   }
-  ShowHistory();
+  ShowPanelAnew();
 }
 
 void EditScript::Redo(const ScriptStep& inStep) {
   if (!fHistory.Redo()) {
     fPerson.Fail(inStep, "there is nothing to bring again");
   }
-  ShowHistory();
+  ShowPanelAnew();
 }
 
 }  // namespace qlx::host

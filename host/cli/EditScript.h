@@ -2,7 +2,8 @@
 //
 //   add qlx|pin|slider to ELEMENT      remove NUMBER of ELEMENT      turn NUMBER of ELEMENT on|off
 //   panel NUMBER of ELEMENT            reset                         frame NUMBER
-//   undo                               redo
+//   select NAME...                     keys all|none              keys FRAME FRAME
+//   do COMMAND                         undo                       redo
 //
 // Each step that changes something can be taken back, as one.
 //
@@ -33,13 +34,16 @@ class EditScript {
   static const Action* FindAction(const std::string& inWord);
 
   void RunStep(const ScriptStep& inStep);
-  void ShowHistory();
+  void ShowPanelAnew();
   void AddOne(const ScriptStep& inStep);
   void RemoveOne(const ScriptStep& inStep);
   void Turn(const ScriptStep& inStep);
   void OpenPanel(const ScriptStep& inStep);
   void Reset(const ScriptStep& inStep);
   void GoToFrame(const ScriptStep& inStep);
+  void SelectThem(const ScriptStep& inStep);
+  void SelectKeysOfThem(const ScriptStep& inStep);
+  void DoCommand(const ScriptStep& inStep);
   void Undo(const ScriptStep& inStep);
   void Redo(const ScriptStep& inStep);
 

@@ -27,6 +27,7 @@ const char* const kProgramExamples = R"(Examples:
                                             a value by its path
   qlx edit scene.gltf --script steps.txt -o edited.gltf
                                             what a person does in panels, from a script
+  qlx menu scene.gltf --select Arm          the commands of the plug-in's menu, which `qlx do` runs
   qlx links scene.gltf                      what follows what, and whether it does
   qlx bake scene.gltf -o baked.glb          every frame evaluated, the result as keys
   qlx info                                  the plug-in that is loaded
@@ -106,6 +107,10 @@ int RunQlx(std::vector<std::string> inArguments, Console& inConsole) {
   AddAddCommand(program, context);
   AddPanelCommand(program, context);
   AddEditCommand(program, context);
+  AddMenuCommand(program, context);
+  AddDoCommand(program, context);
+  AddKeysCommand(program, context);
+  AddChainCommand(program, context);
   AddLinkCommand(program, context);
   AddLinksCommand(program, context);
   AddBakeCommand(program, context);

@@ -1,5 +1,7 @@
 #include "TimeLine.h"
 
+#include <algorithm>
+
 #include "Element.h"
 #include "ValueParameters.h"
 
@@ -16,6 +18,13 @@ bool Understands(const Track& inTrack, MCID inTypeId) {
   return inTypeId == type || (type == "qfix"_id && inTypeId == "re32"_id);
 }
 
+bool HasKeyAt(const Curve& inCurve, int32 inTime) {
+  const std::vector<CurveKey>& keys = inCurve.GetKeys();
+  const auto at = std::lower_bound(keys.begin(), keys.end(), inTime,
+                                   [](const CurveKey& inKey, int32 inBound) { return inKey.fTime < inBound; });
+  return at != keys.end() && at->fTime == inTime;
+}
+
 }  // namespace
 
 // Found again by its serial, so a key that was deleted meanwhile does nothing.
@@ -29,7 +38,8 @@ class TimeLineKey final : public HostObject<ITimeLineKey, IKeyValue> {
   }
 
   void MC_CALL SetTime(int32 inTime) override {
-    if (Find() != nullptr) {
+    const CurveKey* const key = Find();
+    if (key != nullptr && key->fTime != inTime) {
       fTrack->fValue->EditCurves([&](Curve& curve, uint32 /*number*/) { curve.MoveKey(fSerial, inTime, fHint); });
     }
   }
@@ -110,7 +120,8 @@ ITimeLineKey* TimeLine::GetKey(uint32 inIndex) {
 }
 
 void TimeLine::DeleteKeyAt(int32 inTime) {
-  if (fTrack->fValue->HasKeys()) {
+  // Without a key there it is no edit, which would count as a change of the scene.
+  if (fTrack->fValue->HasKeys() && HasKeyAt(*fTrack->fValue->GetCurve(0), inTime)) {
     fTrack->fValue->EditCurves([&](Curve& edited, uint32 /*number*/) { edited.DeleteKeyAt(inTime); });
   }
 }

@@ -4,6 +4,7 @@
 
 #include "MCArray.h"
 #include "ModelTest.h"
+#include "model/KeySelection.h"
 
 namespace qlx::host {
 
@@ -98,8 +99,10 @@ TEST(TimeLines, AKeyIsOneObjectThatFollowsItsKey) {
   EXPECT_EQ(key->GetTime(), 350);
   EXPECT_EQ(ValueOf(key.Get()), 1);
   EXPECT_FALSE(key->IsSelected());
-  element.EditCurve(Channel::kRotationX, [](Curve& curve) { curve.SelectKey(350, true); });
+  EXPECT_EQ(SelectKeys(element, 350, 400), 2U);
   EXPECT_TRUE(key->IsSelected());
+  EXPECT_EQ(SelectKeys(element, 0, 300), 3U);
+  EXPECT_FALSE(key->IsSelected());
 
   SceneTime time;
   TMCCountedPtr<ITimeLineKey> neighbour;
@@ -111,7 +114,12 @@ TEST(TimeLines, AKeyIsOneObjectThatFollowsItsKey) {
   timeLine->FindKeyAfter(400, time, neighbour.WriteInto());
   EXPECT_FALSE(neighbour);
 
+  element.ClearEditedChannels();
+  timeLine->DeleteKeyAt(351);
+  key->SetTime(350);
+  EXPECT_EQ(element.GetEditedChannels(), 0) << "no key went or moved";
   timeLine->DeleteKeyAt(350);
+  EXPECT_NE(element.GetEditedChannels(), 0);
   const uint32 left = timeLine->GetKeyCount();
   key->SetTime(900);
   EXPECT_EQ(timeLine->GetKeyCount(), left) << "a deleted key changes nothing";
