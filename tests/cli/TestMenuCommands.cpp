@@ -112,9 +112,9 @@ TEST_F(QlxMenu, EditsKeys) {
     std::vector<std::string> fWords;
     bool fChanges;
   } rows[] = {
-      {"no key there", {"delete", "--select", "Forearm", "--frame", "7"}, false},
+      {"no key there", {"delete", "--select", "Forearm", "--frame", "90"}, false},
       {"a key", {"delete", "--select", "Forearm", "--frame", "0"}, true},
-      {"of something else", {"delete", "--select", "Base", "--frame", "0"}, false},
+      {"of something else", {"delete", "--select", "Hand", "--frame", "0"}, false},
       {"of what is below", {"delete", "--select", "Base", "--frame", "0", "--scope", "subtree"}, true},
       {"in no figure", {"delete", "--select", "Base", "--frame", "0", "--scope", "figure"}, false},
   };
