@@ -14,7 +14,7 @@ using nlohmann::json;
 
 // A link in attribute mode, from a value of the node with the id to one of its own.
 json FollowNode(const std::string& inTarget, const std::string& inReference, const std::string& inSource,
-                json inFields = json::object()) {
+                const json& inFields = json::object()) {
   json fields = {{"fAttributeMode", true}};
   fields.update(inFields);
   const std::string text =

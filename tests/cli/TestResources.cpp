@@ -1,4 +1,5 @@
 // `qlx resources`: the list of a resource file, one resource, and what is wrong with a bad file.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -106,7 +107,7 @@ TEST(QlxResources, NamesWhatIsWrongAndWhere) {
     EXPECT_EQ(run.fCode, kExitFailed);
     std::string expected;
     for (const std::string& problem : row.fProblems) {
-      expected += "qlx: " + file + ": " + problem + '\n';
+      expected += fmt::format("qlx: {}: {}\n", file, problem);
     }
     EXPECT_EQ(run.fErr, expected);
   }
