@@ -27,8 +27,8 @@ struct PanelStage {
   explicit PanelStage(int inElements) {
     fHost.LoadPlugin(QLX_PLUGIN_FILE);
     fHost.GetUser().SetPerson(&fPerson);
-    host::Element* element = nullptr;
-    for (int i = 0; i < inElements; ++i) {
+    host::Element* element = &fScene->AddElement(fScene->GetRootElement(), "E0");
+    for (int i = 1; i < inElements; ++i) {
       element = &fScene->AddElement(fScene->GetRootElement(), fmt::format("E{}", i));
     }
     fLink = fHost.CreateModifier("fQLX"_id);

@@ -74,6 +74,7 @@ BakeRange RangeFor(const Scene& inScene, const BakeOptions& inOptions) {
 
 std::vector<Element*> FindElements(const Scene& inScene, const std::vector<std::string>& inNames) {
   std::vector<Element*> elements;
+  elements.reserve(inNames.size());
   for (const std::string& name : inNames) {
     elements.push_back(&NeedElement(inScene, name, "--plot-also"));
   }
