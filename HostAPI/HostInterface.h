@@ -9,6 +9,10 @@ namespace qlx {
 class IMFHierarchyItem;
 class TMCString;
 
+// Messages from a control that a person used: to the modifier of a panel, and to the code of a dialog.
+inline constexpr uint32 kPanelControlUsed = 5;
+inline constexpr uint32 kDialogControlUsed = 9;
+
 // Any part of a panel or dialog.
 class IMFPart : public IMCUnknown {
  public:

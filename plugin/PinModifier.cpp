@@ -12,8 +12,6 @@ namespace qlx {
 
 namespace {
 
-constexpr uint32 kControlUsed = 5;
-
 bool IsEventHandlingSuspended() {
   IShellUtilities* const shell = GetShellUtilities();
   return shell != nullptr && shell->IsEventHandlingSuspended();
@@ -103,7 +101,7 @@ void PinModifier::Apply(TreeElement& inTree) const {
 
 MCResult PinModifier::HandleEvent(uint32 inMessage, IMCUnknown* inSource, void* /*inData*/) {
   return GuardOperation([&] {
-    if (IsEventHandlingSuspended() || inMessage != kControlUsed || inSource == nullptr) {
+    if (IsEventHandlingSuspended() || inMessage != kPanelControlUsed || inSource == nullptr) {
       return MC_S_OK;
     }
     const auto part = MCQuery<IMFPart>(inSource);

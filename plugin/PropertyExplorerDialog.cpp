@@ -12,8 +12,6 @@ namespace qlx {
 
 namespace {
 
-constexpr uint32 kExplorerControlUsed = 9;
-
 // One value of an element, by the key of its row: a number of a parameter, or an axis of the position in the scene.
 class ExploredValue {
  public:
@@ -90,7 +88,7 @@ MCResult PropertyExplorerDialog::QueryInterface(const MCGuid& inID, void** outOb
 
 MCResult PropertyExplorerDialog::Receive(uint32 inMessage, IMCUnknown* inSource, void* /*inData*/) {
   return GuardOperation([&] {
-    if (inMessage != kExplorerControlUsed || !inSource) {
+    if (inMessage != kDialogControlUsed || !inSource) {
       return MC_S_OK;
     }
     const auto source = MCQuery<IMFPart>(inSource);

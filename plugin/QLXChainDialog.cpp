@@ -11,12 +11,6 @@
 
 namespace qlx {
 
-namespace {
-
-constexpr uint32 kDialogControlUsed = 9;
-
-}  // namespace
-
 MCResult QLXChainDialog::QueryInterface(const MCGuid& inID, void** outObject) {
   if (inID == kInterfaceID) {
     return MCStoreCounted<QLXChainDialog>(this, outObject);

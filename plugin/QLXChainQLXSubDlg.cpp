@@ -14,7 +14,6 @@ namespace qlx {
 
 namespace {
 
-constexpr uint32 kLinkControlUsed = 9;
 constexpr int32 kLinkDialog = 200;
 
 // In the order of the record.
@@ -100,7 +99,7 @@ MCResult QLXChainQLXSubDlg::QueryInterface(const MCGuid& inID, void** outObject)
 
 MCResult QLXChainQLXSubDlg::Receive(uint32 inMessage, IMCUnknown* inSource, void* /*inData*/) {
   return GuardOperation([&] {
-    if (inMessage != kLinkControlUsed) {
+    if (inMessage != kDialogControlUsed) {
       return MC_S_OK;
     }
     const auto source = MCQuery<IMFPart>(inSource);

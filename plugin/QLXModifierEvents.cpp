@@ -13,7 +13,6 @@ namespace qlx {
 
 namespace {
 
-constexpr uint32 kPanelControlUsed = 5;
 constexpr MCID kAnyCreator = "****"_id;
 constexpr MCID kTextFile = "text"_id;
 constexpr int32 kBufferSize = 0x7F00;

@@ -11,12 +11,6 @@
 
 namespace qlx {
 
-namespace {
-
-constexpr uint32 kSliderControlUsed = 5;
-
-}  // namespace
-
 #if UINTPTR_MAX == UINT32_MAX
 // Strings have a table of operations, so the block has no standard layout; both compilers lay it out all the same.
 #pragma GCC diagnostic push
@@ -111,7 +105,7 @@ MCResult SliderModifier::HandleEvent(uint32 inMessage, IMCUnknown* inSource, voi
       throw TMCException(MC_E_INVALIDARG, "SliderModifier", 42);
     }
     ShowSlider(source.Get(), true);
-    if (inMessage == kSliderControlUsed) {
+    if (inMessage == kPanelControlUsed) {
       HandleControl(*source);
     }
     return MC_S_OK;

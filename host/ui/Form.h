@@ -8,10 +8,8 @@
 
 namespace qlx::host {
 
-// What a panel tells its modifier, and a dialog its code.
+// What a panel tells its modifier when it opens: no message that a control sends.
 inline constexpr uint32 kPanelOpened = 1;
-inline constexpr uint32 kPanelControlUsed = 5;
-inline constexpr uint32 kDialogControlUsed = 9;
 
 class FormListener {
  public:
