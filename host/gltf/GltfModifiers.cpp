@@ -295,6 +295,10 @@ void WriteModifiers(Json& ioDocument, const std::vector<Element*>& inElements, W
     Json& node = ioDocument["nodes"][i];
     if (inWritten == WrittenModifiers::kNone) {
       RemoveExtension(node, kModifiersExtension);
+      // No link is left to refer to the element, and without the extension it has this id all the same.
+      if (inElements[i]->GetUniqueID() == DefaultElementID(i)) {
+        RemoveExtension(node, kElementExtension);
+      }
     } else {
       WriteNode(node, *inElements[i], inWritten == WrittenModifiers::kSwitchedOff, i, referred);
     }
