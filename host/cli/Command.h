@@ -30,6 +30,7 @@ void AddMenuCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddDoCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddKeysCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddChainCommand(CLI::App& inProgram, CommandContext& inContext);
+void AddExploreCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddLinkCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddLinksCommand(CLI::App& inProgram, CommandContext& inContext);
 void AddBakeCommand(CLI::App& inProgram, CommandContext& inContext);

@@ -23,6 +23,7 @@ A command can be run (`qlx do`) where it is enabled for what is selected.
 const char* const kDoExamples = R"(Examples:
   qlx do arm.gltf "Add Pin" --select Hand -o pinned.gltf
   qlx do arm.gltf "Delete Keyframes" --select Hand --frame 12 --answer subt=on -o out.gltf
+  qlx do arm.gltf "Delete Keyframes" --select Hand --frame 12 --answer subt=on --dry-run
   qlx do arm.gltf "Wiggle Keyframes" --select Hand --keys all --answer minf=-5 maxf=2 -o out.gltf
   qlx do arm.gltf "Property Explorer" --select Hand --answer plst="Rotation X" nVal=0.5 upbn -o out.gltf
   qlx do arm.gltf "QLX Chain" --answer abtn pick=Arm mval=2 ok abtn pick=Hand ok cgrp=on -o out.gltf
@@ -98,7 +99,7 @@ void AddDoCommand(CLI::App& inProgram, CommandContext& inContext) {
   command->add_option("--answer", run->fAnswers, "What to answer, in this order")->type_name("ID=VALUE...");
   AddRunOptions(*command, *run);
   AddLibraryOption(*command, inContext);
-  command->callback([run, &inContext] { inContext.fAction = [run, &inContext] { RunOnFile(inContext, *run); }; });
+  SetRunAction(*command, inContext, *run, [run, &inContext] { RunOnFile(inContext, *run); });
 }
 
 }  // namespace qlx::host

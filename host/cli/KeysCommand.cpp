@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <span>
 
+#include "ChangesText.h"
 #include "CommandRun.h"
 #include "model/ClosestNames.h"
 #include "model/Diagnostics.h"
@@ -19,15 +20,25 @@ const char* const kKeysExamples = R"(Examples:
                                         those that repeat both their neighbours
   qlx keys arm.gltf wiggle --select Hand --keys 10 40 --forward 2 -o out.gltf
                                         a random number of frames, another one at each run
+  qlx keys arm.gltf delete --select Hand --frame 12 --dry-run
+                                        each key that would go; nothing is written
+
+dedupe says which tracks lost keys, and which of them move otherwise than before: without modifiers, at all frames and
+keys, by how much and where. A dry run of wiggle shows one of the many ways that it can go.
 )";
 
 const char* const kChainExamples = R"(Examples:
-  qlx chain rig.gltf --on Hip Spine Neck Head -o out.gltf                   each follows the one before it
+  qlx chain rig.gltf --on Hip Spine Neck Head --set BRal=on -o out.gltf
+                                        the rotations, each bone like the one before it
   qlx chain rig.gltf --on Hip Spine Neck --set BRal=on dely=on dfrm=4 -o out.gltf
-                                        the rotations, each four frames later
-  qlx chain rig.gltf --on Hip Spine Neck --follow-first -o out.gltf         all follow the first
+                                        each four frames after the one before it
+  qlx chain rig.gltf --on Hip Spine Neck --set BRal=on --follow first -o out.gltf
+                                        all like the first
+  qlx chain rig.gltf --on Hip Spine Neck --set BRal=on --dry-run
+                                        the links with their settings; nothing is written
 
-`--set` takes the controls of the dialog "Link of a chain" by their ids or labels, the same for every link.
+`--set` takes the controls of the dialog "Link of a chain" by their ids or labels, the same for every link that follows
+another. The first element leads: its link has nothing to follow, and would follow itself.
 )";
 
 struct KeysOptions {
@@ -45,6 +56,7 @@ struct WordMeaning {
 
 constexpr WordMeaning kKeyActions[] = {{"delete", "dkey"}, {"dedupe", "rdup"}, {"wiggle", "wigl"}};
 constexpr WordMeaning kScopes[] = {{"figure", "figu=on"}, {"subtree", "subt=on"}, {"selected", "selo=on"}};
+constexpr WordMeaning kFollows[] = {{"first", "cgrp=on"}, {"previous", "cgrp=off"}};
 
 const char* MeaningOf(std::span<const WordMeaning> inWords, const std::string& inWord, const std::string& inPlace) {
   std::vector<std::string> words;
@@ -59,6 +71,10 @@ const char* MeaningOf(std::span<const WordMeaning> inWords, const std::string& i
   const std::string closest = ClosestText(inWord, words);
   throw UserError(inPlace,
                   fmt::format("there is no \"{}\"{}", inWord, closest.empty() ? "; there are " + all : closest));
+}
+
+std::string ReportDuplicates(Scene& inScene, const SceneCopy& inBefore, const SceneChanges& inChanges) {
+  return ReportRemovals(inScene, inChanges, inBefore.FindMotion());
 }
 
 void EditKeys(CommandContext& inContext, const KeysOptions& inOptions) {
@@ -83,27 +99,29 @@ void EditKeys(CommandContext& inContext, const KeysOptions& inOptions) {
   if (inOptions.fForward) {
     run.fAnswers.push_back(fmt::format("maxf={}", *inOptions.fForward));
   }
-  RunOnFile(inContext, run);
+  RunOnFile(inContext, run, run.fCommand == "rdup" ? ReportDuplicates : ChangeReport());
 }
 
 struct ChainOptions {
   CommandRun fRun;
   std::vector<std::string> fElements;
   std::vector<std::string> fSettings;
-  bool fFollowsFirst = false;
+  std::vector<std::string> fFirstSettings;
+  std::string fFollow = "previous";
 };
 
 void LayChain(CommandContext& inContext, const ChainOptions& inOptions) {
   CommandRun run = inOptions.fRun;
   run.fCommand = "chai";
+  bool isFirst = true;
   for (const std::string& element : inOptions.fElements) {
     run.fAnswers.insert(run.fAnswers.end(), {"abtn", "pick=" + element});
-    run.fAnswers.insert(run.fAnswers.end(), inOptions.fSettings.begin(), inOptions.fSettings.end());
+    const auto& settings = isFirst ? inOptions.fFirstSettings : inOptions.fSettings;
+    run.fAnswers.insert(run.fAnswers.end(), settings.begin(), settings.end());
+    isFirst = false;
     run.fAnswers.emplace_back("ok");
   }
-  if (inOptions.fFollowsFirst) {
-    run.fAnswers.emplace_back("cgrp=on");
-  }
+  run.fAnswers.emplace_back(MeaningOf(kFollows, inOptions.fFollow, "--follow"));
   RunOnFile(inContext, run);
 }
 
@@ -129,8 +147,7 @@ void AddKeysCommand(CLI::App& inProgram, CommandContext& inContext) {
       ->type_name("FRAMES");
   AddRunOptions(*command, options->fRun);
   AddLibraryOption(*command, inContext);
-  command->callback(
-      [options, &inContext] { inContext.fAction = [options, &inContext] { EditKeys(inContext, *options); }; });
+  SetRunAction(*command, inContext, options->fRun, [options, &inContext] { EditKeys(inContext, *options); });
 }
 
 void AddChainCommand(CLI::App& inProgram, CommandContext& inContext) {
@@ -141,13 +158,14 @@ void AddChainCommand(CLI::App& inProgram, CommandContext& inContext) {
   command->add_option("--on", options->fElements, "The elements that get a link, in this order")
       ->required()
       ->type_name("NAME...");
-  command->add_option("--set", options->fSettings, "Settings of the links")->type_name("ID=VALUE...");
-  command->add_flag("--follow-first", options->fFollowsFirst,
-                    "All follow the first element; without it, each the one before it");
+  command->add_option("--set", options->fSettings, "Settings of the links behind the first")->type_name("ID=VALUE...");
+  command->add_option("--set-first", options->fFirstSettings, "Settings of the first link; without any it does nothing")
+      ->type_name("ID=VALUE...");
+  command->add_option("--follow", options->fFollow, "What the others follow: first or previous; without it, previous")
+      ->type_name("WHICH");
   AddRunOptions(*command, options->fRun);
   AddLibraryOption(*command, inContext);
-  command->callback(
-      [options, &inContext] { inContext.fAction = [options, &inContext] { LayChain(inContext, *options); }; });
+  SetRunAction(*command, inContext, options->fRun, [options, &inContext] { LayChain(inContext, *options); });
 }
 
 }  // namespace qlx::host

@@ -80,12 +80,15 @@ class RowPaths {
 
 }  // namespace
 
+std::vector<std::string> PathsOfRows(const TreeControl& inTree) {
+  return RowPaths(inTree).GetPaths();
+}
+
 std::string RowOfPath(const TreeControl& inTree, const std::string& inPath, const std::string& inPlace) {
   if (inPath.find(',') == std::string::npos) {
     return inPath;
   }
-  const RowPaths rows(inTree);
-  const auto& paths = rows.GetPaths();
+  const std::vector<std::string> paths = PathsOfRows(inTree);
   const auto found = std::find(paths.begin(), paths.end(), inPath);
   if (found == paths.end()) {
     throw UserError(inPlace, fmt::format("no value has the path \"{}\"{}", inPath, ClosestText(inPath, paths)));

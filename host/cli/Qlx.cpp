@@ -28,6 +28,7 @@ const char* const kProgramExamples = R"(Examples:
   qlx edit scene.gltf --script steps.txt -o edited.gltf
                                             what a person does in panels, from a script
   qlx menu scene.gltf --select Arm          the commands of the plug-in's menu, which `qlx do` runs
+  qlx explore scene.gltf --element Arm      an element's values as the Property Explorer has them
   qlx links scene.gltf                      what follows what, and whether it does
   qlx bake scene.gltf -o baked.glb          every frame evaluated, the result as keys
   qlx info                                  the plug-in that is loaded
@@ -111,6 +112,7 @@ int RunQlx(std::vector<std::string> inArguments, Console& inConsole) {
   AddDoCommand(program, context);
   AddKeysCommand(program, context);
   AddChainCommand(program, context);
+  AddExploreCommand(program, context);
   AddLinkCommand(program, context);
   AddLinksCommand(program, context);
   AddBakeCommand(program, context);

@@ -8,6 +8,7 @@
 
 #include "Command.h"
 #include "JsonText.h"
+#include "ModifierText.h"
 #include "Session.h"
 #include "Text.h"
 #include "gltf/GltfJson.h"
@@ -36,23 +37,6 @@ std::vector<Element*> ShownElements(const Scene& inScene) {
   std::vector<Element*> elements = inScene.GetTreeOrder();
   elements.erase(elements.begin());
   return elements;
-}
-
-const char* ClassNameOf(const Modifier& inModifier) {
-  const auto* const made = dynamic_cast<const PluginModifier*>(&inModifier);
-  return made == nullptr ? "unknown class" : made->GetClassName();
-}
-
-// A field of a modifier's record, its numbers in the fewest digits that give them back.
-Json FieldAsJson(const PluginModifier& inModifier, const ParameterField& inField) {
-  const ParameterValue value = inModifier.GetField(inField);
-  if (const auto* const number = std::get_if<real32>(&value)) {
-    return ShortNumber(*number);
-  }
-  if (const auto* const vector = std::get_if<std::array<real32, 3>>(&value)) {
-    return {ShortNumber((*vector)[0]), ShortNumber((*vector)[1]), ShortNumber((*vector)[2])};
-  }
-  return std::visit([](const auto& plain) { return Json(plain); }, value);
 }
 
 // ---- text ----

@@ -89,6 +89,12 @@ void InsertFramesBetween(int32 inFrom, int32 inTo, real32 inFrameRate, std::set<
   }
 }
 
+// Nothing moves from the one key to the other.
+bool IsStill(const CurveKey& inFrom, const CurveKey& inTo) {
+  return inFrom.fValue == inTo.fValue &&
+         (inFrom.fInterpolation != Interpolation::kCubicSpline || (inFrom.fOutTangent == 0 && inTo.fInTangent == 0));
+}
+
 void InsertTicks(const Curve& inCurve, bool inIsRotation, real32 inFrameRate, std::set<int32>& ioTicks) {
   const std::vector<CurveKey>& keys = inCurve.GetKeys();
   for (std::size_t i = 0; i < keys.size(); ++i) {
@@ -99,7 +105,8 @@ void InsertTicks(const Curve& inCurve, bool inIsRotation, real32 inFrameRate, st
     const int32 next = keys[i + 1].fTime;
     if (keys[i].fInterpolation == Interpolation::kStep) {
       ioTicks.insert(std::max(keys[i].fTime, next - 1));
-    } else if (inIsRotation || keys[i].fInterpolation == Interpolation::kCubicSpline) {
+    } else if ((inIsRotation || keys[i].fInterpolation == Interpolation::kCubicSpline) &&
+               !IsStill(keys[i], keys[i + 1])) {
       InsertFramesBetween(keys[i].fTime, next, inFrameRate, ioTicks);
     }
   }

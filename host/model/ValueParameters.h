@@ -12,6 +12,9 @@ class SetValue final : public AnimatedValue {
  public:
   SetValue(std::shared_ptr<ValueSet> inSet, std::size_t inIndex) : fSet(std::move(inSet)), fIndex(inIndex) {}
 
+  const ValueSet& GetSet() const { return *fSet; }
+  std::size_t GetIndex() const { return fIndex; }
+
   MCID GetType() const override { return fSet->GetInfo(fIndex).fType; }
   bool Read(void* outValue) const override;
   bool Write(const void* inValue) override;

@@ -1,83 +1,22 @@
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <sstream>
-
-#include "QlxRun.h"
-#include "TempFolder.h"
+#include "ExampleLines.h"
 
 namespace qlx::host {
 namespace {
-
-using LinkJson = nlohmann::ordered_json;
-
-// The words of a line as a shell parts them; double quotes hold blanks.
-std::vector<std::string> LinkArguments(const std::string& inLine) {
-  std::vector<std::string> words;
-  bool isQuoted = false;
-  bool isWord = false;
-  for (const char each : inLine) {
-    isQuoted = isQuoted != (each == '"');
-    if (each == ' ' && !isQuoted) {
-      isWord = false;
-      continue;
-    }
-    if (!isWord) {
-      words.emplace_back();
-    }
-    isWord = true;
-    if (each != '"') {
-      words.back().push_back(each);
-    }
-  }
-  return words;
-}
-
-// Takes an extension out of a scene's JSON, as if no program had written it.
-void ForgetExtension(LinkJson& ioScene, const std::string& inName) {
-  for (LinkJson& node : ioScene["nodes"]) {
-    if (node.contains("extensions")) {
-      node["extensions"].erase(inName);
-      if (node["extensions"].empty()) {
-        node.erase("extensions");
-      }
-    }
-  }
-  if (ioScene.contains("extensionsUsed")) {
-    LinkJson used = LinkJson::array();
-    for (const LinkJson& name : ioScene["extensionsUsed"]) {
-      if (name != inName) {
-        used.push_back(name);
-      }
-    }
-    ioScene["extensionsUsed"] = used;
-    if (used.empty()) {
-      ioScene.erase("extensionsUsed");
-    }
-  }
-}
 
 class QlxLink : public testing::Test {
  protected:
   std::string Path(const char* inName) const { return PathText(fFolder / inName); }
 
   // An example without its modifiers.
-  void WritePlain(const char* inExample) {
-    LinkJson scene = LinkJson::parse(ReadFile(Example(inExample)));
-    ForgetExtension(scene, "QLX_modifiers");
-    ForgetExtension(scene, "QLX_element");
-    fFolder.Write("plain.gltf", scene.dump(2) + "\n");  // as the example is laid out
-  }
+  void WritePlain(const std::string& inExample) { fFolder.Write("plain.gltf", PlainExample(inExample)); }
 
   // What these say is done to the plain scene.
   void LinkEachLine(const std::string& inFile) {
-    std::istringstream lines(ReadFile(inFile));
-    for (std::string line; std::getline(lines, line);) {
-      if (line.empty() || line[0] == '#') {
-        continue;
-      }
-      const QlxRun run = Link(LinkArguments(line));
-      ASSERT_EQ(run.fCode, kExitDone) << line << ": " << run.fErr;
+    for (const std::vector<std::string>& words : LinesOfExample(inFile)) {
+      const QlxRun run = Link(words);
+      ASSERT_EQ(run.fCode, kExitDone) << inFile << ": " << words[1] << ": " << run.fErr;
       std::filesystem::rename(fFolder / "linked.gltf", fFolder / "plain.gltf");
     }
   }
@@ -95,9 +34,9 @@ class QlxLink : public testing::Test {
   }
 
   // The only modifier of the linked scene.
-  LinkJson LinkOf(const char* inNode) {
-    const LinkJson scene = LinkJson::parse(ReadFile(fFolder / "linked.gltf"));
-    for (const LinkJson& node : scene["nodes"]) {
+  SceneJson LinkOf(const char* inNode) {
+    const SceneJson scene = SceneJson::parse(ReadFile(fFolder / "linked.gltf"));
+    for (const SceneJson& node : scene["nodes"]) {
       if (node["name"] == inNode) {
         return node["extensions"]["QLX_modifiers"]["modifiers"][0];
       }
@@ -124,8 +63,8 @@ TEST_F(QlxLink, EveryOptionReachesItsField) {
                            "--name",       "Roll",
                            "--relative",   "--by-name"});
   ASSERT_EQ(run.fCode, kExitDone) << run.fErr;
-  const LinkJson link = LinkOf("FrontLeftWheel");
-  const LinkJson expected = LinkJson::parse(R"({"fName": "Roll", "fAttributeMode": true, "fControllerName": "Cart",
+  const SceneJson link = LinkOf("FrontLeftWheel");
+  const SceneJson expected = SceneJson::parse(R"({"fName": "Roll", "fAttributeMode": true, "fControllerName": "Cart",
       "fFindControllerByName": true, "fCombineReplace": false, "fCombineMultiply": true, "fModifyAdd": false,
       "fModifyDivide": true, "fModifyValue": -9.5, "fModifyUnit": 5, "fStartOn": true, "fStartFrame": 3, "fEndOn": true,
       "fEndFrame": 40, "fDelayOn": true, "fDelayFrames": 5, "fRangeOn": true, "fRangeMin": -1, "fRangeMax": 2.5,
@@ -185,20 +124,15 @@ TEST_F(QlxLink, SaysWhatIsThereInstead) {
 // baked file is the same to the byte.
 TEST_F(QlxLink, ExamplesAreMadeAgain) {
   for (const std::string name : {"cart", "clock", "face", "followers", "growth", "lamp", "pendulum", "pinned_arm"}) {
-    WritePlain((name + ".gltf").c_str());
+    WritePlain(name + ".gltf");
     if (name == "pinned_arm") {
       Edit(Example("pinned_arm.script"));
     } else {
-      LinkEachLine(Example((name + ".links").c_str()));
+      LinkEachLine(name + ".links");
     }
-    std::string baked[2];
-    const std::string scenes[] = {Example((name + ".gltf").c_str()), Path("plain.gltf")};
-    for (int i = 0; i < 2; ++i) {
-      const QlxRun run = RunInProcess({"bake", scenes[i], "-o", Path("baked.gltf")});
-      ASSERT_EQ(run.fCode, kExitDone) << name << ": " << run.fErr;
-      baked[i] = ReadFile(fFolder / "baked.gltf");
-    }
-    EXPECT_TRUE(baked[0] == baked[1]) << name;
+    EXPECT_TRUE(BakedFile(Example((name + ".gltf").c_str()), Path("baked.gltf")) ==
+                BakedFile(Path("plain.gltf"), Path("baked.gltf")))
+        << name;
   }
 }
 

@@ -90,9 +90,9 @@ TEST_F(QlxMenu, PlainVerbsAreTheSameCommands) {
        {"wigl", "--select", "Forearm", "--keys", "all", "--answer", "minf=-2", "maxf=0"}},
       {"chain",
        "chain",
-       {"--on", "Base", "Forearm", "--set", "BRal=on", "mval=2", "--follow-first"},
-       {"QLX Chain", "--answer", "abtn", "pick=Base", "BRal=on", "mval=2", "ok", "abtn", "pick=Forearm", "BRal=on",
-        "mval=2", "ok", "cgrp=on", "ok"}},
+       {"--on", "Base", "Forearm", "--set", "BRal=on", "mval=2", "--follow", "first"},
+       {"QLX Chain", "--answer", "abtn", "pick=Base", "ok", "abtn", "pick=Forearm", "BRal=on", "mval=2", "ok",
+        "cgrp=on", "ok"}},
   };
   for (const auto& row : rows) {
     ASSERT_EQ(Run("do", row.fDo).fErr, "") << row.fLabel;
@@ -185,7 +185,7 @@ TEST_F(QlxMenu, AnErrorSaysWhatThereIsAndWritesNothing) {
       {"a scope for wiggle", {"keys", "wiggle", "--scope", "figure"}, "--scope: wiggle works on the selected elements"},
       {"frames for delete", {"keys", "delete", "--forward", "1"}, "delete: --keys, --backward and --forward are for w"},
       {"a link's control",
-       {"chain", "--on", "Hand", "--set", "dfrn=3"},
+       {"chain", "--on", "Hand", "--set-first", "dfrn=3"},
        "--answer dfrn=3: \"Link of a chain\": there is"},
   };
   for (const auto& row : rows) {

@@ -48,6 +48,10 @@ const CartPlace = frame => -2 + 4 * (frame / 96 - Math.sin(2 * Math.PI * frame /
 const DuckKey = frame => [-2 + 4 * frame / 120, 0.8 * Math.sin(3 * Math.PI * frame / 120)];
 const DuckPlace = (frame, axis) => (DuckKey(Math.floor(frame / 2) * 2)[axis] + DuckKey(Math.ceil(frame / 2) * 2)[axis]) / 2;
 
+// The tentacle's first bone has keys on every second frame; a turn about one axis goes evenly from key to key.
+const SwingKey = frame => 13 * Math.PI / 180 * Math.sin(2 * Math.PI * frame / 60);
+const Swing = frame => (SwingKey(Math.floor(frame / 2) * 2) + SwingKey(Math.ceil(frame / 2) * 2)) / 2;
+
 const MothKey = frame => 1.65 + 1.35 * Math.cos(2 * Math.PI * frame / 96);
 const MothDistance = frame => (MothKey(Math.floor(frame / 2) * 2) + MothKey(Math.ceil(frame / 2) * 2)) / 2 * kInchesInMetre;
 
@@ -63,6 +67,8 @@ const kExamples = {
     [`${axle}${side}Wheel RotZ (radians)`, f => -CartPlace(f) / radius]))},
   followers: {last: 120, columns: [1, 2, 3, 4, 5].flatMap(i => ['XCOO', 'ZCOO'].map((id, axis) =>
     [`Follower${i} ${id} (inches)`, f => DuckPlace(Math.max(f - 5 * i, 0), axis) * kInchesInMetre]))},
+  tentacle: {last: 120, columns: Array.from({length: 11}, (_, i) =>
+    [`Tentacle${i + 2} RotZ (radians)`, f => Swing(Math.max(f - 3 * (i + 1), 0))])},
   pendulum: {last: 240, columns: [
     ['Pendulum RotZ (radians)', f => 40 * Math.PI / 180 * Math.cos(0.1309 * f) * (1 - f / 240)],
   ]},

@@ -15,6 +15,7 @@ export class SceneBuilder {
     this.rate = rate; // frames and keys a second
     this.nodes = [];
     this.meshes = [];
+    this.skins = [];
     this.materials = [];
     this.channels = [];
     this.samplers = [];
@@ -41,7 +42,7 @@ export class SceneBuilder {
       bufferView: this.bufferViews.length - 1,
       componentType,
       count: rows.length,
-      type: ['SCALAR', 'VEC2', 'VEC3', 'VEC4'][width - 1],
+      type: width === 16 ? 'MAT4' : ['SCALAR', 'VEC2', 'VEC3', 'VEC4'][width - 1],
       ...(withBounds && {
         min: columns.map((i) => Math.min(...column(i))),
         max: columns.map((i) => Math.max(...column(i))),
@@ -65,11 +66,16 @@ export class SceneBuilder {
     return this.materials.length - 1;
   }
 
-  addPrimitive({ positions, normals, indices }, material) {
+  // A skinned shape has also, for each vertex, the numbers of its four joints in the skin, and their weights.
+  addPrimitive({ positions, normals, indices, joints, weights }, material) {
     return {
       attributes: {
         POSITION: this.addAccessor(positions, floatType, arrayBuffer, true),
         NORMAL: this.addAccessor(normals, floatType, arrayBuffer, false),
+        ...(joints && {
+          JOINTS_0: this.addAccessor(joints, shortType, arrayBuffer, false),
+          WEIGHTS_0: this.addAccessor(weights, floatType, arrayBuffer, false),
+        }),
       },
       indices: this.addAccessor(indices.map((i) => [i]), shortType, elementBuffer, false),
       material,
@@ -114,6 +120,13 @@ export class SceneBuilder {
     return this.addNode({ name, mesh: this.addMesh(name, shape, this.addMaterial(name, colour)), ...node });
   }
 
+  // A skin of joints that stand unturned at their places in the scene. Answers its index.
+  addSkin(joints, places) {
+    const rows = places.map(([x, y, z]) => [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -x, -y, -z, 1]);
+    this.skins.push({ joints, inverseBindMatrices: this.addAccessor(rows, floatType, undefined, false) });
+    return this.skins.length - 1;
+  }
+
   addModifier(node, modifier) {
     this.used.add('QLX_modifiers');
     const extensions = (this.nodes[node].extensions ??= {});
@@ -145,6 +158,7 @@ export class SceneBuilder {
       scenes: [{ name: this.name, nodes: this.findRoots() }],
       nodes: this.nodes,
       meshes: this.meshes,
+      ...(this.skins.length && { skins: this.skins }),
       materials: this.materials,
       animations: [{ name: clip, channels: this.channels, samplers: this.samplers }],
       accessors: this.accessors,

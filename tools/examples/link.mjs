@@ -46,6 +46,16 @@ export function link({ name, target, from, source, tokens = {}, fields = {} }) {
   };
 }
 
+// A link of whole transforms, as a chain has them: it takes what `fields` turn on (`fRotationAll`) from the transform of
+// the element named `from`; without it there is nothing to follow.
+export function mirror({ from, fields = {} }) {
+  return {
+    class: 'fQLX',
+    enabled: true,
+    parameters: { fMirrorTransform: true, ...(from && { fSourceName: from, fFindSourceByName: true }), ...fields },
+  };
+}
+
 // One of a group of flags of which another is on in a new link.
 export const modify = (flag, value) => ({ fModifyAdd: false, [`fModify${flag}`]: true, fModifyValue: value });
 export const combine = (flag) => ({ fCombineReplace: false, [`fCombine${flag}`]: true });

@@ -50,7 +50,8 @@ std::vector<std::vector<real32>> Play(Scene& ioScene) {
 }  // namespace
 
 TEST_F(GltfExamples, PlayTheSameAfterTheyWereSaved) {
-  for (const char* const name : {"cart", "clock", "face", "followers", "growth", "lamp", "pendulum", "pinned_arm"}) {
+  for (const char* const name :
+       {"cart", "clock", "face", "followers", "growth", "lamp", "pendulum", "pinned_arm", "tentacle", "walk"}) {
     OpenExample(std::string(name) + ".gltf")->Write(fFolder / "saved.glb");
     const auto first = OpenExample(std::string(name) + ".gltf");
     const auto second = Open("saved.glb");
@@ -75,6 +76,41 @@ TEST_F(GltfExamples, WithoutMemoryGiveAFrameTheSameValuesWheneverItIsEvaluated) 
       EXPECT_EQ(EvaluateFrame(scene, number), frames[frame]) << name << ", frame " << number << " again";
     }
   }
+}
+
+// The walk without the keys that say nothing: each joint is where it was, on every frame and between them.
+TEST_F(GltfExamples, AWalkMovesTheSameWithoutItsDuplicateKeys) {
+  const auto whole = OpenExample("walk.gltf");
+  const auto clean = OpenExample("walk_clean.gltf");
+  std::size_t keys[2] = {0, 0};
+  real64 most = 0;
+  for (int32 time = 0; time <= whole->GetScene().GetEnd(); time += 1875) {
+    whole->GetScene().Evaluate(time);
+    clean->GetScene().Evaluate(time);
+    const auto& joints = clean->GetScene().GetTreeOrder();
+    ASSERT_EQ(joints.size(), 14u);
+    for (Element* const joint : joints) {
+      TreeTransform places[2];
+      ASSERT_EQ(whole->GetScene().FindByName(joint->GetNameText())->GetGlobalTransform(places[0]), MC_S_OK);
+      ASSERT_EQ(joint->GetGlobalTransform(places[1]), MC_S_OK);
+      for (int axis = 0; axis < 3; ++axis) {
+        most = std::max(most, std::abs(static_cast<real64>(places[0].GetPosition()[axis]) -
+                                       static_cast<real64>(places[1].GetPosition()[axis])));
+      }
+    }
+  }
+  EXPECT_LE(most, 1e-5);
+  const Scene* const scenes[] = {&whole->GetScene(), &clean->GetScene()};
+  for (int i = 0; i < 2; ++i) {
+    for (const Element* const joint : scenes[i]->GetTreeOrder()) {
+      for (const ChannelInfo& info : kChannels) {
+        const Curve* const curve = joint->GetCurve(info.fChannel);
+        keys[i] += curve == nullptr ? 0 : curve->GetKeys().size();
+      }
+    }
+  }
+  EXPECT_EQ(keys[0], 13u * 9u * 25u);
+  EXPECT_LT(3 * keys[1], keys[0]);
 }
 
 }  // namespace qlx::host
