@@ -228,6 +228,7 @@ template <class Sample, class Thing, class Saved>
 auto SampleBoth(Thing& ioThing, const Saved& inBefore, const std::set<int32>& inTimes, const Sample& inSample) {
   const auto all = [&] {
     std::vector<decltype(inSample(0))> rows;
+    rows.reserve(inTimes.size());
     for (const int32 time : inTimes) {
       rows.push_back(inSample(time));
     }
