@@ -229,4 +229,23 @@ class IMFHierarchyItem : public IMCUnknown {
   ~IMFHierarchyItem() = default;
 };
 
+// Memory that somebody is about to read.
+struct WorkMemory {
+  const void* fStart;
+  MCSize fBytes;
+};
+
+// Answered by a modifier that can say what it reads at its next evaluation, so that a host with many of them gets it
+// under way while it evaluates others. A hint: nothing is to be read through the addresses, and they may be out of date.
+class IWorkMemory : public IMCUnknown {
+ public:
+  static constexpr MCGuid kInterfaceID = "7E0C1B5A-90D4-4B57-9E4B-2D0C6A5F1E83"_guid;
+
+  // In the order of use, at most `inRoom` of them; answers how many were written.
+  virtual uint32 MC_CALL ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) = 0;
+
+ protected:
+  ~IWorkMemory() = default;
+};
+
 }  // namespace qlx

@@ -15,7 +15,6 @@
 #include "HostParameters.h"
 #include "HostScene.h"
 #include "MCCountedPtr.h"
-#include "MCMemory.h"
 #include "QLXModifierData.h"
 #include "QLXValues.h"
 
@@ -26,7 +25,6 @@ class QLXParameter {
  public:
   // Looked up, with or without success.
   bool IsKnown() const { return fIsKnown; }
-  void Prefetch() const { MCPrefetch(fObject); }
   bool Exists() const { return fObject != nullptr; }
   // Null for none. The component is the number of the value that the link reads or writes.
   void Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent);
@@ -88,12 +86,6 @@ inline constexpr QLXObjectLink kQLXObjectLinks[] = {
 
 class QLXLookups {
  public:
-  // Gets the objects of the next evaluation under way.
-  void Prefetch() const {
-    MCPrefetch(&fController);
-    fTarget.Prefetch();
-  }
-
   // During an evaluation it waits for the end.
   void Forget();
 
@@ -131,6 +123,11 @@ class QLXLookups {
   // Those of object mode, by the place of the link in `kQLXObjectLinks`. Null without memory, too.
   QLXParameter* FindTarget(std::size_t inLink);
   QLXParameter* FindSource(std::size_t inLink);
+
+  // What stands in front of this is read at each evaluation.
+  const TMCString& GetEndOfWork() const { return fLinkedName; }
+  // The own key of the target of attribute mode, 0 before it is looked up.
+  MCID GetTargetOwnKey() const { return fTarget.GetOwnKey(); }
 
   // True the first time that it is asked of an element.
   bool ShallFetchNotifier() { return !std::exchange(fNotifierKnown, true); }

@@ -1,9 +1,11 @@
 #include "QLXModifier.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <new>
 
 #include "MCException.h"
-#include "MCMemory.h"
 #include "MCStream.h"
 #include "ModifiedElement.h"
 #include "OperationGuard.h"
@@ -32,6 +34,9 @@ MCResult QLXModifier::QueryInterface(const MCGuid& inID, void** outObject) {
   if (inID == IExStreamIO::kInterfaceID) {
     return MCStoreCounted<IExStreamIO>(this, outObject);
   }
+  if (inID == IWorkMemory::kInterfaceID) {
+    return MCStoreCounted<IWorkMemory>(this, outObject);
+  }
   if (inID == kInterfaceID) {
     return MCStoreCounted<QLXModifier>(this, outObject);
   }
@@ -46,16 +51,34 @@ MCResult QLXModifier::SetTreeElement(TreeElement* inTree) {
     if (!fMemory.fTargetElement) {
       fMemory.fTargetElement.Share(inTree);
     }
-    // What the evaluation reads later on is on its way while it asks the scene for its time.
-    for (const void* const part :
-         {static_cast<const void*>(&fData.fCombineReplace), static_cast<const void*>(&fData.fModifyUnit),
-          static_cast<const void*>(&fData.fAttributeMode), static_cast<const void*>(&fData.fRelative)}) {
-      MCPrefetch(part);
-    }
-    fLookups.Prefetch();
     EvaluateLink({fData, fPrivate, fMemory, fLookups}, *inTree);
     return MC_S_OK;
   });
+}
+
+uint32 QLXModifier::ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) {
+  const auto from = [](const auto& inFirst, const auto& inEnd) {
+    const auto* const start = reinterpret_cast<const std::byte*>(&inFirst);
+    return WorkMemory{start, static_cast<MCSize>(reinterpret_cast<const std::byte*>(&inEnd) - start)};
+  };
+  const auto whole = [](const auto& inPart) { return WorkMemory{&inPart, sizeof inPart}; };
+  const bool isByName = fData.fFindControllerByName || fData.fFindSourceByName;
+  const TMCString& name = fData.fAttributeMode ? fData.fControllerName : fData.fSourceName;
+  const WorkMemory ranges[] = {
+      from(*this, fMemory.fChannels),
+      from(fLookups, fLookups.GetEndOfWork()),
+      from(fData.fCombineReplace, fData.fSourceName),
+      from(fData.fPositionAll, fData.fName),
+      from(fData.fAbsolute, fPrivate),
+      fData.fAttributeMode ? whole(fMemory.fChannels[GetQLXChannel(fLookups.GetTargetOwnKey())])
+                           : whole(fMemory.fChannels),
+      isByName ? WorkMemory{&name, sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
+      isByName ? WorkMemory{&fLookups.GetEndOfWork(), sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
+      fData.fDecayOn || fData.fGrowOn || fData.fOscillateOn ? whole(fPrivate.fCurves) : WorkMemory{},
+  };
+  const auto count = std::min<uint32>(inRoom, std::size(ranges));
+  std::copy_n(ranges, count, outRanges);
+  return count;
 }
 
 MCResult QLXModifier::ExtensionDataChanged() {

@@ -15,7 +15,7 @@
 
 namespace qlx {
 
-class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
+class QLXModifier final : public TBasicTreeModifier, public IExStreamIO, public IWorkMemory {
  public:
   static constexpr MCGuid kInterfaceID = "1F3AE15F-FDC2-001D-13E1-1FF121717497"_guid;
 
@@ -55,6 +55,8 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO {
   MCResult MC_CALL Read(TMCStream* inStream, Fallback inFallback, void* inContext) override;
   MCResult MC_CALL Write(TMCStream* inStream) override;
   MCResult MC_CALL StreamState(MCWord /*inValue*/) override { return MC_S_OK; }
+
+  uint32 MC_CALL ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) override;
 
   // The block and the private data, for whoever edits or lays a link.
   QLXModifierData& EditData() { return fData; }

@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstddef>
 
 #include "ElementParameters.h"
 #include "LinkLook.h"
 #include "Scene.h"
 #include "TimeLine.h"
+#include "WorkAhead.h"
 
 namespace qlx::host {
 
@@ -280,6 +282,19 @@ ChannelMask Element::GetModifiedChannels() const {
 }
 
 // Modifiers
+
+void Element::ListWorkMemory(WorkLines& ioLines) const {
+  const auto* const end = reinterpret_cast<const std::byte*>(&fLocal);
+  ioLines.Add(this, static_cast<std::size_t>(end - reinterpret_cast<const std::byte*>(this)));
+  ioLines.Add(fModifiers.data(), fModifiers.size() * sizeof fModifiers[0]);
+  for (const auto& modifier : fModifiers) {
+    modifier->ListWorkMemory(ioLines);
+  }
+  if (fParameters) {
+    ioLines.Add(fParameters.get(), sizeof(ElementParameters));
+    fParameters->ListWorkMemory(ioLines);
+  }
+}
 
 void Element::AddModifier(Modifier& inModifier, std::size_t inIndex) {
   if (!MC_ASSERT_TEXT(inModifier.GetElement() == nullptr, "a modifier sits on one element")) {

@@ -27,6 +27,7 @@ class Scene;
 class SceneObject;
 class Shader;
 class ValueSet;
+class WorkLines;
 struct SavedElement;
 
 struct AttachedValues {
@@ -108,6 +109,8 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
 
   // Modifiers, in order. An index past the end adds at the end.
   const std::vector<TMCCountedPtr<Modifier>>& GetModifiers() const { return fModifiers; }
+  // What an evaluation of the modifiers reads, the element's own values first.
+  void ListWorkMemory(WorkLines& ioLines) const;
   void AddModifier(Modifier& inModifier, std::size_t inIndex);
   void RemoveModifier(std::size_t inIndex);
   void RemoveAllModifiers();

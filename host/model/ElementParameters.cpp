@@ -4,8 +4,24 @@
 
 #include "Element.h"
 #include "ValueParameters.h"
+#include "WorkAhead.h"
 
 namespace qlx::host {
+
+namespace {
+
+void ListSharedParameters(const ParameterGroup& inGroup, WorkLines& ioLines) {
+  for (const auto& parameter : inGroup.GetParameters()) {
+    if (const ParameterGroup* const group = parameter->GetGroup()) {
+      ListSharedParameters(*group, ioLines);
+    } else if (parameter->IsShared()) {
+      ioLines.Add(parameter.Get(), sizeof(Parameter));
+      ioLines.Add(parameter->GetValueAccess(), sizeof(ElementChannel));
+    }
+  }
+}
+
+}  // namespace
 
 ElementParameters::ElementParameters(Element& inElement)
     : fLink(std::make_shared<ElementLink>(&inElement)),
@@ -26,6 +42,11 @@ ElementParameters::ElementParameters(Element& inElement)
     AddParameters(fRoot->AddGroup(attached.fID, attached.fName.c_str()), attached.fValues, 0,
                   attached.fValues->GetCount());
   }
+}
+
+void ElementParameters::ListWorkMemory(WorkLines& ioLines) const {
+  ioLines.Add(fLink.get(), sizeof(ElementLink));
+  ListSharedParameters(*fRoot, ioLines);
 }
 
 ElementParameters::~ElementParameters() {

@@ -16,12 +16,16 @@
 
 namespace qlx::host {
 
+class WorkLines;
+
 class ElementParameters {
  public:
   explicit ElementParameters(Element& inElement);
   ~ElementParameters();
 
   ParameterGroup* GetRoot() const { return fRoot.Get(); }
+  // What reads and writes of the parameters that somebody holds go through.
+  void ListWorkMemory(WorkLines& ioLines) const;
 
  private:
   std::shared_ptr<ElementLink> fLink;

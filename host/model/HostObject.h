@@ -38,6 +38,9 @@ class HostObject : public First, public Rest... {
     return MC_S_OK;
   }
 
+  // Somebody beside its owner holds it.
+  bool IsShared() const noexcept { return fRefCount > 1; }
+
   uint32 MC_CALL AddRef() override { return ++fRefCount; }
 
   uint32 MC_CALL Release() override {

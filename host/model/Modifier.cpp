@@ -2,12 +2,17 @@
 
 #include "Element.h"
 #include "Scene.h"
+#include "WorkAhead.h"
 
 namespace qlx::host {
 
 Modifier::Modifier(MCID inClass) : fClass(inClass) {}
 
 Modifier::~Modifier() = default;
+
+void Modifier::ListWorkMemory(WorkLines& ioLines) {
+  ioLines.Add(this, sizeof(Modifier));
+}
 
 void Modifier::GetModifiedElement(TreeElement** outElement) {
   StoreForCaller<TreeElement>(outElement, fElement.Get());

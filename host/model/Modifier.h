@@ -12,6 +12,7 @@ namespace qlx::host {
 
 class Element;
 class Modifier;
+class WorkLines;
 
 // The host's own way from the interface in a list to its class. A modifier that is not the host's lacks it.
 class IHostModifier : public IMCUnknown {
@@ -61,8 +62,8 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
   virtual std::string SaveState() { return {}; }
   virtual void RestoreState(const std::string& /*inState*/) {}
 
-  // The start of what `Apply` works with beside this object, to be fetched ahead of time; null when there is nothing.
-  virtual const void* GetWorkMemory() const { return nullptr; }
+  // What `Apply` reads, as far as the modifier knows, to be fetched ahead of time.
+  virtual void ListWorkMemory(WorkLines& ioLines);
 
   Element* GetElement() const { return fElement.Get(); }
   // Called by the element, as it takes the modifier into its list and out of it.

@@ -5,6 +5,7 @@
 #include "EvaluationOrder.h"
 #include "LinkLook.h"
 #include "MCFrameTime.h"
+#include "MCMemory.h"
 #include "MCUtf8.h"
 
 namespace qlx::host {
@@ -12,6 +13,7 @@ namespace qlx::host {
 namespace {
 
 constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kTakenAhead = 8;  // elements that are fetched while one begins an evaluation
 constexpr uint32 kRootID = 1;
 constexpr const char* kRootName = "[scene]";
 
@@ -253,18 +255,21 @@ void Scene::Evaluate(int32 inTime) {
   if (!fOrderValid) {
     fOrderValid = true;
     fOrder->Find(*this, fModified, fOrdering);
-    PlanAhead();
+    ForgetPlan();
   }
   const Running running(fEvaluating);
   fTime = inTime;
   TakeValues(inTime);
-  if (!fOrder->IsTreeOrder()) {
+  if (fOrder->IsTreeOrder()) {
+    for (std::size_t i = 0; i < fModified.size(); ++i) {
+      fAhead.Reach(i);
+      ApplyModifiers(*fModified[i]);
+    }
+  } else {
     ApplyInOrder();
-    return;
   }
-  for (std::size_t i = 0; i < fModified.size(); ++i) {
-    fAhead.Reach(i);
-    ApplyModifiers(*fModified[i]);
+  if (!fIsAheadPlanned && fOrderValid) {
+    PlanAhead();
   }
 }
 
@@ -281,7 +286,14 @@ void Scene::ApplyInOrder() {
   }
 }
 
+void Scene::ForgetPlan() {
+  fAhead.Forget();
+  fIsAheadPlanned = false;
+}
+
+// The modifiers have worked: they know by now what they look up.
 void Scene::PlanAhead() {
+  fIsAheadPlanned = true;
   if (fOrder->IsTreeOrder()) {
     fAhead.Plan(fModified);
     return;
@@ -299,7 +311,7 @@ const EvaluationOrder& Scene::FindOrder() {
     RefreshWorkLists();
     fOrder->FindAll(*this, fModified, fOrdering);
     fOrderValid = true;
-    PlanAhead();
+    ForgetPlan();
   }
   return *fOrder;
 }
@@ -363,7 +375,12 @@ void Scene::RefreshWorkLists() {
 
 // What has no curves has its base values already, unless the last evaluation wrote them.
 void Scene::TakeValues(int32 inTime) {
-  for (Element* const element : fTouched) {
+  for (std::size_t i = 0; i < fTouched.size(); ++i) {
+    Element* const element = fTouched[i];
+    if (i + kTakenAhead < fTouched.size()) {
+      MCPrefetch(&fTouched[i + kTakenAhead]->fIsTouched);
+      MCPrefetch(&fTouched[i + kTakenAhead]->fBase);
+    }
     element->fIsTouched = false;
     if (!element->IsAnimated()) {
       element->BeginEvaluation(inTime);

@@ -142,6 +142,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   void TakeValues(int32 inTime);
   void ApplyModifiers(Element& inElement);
   void ApplyInOrder();
+  void ForgetPlan();
   void PlanAhead();
 
   Diagnostics& fDiagnostics;
@@ -173,6 +174,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   std::vector<Element*> fAnimated;  // elements with curves, and with modifiers, in tree order
   std::vector<Element*> fModified;
   WorkAhead fAhead;  // of `fModified`, or of the steps of the order
+  bool fIsAheadPlanned = false;
   std::vector<Element*> fTouched;
   std::vector<ValueSet*> fAnimatedValues;  // with curves
   std::vector<ValueSet*> fTouchedValues;

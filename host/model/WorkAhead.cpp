@@ -1,53 +1,62 @@
 #include "WorkAhead.h"
 
+#include <algorithm>
+#include <cstdint>
+
 #include "Element.h"
 #include "MCMemory.h"
-#include "Modifier.h"
 
 namespace qlx::host {
 
 namespace {
 
 constexpr std::size_t kFewSteps = 256;
-constexpr std::size_t kDistance = 3;
-constexpr std::size_t kLine = 64;
-// What of each is read: as much as stands first in the object.
-constexpr std::size_t kElementBytes = 320;
-constexpr std::size_t kModifierBytes = 128;
-constexpr std::size_t kComponentBytes = 704;
-
-void PrefetchBytes(const void* inStart, std::size_t inCount) noexcept {
-  for (std::size_t offset = 0; offset < inCount; offset += kLine) {
-    MCPrefetch(static_cast<const char*>(inStart) + offset);
-  }
-}
+constexpr std::size_t kDistance = 4;
+constexpr std::uintptr_t kLine = 64;
 
 }  // namespace
 
+void WorkLines::Add(const void* inStart, std::size_t inBytes) {
+  const auto start = reinterpret_cast<std::uintptr_t>(inStart);
+  for (std::uintptr_t line = start & ~(kLine - 1); line < start + inBytes; line += kLine) {
+    const auto* const address = reinterpret_cast<const void*>(line);
+    if (std::find(fLines.begin(), fLines.end(), address) == fLines.end()) {
+      fLines.push_back(address);
+    }
+  }
+}
+
+void WorkLines::MoveTo(std::vector<const void*>& ioLines) {
+  ioLines.insert(ioLines.end(), fLines.begin(), fLines.end());
+  fLines.clear();
+}
+
 void WorkAhead::Plan(const std::vector<Element*>& inElements) {
-  fSteps.clear();
+  Forget();
   if (inElements.size() < kFewSteps) {
     return;
   }
-  fSteps.reserve(inElements.size());
-  for (const Element* const element : inElements) {
-    const auto& modifiers = element->GetModifiers();
-    const Modifier* const first = modifiers.empty() ? nullptr : modifiers[0].Get();
-    fSteps.push_back({element, modifiers.data(), first, first != nullptr ? first->GetWorkMemory() : nullptr});
+  fEnds.reserve(inElements.size());
+  WorkLines lines;
+  for (Element* const element : inElements) {
+    element->ListWorkMemory(lines);
+    lines.MoveTo(fLines);
+    fEnds.push_back(fLines.size());
   }
+}
+
+void WorkAhead::Forget() {
+  fLines.clear();
+  fEnds.clear();
 }
 
 void WorkAhead::Reach(std::size_t inStep) const noexcept {
   const std::size_t ahead = inStep + kDistance;
-  if (ahead >= fSteps.size()) {
+  if (ahead >= fEnds.size()) {
     return;
   }
-  const Step& step = fSteps[ahead];
-  PrefetchBytes(step.fElement, kElementBytes);
-  MCPrefetch(step.fModifiers);
-  PrefetchBytes(step.fFirst, kModifierBytes);
-  if (step.fComponent != nullptr) {
-    PrefetchBytes(step.fComponent, kComponentBytes);
+  for (std::size_t i = fEnds[ahead - 1]; i < fEnds[ahead]; ++i) {
+    MCPrefetch(fLines[i]);
   }
 }
 

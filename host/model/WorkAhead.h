@@ -9,22 +9,30 @@ namespace qlx::host {
 
 class Element;
 
+// The cache lines that one step reads, in the order of use and each once.
+class WorkLines {
+ public:
+  void Add(const void* inStart, std::size_t inBytes);
+  // Takes what was added since the last time behind `ioLines`.
+  void MoveTo(std::vector<const void*>& ioLines);
+
+ private:
+  std::vector<const void*> fLines;
+};
+
 // Addresses are only ever handed to the processor, never read through: a plan that is out of date does no harm.
 class WorkAhead {
  public:
-  // For elements that are evaluated in this order. A scene that fits into the caches needs no plan.
+  // For elements that are evaluated in this order. What modifiers look up is known when they have worked once. A scene
+  // that fits into the caches needs no plan.
   void Plan(const std::vector<Element*>& inElements);
+  void Forget();
   // The evaluation has come to this element.
   void Reach(std::size_t inStep) const noexcept;
 
  private:
-  struct Step {
-    const void* fElement;
-    const void* fModifiers;  // its list
-    const void* fFirst;      // the first of them
-    const void* fComponent;  // and what that works with
-  };
-  std::vector<Step> fSteps;
+  std::vector<const void*> fLines;
+  std::vector<std::size_t> fEnds;  // of each step's lines
 };
 
 }  // namespace qlx::host

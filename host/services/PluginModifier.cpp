@@ -2,10 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "Host.h"
 #include "LinkProblems.h"
 #include "PluginLook.h"
 #include "PrivateText.h"
+#include "model/WorkAhead.h"
 
 namespace qlx::host {
 
@@ -153,6 +157,23 @@ void PluginModifier::Apply(Element& inElement) {
       Call("SetTreeElement", [&] { return fModifier->SetTreeElement(static_cast<TreeElement*>(&inElement)); });
   if (result != MC_S_OK && result != MC_E_NOTIMPLEMENTED) {
     ReportFailure("SetTreeElement", {.fOperation = "SetTreeElement", .fCode = result});
+  }
+}
+
+void PluginModifier::ListWorkMemory(WorkLines& ioLines) {
+  Modifier::ListWorkMemory(ioLines);
+  ioLines.Add(&fModifier, sizeof fModifier);
+  WorkMemory ranges[16] = {};
+  uint32 count = 0;
+  Call("ListWorkMemory", [&] {
+    if (auto* const memory = AskInner<IWorkMemory>()) {
+      count = memory->ListWorkMemory(ranges, std::size(ranges));
+    }
+    return MC_S_OK;
+  });
+  constexpr MCSize kMostBytes = 4096;  // of a range, whatever a component says
+  for (uint32 i = 0; i < std::min<uint32>(count, std::size(ranges)); ++i) {
+    ioLines.Add(ranges[i].fStart, std::min(ranges[i].fBytes, kMostBytes));
   }
 }
 

@@ -28,7 +28,7 @@ class PluginModifier final : public Modifier {
   ~PluginModifier() override;
 
   void Apply(Element& inElement) override;
-  const void* GetWorkMemory() const override { return fModifier; }
+  void ListWorkMemory(WorkLines& ioLines) override;
   // Takes over what the component's own copy holds where it makes one, else its public block. Both go field by field
   // through the parameter map, never byte by byte: a class without a map cannot be copied.
   TMCCountedPtr<Modifier> Copy() override;
