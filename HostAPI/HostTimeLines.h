@@ -71,7 +71,8 @@ class ITimeLine : public IMCUnknown {
   // Adds or replaces the key at this time, with linear interpolation. A type that the track cannot hold, and a value
   // that is not finite, is refused: nothing changes.
   virtual MCResult MC_CALL InsertKey(int32 inTime, const void* inValue, MCID inTypeId) = 0;
-  // Keys in time order; null past the end.
+  // Keys in time order; null past the end. The answer is not counted: hold a key to keep it, as an object that nobody
+  // holds may become the object of another key.
   virtual uint32 MC_CALL GetKeyCount() = 0;
   virtual ITimeLineKey* MC_CALL GetKey(uint32 inIndex) = 0;
   // Removes the key at exactly this time, if there is one.
@@ -98,7 +99,9 @@ class ITimeLineOwner : public IMCUnknown {
  public:
   static constexpr MCGuid kInterfaceID = "A2C827B2-0956-4B13-85CB-0C9805E9B72F"_guid;
 
-  // Visits the track of every animatable parameter once, empty ones too. Keys may be changed during the walk.
+  // Visits the track of every animatable parameter once, empty ones too. Keys may be changed during the walk. Those
+  // that a visit deletes are gone from the time line at once, and from all else that shows the parameter when the visit
+  // ends.
   virtual void MC_CALL ForEachTimeLine(IForEachTimeLineCallback* inCallback) = 0;
 
  protected:

@@ -1,6 +1,7 @@
 #include "RemoveDupKeyframes.h"
 
 #include <cstring>
+#include <utility>
 
 #include "MCArray.h"
 
@@ -12,14 +13,29 @@ constexpr int32 kDuplicatesDialog = 158;
 
 class RDCIsSelectionNonEmpty final : public SelectionMenuCallBack {};
 
-// A key's value in the form of another key's.
+// A key's value in the form of another key's, read once for each form that it is asked for in.
 class KeyBytes {
  public:
+  // Takes the place of another key's; holds the key. False for none.
+  bool Become(ITimeLineKey* inKey) {
+    fKey = MCShare(inKey);
+    fValue = inKey ? inKey->GetValue() : nullptr;
+    fIsRead = false;
+    return inKey != nullptr;
+  }
+  int32 GetTime() const { return fKey->GetTime(); }
+  IKeyValue* GetValue() const { return fValue; }
   // False for a value that cannot be read so.
-  bool Read(ITimeLineKey& inKey, MCID inType) {
-    IKeyValue* const value = inKey.GetValue();
-    bool scratch = false;
-    return value && value->ReadValue(fBytes, inType, scratch) == MC_S_OK;
+  bool Read(MCID inType) {
+    if (!fIsRead || fType != inType) {
+      bool scratch = false;
+      if (inType != "qfix"_id) {
+        std::memset(fBytes, 0, sizeof fBytes);
+      }
+      fType = inType;
+      fIsRead = fValue && fValue->ReadValue(fBytes, inType, scratch) == MC_S_OK;
+    }
+    return fIsRead;
   }
   bool Equals(const KeyBytes& inOther, MCID inType, uint32 inSize) const {
     if (inType != "qfix"_id) {
@@ -35,22 +51,23 @@ class KeyBytes {
     return number;
   }
 
+  TMCCountedPtr<ITimeLineKey> fKey;
+  IKeyValue* fValue = nullptr;  // the key's own
+  bool fIsRead = false;
+  MCID fType = 0;
   alignas(real64) std::byte fBytes[IKeyValue::kMaxSize] = {};
 };
 
 // A value of more bytes than any has is nobody's duplicate.
-bool IsDuplicate(ITimeLineKey& inPrevious, ITimeLineKey& inCurrent, ITimeLineKey& inNext) {
-  IKeyValue* const value = inPrevious.GetValue();
+bool IsDuplicate(KeyBytes& ioPrevious, KeyBytes& ioCurrent, KeyBytes& ioNext) {
+  IKeyValue* const value = ioPrevious.GetValue();
   const uint32 size = value ? value->GetValueSize() : 0;
   if (!value || size > IKeyValue::kMaxSize) {
     return false;
   }
   const MCID type = value->GetValueType();
-  KeyBytes previous;
-  KeyBytes current;
-  KeyBytes next;
-  return previous.Read(inPrevious, type) && current.Read(inCurrent, type) && next.Read(inNext, type) &&
-         previous.Equals(current, type, size) && current.Equals(next, type, size);
+  return ioPrevious.Read(type) && ioCurrent.Read(type) && ioPrevious.Equals(ioCurrent, type, size) &&
+         ioNext.Read(type) && ioCurrent.Equals(ioNext, type, size);
 }
 
 // All keys are looked at before the first goes.
@@ -62,18 +79,18 @@ class RDCTimelineCallback final : public IForEachTimeLineCallback {
     if (count < 3) {
       return;
     }
-    auto previous = MCShare(inTimeLine->GetKey(0));
-    auto current = MCShare(inTimeLine->GetKey(1));
-    for (uint32 i = 2; i < count && previous && current; ++i) {
-      auto next = MCShare(inTimeLine->GetKey(i));
-      if (next && IsDuplicate(*previous, *current, *next)) {
+    KeyBytes keys[3];
+    KeyBytes* previous = &keys[0];
+    KeyBytes* current = &keys[1];
+    KeyBytes* next = &keys[2];
+    for (uint32 i = 0; i < count && next->Become(inTimeLine->GetKey(i)); ++i) {
+      if (i >= 2 && IsDuplicate(*previous, *current, *next)) {
         if (times.GetElemCount() == 0) {
           times.SetElemSpace(count - i);  // for all that can follow
         }
         times.AddElem(current->GetTime());
       }
-      previous = std::move(current);
-      current = std::move(next);
+      previous = std::exchange(current, std::exchange(next, previous));
     }
     for (const int32 time : times) {
       inTimeLine->DeleteKeyAt(time);

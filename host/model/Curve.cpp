@@ -70,6 +70,11 @@ uint32 Curve::SetKey(CurveKey inKey) {
   return inKey.fSerial;
 }
 
+bool Curve::HasKeyAt(int32 inTime) const {
+  const auto at = LowerBound(fKeys, inTime);
+  return at != fKeys.end() && at->fTime == inTime;
+}
+
 bool Curve::DeleteKeyAt(int32 inTime) {
   const auto at = LowerBound(fKeys, inTime);
   if (at == fKeys.end() || at->fTime != inTime) {
@@ -77,6 +82,18 @@ bool Curve::DeleteKeyAt(int32 inTime) {
   }
   fKeys.erase(at);
   return true;
+}
+
+bool Curve::DeleteKeysAt(std::span<const int32> inTimes) {
+  const auto end = std::remove_if(fKeys.begin(), fKeys.end(), [&](const CurveKey& key) {
+    while (!inTimes.empty() && inTimes.front() < key.fTime) {
+      inTimes = inTimes.subspan(1);
+    }
+    return !inTimes.empty() && inTimes.front() == key.fTime;
+  });
+  const bool hasDeleted = end != fKeys.end();
+  fKeys.erase(end, fKeys.end());
+  return hasDeleted;
 }
 
 bool Curve::MoveKey(uint32 inSerial, int32 inTime) {
@@ -134,6 +151,9 @@ const CurveKey* Curve::FindSerial(uint32 inSerial) const {
 
 const CurveKey* Curve::FindSerial(uint32 inSerial, std::size_t& ioHint) const {
   const std::size_t count = fKeys.size();
+  if (ioHint < count && fKeys[ioHint].fSerial == inSerial) {
+    return &fKeys[ioHint];
+  }
   if (count == 0) {
     return nullptr;
   }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "MCTypes.h"
@@ -37,8 +38,11 @@ class Curve {
   // Adds a key, or replaces the one at its time; its value must be finite. The key gets a serial of its own. Linear
   // time when keys come in order.
   uint32 SetKey(CurveKey inKey);
+  bool HasKeyAt(int32 inTime) const;
   // True when there was one at exactly this time.
   bool DeleteKeyAt(int32 inTime);
+  // All keys at exactly these times, which ascend; in one go over the keys. True when there was one.
+  bool DeleteKeysAt(std::span<const int32> inTimes);
   // Moves a key, replacing what stands at the new time. False for an unknown serial.
   bool MoveKey(uint32 inSerial, int32 inTime);
   bool MoveKey(uint32 inSerial, int32 inTime, std::size_t& ioHint);

@@ -1,6 +1,8 @@
 #include "TimeLine.h"
 
 #include <algorithm>
+#include <cstring>
+#include <utility>
 
 #include "Element.h"
 #include "ValueParameters.h"
@@ -12,25 +14,53 @@ namespace {
 // A track of positions holds a twelfth of the scene unit.
 constexpr real64 kPositionUnits = 12.0;
 
-// The type of the track itself, and for a plain number also its other name.
-bool Understands(const Track& inTrack, MCID inTypeId) {
-  const MCID type = inTrack.fValue->GetType();
-  return inTypeId == type || (type == "qfix"_id && inTypeId == "re32"_id);
-}
+// For how many held key objects there is room before a time line looks for those that are no longer held.
+constexpr std::size_t kLeastHeldRoom = 32;
 
-bool HasKeyAt(const Curve& inCurve, int32 inTime) {
-  const std::vector<CurveKey>& keys = inCurve.GetKeys();
-  const auto at = std::lower_bound(keys.begin(), keys.end(), inTime,
-                                   [](const CurveKey& inKey, int32 inBound) { return inKey.fTime < inBound; });
-  return at != keys.end() && at->fTime == inTime;
+// The type of the track itself, and for a plain number also its other name.
+bool Understands(MCID inType, MCID inTypeId) {
+  return inTypeId == inType || (inType == "qfix"_id && inTypeId == "re32"_id);
 }
 
 }  // namespace
 
+AnimatedValue& VisitedTrack::GetValue() {
+  if (!fDeleted.empty()) {
+    DeleteKeys();
+  }
+  return *fTrack.fValue;
+}
+
+void VisitedTrack::DeleteKeyAt(int32 inTime) {
+  fDeleted.push_back(inTime);
+  if (fVisits == 0) {
+    DeleteKeys();
+  }
+}
+
+void VisitedTrack::EndVisit() {
+  --fVisits;
+  GetValue();
+}
+
+void VisitedTrack::DeleteKeys() {
+  std::vector<int32> times = std::exchange(fDeleted, {});
+  if (!std::is_sorted(times.begin(), times.end())) {
+    std::sort(times.begin(), times.end());
+  }
+  // Without a key there it is no edit, which would count as a change of the scene.
+  const Curve* const curve = fTrack.fValue->GetCurve(0);
+  const bool hasKey =
+      curve != nullptr && std::any_of(times.begin(), times.end(), [&](int32 time) { return curve->HasKeyAt(time); });
+  if (hasKey) {
+    fTrack.fValue->EditCurves([&](Curve& edited, uint32 /*number*/) { edited.DeleteKeysAt(times); });
+  }
+}
+
 // Found again by its serial, so a key that was deleted meanwhile does nothing.
 class TimeLineKey final : public HostObject<ITimeLineKey, IKeyValue> {
  public:
-  TimeLineKey(std::shared_ptr<const Track> inTrack, uint32 inSerial) : fTrack(std::move(inTrack)), fSerial(inSerial) {}
+  TimeLineKey(std::shared_ptr<VisitedTrack> inTrack, uint32 inSerial) : fTrack(std::move(inTrack)), fSerial(inSerial) {}
 
   int32 MC_CALL GetTime() override {
     const CurveKey* const key = Find();
@@ -40,7 +70,7 @@ class TimeLineKey final : public HostObject<ITimeLineKey, IKeyValue> {
   void MC_CALL SetTime(int32 inTime) override {
     const CurveKey* const key = Find();
     if (key != nullptr && key->fTime != inTime) {
-      fTrack->fValue->EditCurves([&](Curve& curve, uint32 /*number*/) { curve.MoveKey(fSerial, inTime, fHint); });
+      fTrack->GetValue().EditCurves([&](Curve& curve, uint32 /*number*/) { curve.MoveKey(fSerial, inTime, fHint); });
     }
   }
 
@@ -52,116 +82,148 @@ class TimeLineKey final : public HostObject<ITimeLineKey, IKeyValue> {
   IKeyValue* MC_CALL GetValue() override { return this; }
 
   uint32 MC_CALL GetValueSize() override {
-    return GetValueType() == "bool"_id ? sizeof(uint8) : WidthOfType(GetValueType()) * sizeof(real32);
+    return GetValueType() == "bool"_id ? sizeof(uint8) : fTrack->GetWidth() * sizeof(real32);
   }
-  MCID MC_CALL GetValueType() override { return fTrack->fValue->GetType(); }
+  MCID MC_CALL GetValueType() override { return fTrack->GetType(); }
 
   MCResult MC_CALL ReadValue(void* outBuffer, MCID inTypeId, bool& /*outScratch*/) override {
-    if (outBuffer == nullptr || !Understands(*fTrack, inTypeId)) {
+    if (outBuffer == nullptr || !Understands(fTrack->GetType(), inTypeId)) {
       return MC_E_INVALIDARG;
     }
     ValueNumbers numbers{};
-    for (uint32 i = 0; i < fTrack->fValue->GetWidth(); ++i) {
+    const MCID type = fTrack->GetType();
+    const real64 units = fTrack->GetUnits();
+    for (uint32 i = 0; i < fTrack->GetWidth(); ++i) {
       const CurveKey* const key = Find(i);
       if (key == nullptr) {
         return MC_E_INVALIDARG;
       }
-      numbers[i] = static_cast<real32>(static_cast<real64>(key->fValue) / fTrack->fUnits);
+      numbers[i] = units == 1 ? key->fValue : static_cast<real32>(static_cast<real64>(key->fValue) / units);
     }
-    JoinValue(GetValueType(), numbers, outBuffer);
+    if (type == "qfix"_id) {
+      std::memcpy(outBuffer, numbers.data(), sizeof(real32));  // most are: at once
+    } else {
+      JoinValue(type, numbers, outBuffer);
+    }
     return MC_S_OK;
   }
 
  private:
   const CurveKey* Find(uint32 inNumber = 0) {
-    const Curve* const curve = fTrack->fValue->GetCurve(inNumber);
+    const Curve* const curve = fTrack->GetCurve(inNumber);
     return curve == nullptr ? nullptr : curve->FindSerial(fSerial, fHint);
   }
 
-  std::shared_ptr<const Track> fTrack;
+  std::shared_ptr<VisitedTrack> fTrack;
   uint32 fSerial;
   std::size_t fHint = 0;
 
   friend class TimeLine;
 };
 
-TimeLine::TimeLine(Track inTrack) : fTrack(std::make_shared<const Track>(std::move(inTrack))) {}
+TimeLine::TimeLine(Track inTrack) : fTrack(std::make_shared<VisitedTrack>(std::move(inTrack))) {}
 
 TimeLine::~TimeLine() = default;
 
 MCResult TimeLine::InsertKey(int32 inTime, const void* inValue, MCID inTypeId) {
-  if (inValue == nullptr || !Understands(*fTrack, inTypeId)) {
+  if (inValue == nullptr || !Understands(fTrack->GetType(), inTypeId)) {
     return MC_E_INVALIDARG;
   }
-  const MCID type = fTrack->fValue->GetType();
+  const MCID type = fTrack->GetType();
   ValueNumbers numbers = SplitValue(type, inValue);
   for (real32& number : numbers) {
-    number = static_cast<real32>(static_cast<real64>(number) * fTrack->fUnits);
+    number = static_cast<real32>(static_cast<real64>(number) * fTrack->GetUnits());
   }
   if (!IsFiniteValue(type, numbers)) {
     return MC_E_INVALIDARG;
   }
-  const bool isSet = fTrack->fValue->EditCurves(
+  const bool isSet = fTrack->GetValue().EditCurves(
       [&](Curve& curve, uint32 number) { curve.SetKey({.fTime = inTime, .fValue = numbers[number]}); });
   return isSet ? MC_S_OK : MC_E_NOTVALID;
 }
 
 uint32 TimeLine::GetKeyCount() {
-  const Curve* const curve = fTrack->fValue->GetCurve(0);
+  const Curve* const curve = fTrack->GetCurve();
   return curve == nullptr ? 0 : static_cast<uint32>(curve->GetKeys().size());
 }
 
 ITimeLineKey* TimeLine::GetKey(uint32 inIndex) {
-  const Curve* const curve = fTrack->fValue->GetCurve(0);
+  const Curve* const curve = fTrack->GetCurve();
   if (curve == nullptr || inIndex >= curve->GetKeys().size()) {
     return nullptr;
   }
-  return GetKeyObject(curve->GetKeys()[inIndex]);
+  return GetKeyObject(*curve, curve->GetKeys()[inIndex]);
 }
 
 void TimeLine::DeleteKeyAt(int32 inTime) {
-  // Without a key there it is no edit, which would count as a change of the scene.
-  if (fTrack->fValue->HasKeys() && HasKeyAt(*fTrack->fValue->GetCurve(0), inTime)) {
-    fTrack->fValue->EditCurves([&](Curve& edited, uint32 /*number*/) { edited.DeleteKeyAt(inTime); });
-  }
+  fTrack->DeleteKeyAt(inTime);
 }
 
 void TimeLine::FindKeyAfter(int32 inTime, SceneTime& outTime, ITimeLineKey** outKey) {
-  const Curve* const curve = fTrack->fValue->GetCurve(0);
+  const Curve* const curve = fTrack->GetCurve();
   const CurveKey* const key = curve == nullptr ? nullptr : curve->FindAfter(inTime);
   if (key != nullptr) {
     outTime = SceneTime{key->fTime, 0};
   }
-  StoreForCaller(outKey, key == nullptr ? nullptr : GetKeyObject(*key));
+  StoreForCaller(outKey, key == nullptr ? nullptr : GetKeyObject(*curve, *key));
 }
 
 void TimeLine::FindKeyBefore(int32 inTime, ITimeLineKey** outKey, int32 /*inZero*/) {
-  const Curve* const curve = fTrack->fValue->GetCurve(0);
+  const Curve* const curve = fTrack->GetCurve();
   const CurveKey* const key = curve == nullptr ? nullptr : curve->FindBefore(inTime);
-  StoreForCaller(outKey, key == nullptr ? nullptr : GetKeyObject(*key));
+  StoreForCaller(outKey, key == nullptr ? nullptr : GetKeyObject(*curve, *key));
 }
 
-ITimeLineKey* TimeLine::GetKeyObject(const CurveKey& inKey) {
-  const Curve& curve = *fTrack->fValue->GetCurve(0);
-  if (fKeys.size() > 2 * curve.GetKeys().size()) {
-    ForgetDeletedKeys(curve);
+void TimeLine::Visit(IForEachTimeLineCallback& inCallback) {
+  const TMCCountedPtr<TimeLine> keep = MCShare(this);
+  fTrack->BeginVisit();
+  try {
+    inCallback.Visit(this, nullptr);
+  } catch (...) {
+    fTrack->EndVisit();
+    throw;
   }
-  TMCCountedPtr<TimeLineKey>& object = fKeys[inKey.fSerial];
-  if (!object) {
-    object = MakeHosted<TimeLineKey>(fTrack, inKey.fSerial);
-  }
-  object->fHint = static_cast<std::size_t>(&inKey - curve.GetKeys().data());
-  return object.Get();
+  fTrack->EndVisit();
 }
 
-void TimeLine::ForgetDeletedKeys(const Curve& inCurve) {
-  std::unordered_map<uint32, TMCCountedPtr<TimeLineKey>> kept;
-  for (const CurveKey& key : inCurve.GetKeys()) {
-    if (const auto found = fKeys.find(key.fSerial); found != fKeys.end()) {
-      kept.insert(std::move(*found));
+ITimeLineKey* TimeLine::GetKeyObject(const Curve& inCurve, const CurveKey& inKey) {
+  TimeLineKey& object = FindKeyObject(inKey.fSerial);
+  object.fHint = static_cast<std::size_t>(&inKey - inCurve.GetKeys().data());
+  return &object;
+}
+
+TimeLineKey& TimeLine::FindKeyObject(uint32 inSerial) {
+  std::size_t at = kRecentKeys;
+  for (std::size_t i = 0; i < kRecentKeys; ++i) {  // all of them: faster than to stop
+    at = fRecentSerials[i] == inSerial ? i : at;
+  }
+  if (at < kRecentKeys) {
+    return *fRecent[at];
+  }
+  if (!fHeld.empty()) {
+    if (const auto held = fHeld.find(inSerial); held != fHeld.end()) {
+      return *held->second;
     }
   }
-  fKeys.swap(kept);
+  at = fNextRecent++ % kRecentKeys;
+  TMCCountedPtr<TimeLineKey>& recent = fRecent[at];
+  if (!recent || recent->IsShared()) {
+    auto fresh = MakeHosted<TimeLineKey>(fTrack, inSerial);
+    if (recent) {
+      KeepHeldKey(fRecentSerials[at], recent);
+    }
+    recent = std::move(fresh);
+  }
+  fRecentSerials[at] = recent->fSerial = inSerial;
+  return *recent;
+}
+
+void TimeLine::KeepHeldKey(uint32 inSerial, TMCCountedPtr<TimeLineKey> inKey) {
+  if (fHeld.size() >= fHeldRoom) {
+    std::erase_if(fHeld, [](const auto& held) { return !held.second->IsShared(); });
+    fHeldRoom = std::max(kLeastHeldRoom, 2 * fHeld.size());
+  }
+  fHeld.emplace(inSerial, std::move(inKey));
 }
 
 void TimeLines::Add(Track inTrack) {
@@ -170,7 +232,7 @@ void TimeLines::Add(Track inTrack) {
 
 void TimeLines::Visit(IForEachTimeLineCallback& inCallback) const {
   for (const auto& timeLine : fTimeLines) {
-    inCallback.Visit(timeLine.Get(), nullptr);
+    timeLine->Visit(inCallback);
   }
 }
 

@@ -3,9 +3,11 @@
 
 #include <cstring>
 #include <limits>
+#include <map>
 
 #include "CommandTest.h"
 #include "DeleteKeyframes.h"
+#include "RandomValues.h"
 #include "RemoveDupKeyframes.h"
 #include "TreeElementIterator.h"
 #include "WiggleKeyframes.h"
@@ -351,6 +353,47 @@ TEST_F(WildKeyTest, WiggleMovesSelectedKeysByItsFormula) {
   }
   EXPECT_EQ(back, -6000) << "with the default bounds at most one frame back";
   EXPECT_EQ(fHost.fScene.fRefreshes, 1);
+}
+
+// With other bounds the same, to the last bit; with the defaults a quarter of the moves in each direction is by each
+// number that the remainders leave.
+TEST_F(WildKeyTest, WiggleMovesByItsFormulaWhateverItsBounds) {
+  constexpr WigglePublicData kBounds[] = {{-3, 3},       {0, 0},   {-2, 0},   {2, 5},      {5, 2},
+                                          {-1000, 1000}, {-3, -2}, {100, -5}, {-7, 40000}, {-40000, 7}};
+  RandomValues random(34);
+  for (const real32 rate : {24.0f, 29.97f, 1000.0f}) {
+    const auto ticks = static_cast<real32>(180000.0 / static_cast<real64>(rate));
+    for (const WigglePublicData& bounds : kBounds) {
+      SCOPED_TRACE(testing::Message() << bounds.fMinFrames << ' ' << bounds.fMaxFrames << ' ' << rate);
+      WildLine line(4000);
+      line.fVisits = 1;
+      std::vector<int32> expected;
+      std::map<std::pair<bool, int32>, int> counts;
+      for (WildKey& key : line.fKeys) {
+        key.fTime = static_cast<int32>(random.Bits() >> 2);
+        bool isForward = false;
+        const int32 move = ExpectedMove(key, key.fTime, bounds, ticks, isForward);
+        ++counts[{isForward, move}];
+        expected.push_back(key.fTime + move);
+      }
+      Attach(line);
+      fHost.fScene.fRate = rate;
+      const auto command = MCAdopt(new WiggleKeyframesCommand);
+      command->Init(&fHost);
+      command->Prepare();
+      std::memcpy(command->GetExtensionDataBuffer(), &bounds, sizeof bounds);
+      EXPECT_TRUE(command->Do());
+      for (std::size_t i = 0; i < expected.size(); ++i) {
+        ASSERT_EQ(line.fKeys[i].fTime, expected[i]) << i;
+      }
+      if (&bounds == kBounds) {
+        ASSERT_EQ(counts.size(), 6U) << "0 to 3 forward, 0 and 1 back";
+        for (const auto& [way, count] : counts) {
+          EXPECT_NEAR(count, way.first ? 500 : 1000, 150) << way.second;
+        }
+      }
+    }
+  }
 }
 
 // Neighbours are looked up by the offset alone, not by where the key goes; a move that reaches one ends a frame short.

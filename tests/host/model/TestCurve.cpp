@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -115,13 +116,22 @@ TEST(Curve, EditsGiveWhatAMapGives) {
     const auto value = static_cast<real32>(step);
     std::size_t hint = random.Bits() % 50;
     const CurveKey* key = nullptr;
-    switch (random.Below(4)) {
+    std::vector<int32> times;
+    switch (random.Below(5)) {
       case 0:
         serials.push_back(curve.SetKey({.fTime = time, .fValue = value}));
         expected[time] = value;
         break;
       case 1:
         EXPECT_EQ(curve.DeleteKeyAt(time), expected.erase(time) == 1);
+        break;
+      case 2:
+        for (int32 each = time - 2; each < time + 6; each += random.Below(3)) {  // some of them twice
+          times.push_back(each);
+        }
+        EXPECT_EQ(curve.DeleteKeysAt(times), std::erase_if(expected, [&](const auto& each) {
+                                               return std::ranges::count(times, each.first) > 0;
+                                             }) > 0);
         break;
       default:
         key = serials.empty() ? nullptr : curve.FindSerial(serials[random.Bits() % serials.size()]);

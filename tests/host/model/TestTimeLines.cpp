@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
+#include <set>
+#include <stdexcept>
 
 #include "MCArray.h"
 #include "ModelTest.h"
@@ -11,6 +14,46 @@ namespace qlx::host {
 using test::TestScene;
 
 namespace {
+
+constexpr std::size_t kTurn = 3;  // the time line of the rotation about X
+
+// Does something with that one while it is visited.
+class OneVisit final : public IForEachTimeLineCallback {
+ public:
+  explicit OneVisit(std::function<void(ITimeLine&)> inWork) : fWork(std::move(inWork)) {}
+  void MC_CALL Visit(ITimeLine* inTimeLine, void*) override {
+    if (inTimeLine->GetAttribute()->GetAttributeId() == kChannels[kTurn].fID) {
+      fWork(*inTimeLine);
+    }
+  }
+
+ private:
+  std::function<void(ITimeLine&)> fWork;
+};
+
+void VisitTurn(Element& ioElement, std::function<void(ITimeLine&)> inWork) {
+  OneVisit visit(std::move(inWork));
+  MCQuery<I3DShAnimated>(&ioElement)->GetTimeLineOwner()->ForEachTimeLine(&visit);
+}
+
+// Ten keys at 0, 10, 20...
+Element& AddTurning(TestScene& ioScene) {
+  Element& element = ioScene.Add("Element");
+  element.EditCurve(kChannels[kTurn].fChannel, [](Curve& curve) {
+    for (int32 i = 0; i < 10; ++i) {
+      curve.SetKey({.fTime = i * 10, .fValue = static_cast<real32>(i)});
+    }
+  });
+  return element;
+}
+
+std::vector<int32> TurnTimes(const Element& inElement) {
+  std::vector<int32> times;
+  for (const CurveKey& key : inElement.GetCurve(kChannels[kTurn].fChannel)->GetKeys()) {
+    times.push_back(key.fTime);
+  }
+  return times;
+}
 
 class Collector final : public IForEachTimeLineCallback {
  public:
@@ -127,6 +170,129 @@ TEST(TimeLines, AKeyIsOneObjectThatFollowsItsKey) {
   bool scratch = false;
   EXPECT_NE(key->GetValue()->ReadValue(&value, "qfix"_id, scratch), MC_S_OK);
   EXPECT_EQ(value, 42);
+}
+
+// Whatever the order, and whatever is asked for between: the time line itself never shows a key that was deleted.
+TEST(TimeLines, KeysThatAVisitDeletesGoTogether) {
+  using Times = std::vector<int32>;
+  TMCCountedPtr<ITimeLineKey> key;
+  const struct {
+    const char* fLabel;
+    std::function<void(ITimeLine&)> fWork;
+    Times fLeft;
+  } rows[] = {
+      {"in order, and again",
+       [](ITimeLine& line) {
+         for (const int32 time : {0, 10, 10, 30, 50, 60, 70, 80, 90}) {
+           line.DeleteKeyAt(time);
+         }
+       },
+       {20, 40}},
+      {"in no order",
+       [](ITimeLine& line) {
+         for (const int32 time : {90, 0, 50, -1, 55, 1000, 10, 80}) {
+           line.DeleteKeyAt(time);
+         }
+         EXPECT_EQ(line.GetKeyCount(), 5U);
+       },
+       {20, 30, 40, 60, 70}},
+      {"a new key at the time of one that went",
+       [](ITimeLine& line) {
+         line.DeleteKeyAt(0);
+         line.DeleteKeyAt(10);
+         EXPECT_EQ(Insert(line, 0, 7), MC_S_OK);
+       },
+       {0, 20, 30, 40, 50, 60, 70, 80, 90}},
+      {"a key that moves to the time of one that went, and goes itself",
+       [&](ITimeLine& line) {
+         key = MCShare(line.GetKey(2));
+         line.DeleteKeyAt(0);
+         key->SetTime(0);
+         EXPECT_EQ(line.GetKey(0), key.Get());
+         line.DeleteKeyAt(0);
+         EXPECT_EQ(key->GetTime(), 0) << "of none";
+         line.DeleteKeyAt(20);
+       },
+       {10, 30, 40, 50, 60, 70, 80, 90}},
+      {"neighbours",
+       [&](ITimeLine& line) {
+         line.DeleteKeyAt(20);
+         line.FindKeyBefore(30, key.WriteInto(), 0);
+         EXPECT_EQ(key->GetTime(), 10);
+         line.DeleteKeyAt(10);
+         SceneTime time;
+         line.FindKeyAfter(0, time, key.WriteInto());
+         EXPECT_EQ(time.fTicks, 30);
+       },
+       {0, 30, 40, 50, 60, 70, 80, 90}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fLabel);
+    TestScene scene;
+    Element& element = AddTurning(scene);
+    VisitTurn(element, row.fWork);
+    EXPECT_EQ(TurnTimes(element), row.fLeft);
+    key.Clear();
+  }
+}
+
+TEST(TimeLines, AVisitThatFailsOrIsOneOfTwoLosesNoDeletion) {
+  TestScene scene;
+  Element& element = AddTurning(scene);
+  EXPECT_THROW(VisitTurn(element,
+                         [](ITimeLine& line) {
+                           line.DeleteKeyAt(10);
+                           throw std::runtime_error("odd");
+                         }),
+               std::runtime_error);
+  EXPECT_EQ(TurnTimes(element).size(), 9U);
+  VisitTurn(element, [&](ITimeLine& line) {
+    line.DeleteKeyAt(20);
+    VisitTurn(element, [](ITimeLine& inner) { inner.DeleteKeyAt(30); });
+    line.DeleteKeyAt(40);
+  });
+  EXPECT_EQ(TurnTimes(element), (std::vector<int32>{0, 50, 60, 70, 80, 90}));
+  element.ClearEditedChannels();
+  VisitTurn(element, [](ITimeLine& line) { line.DeleteKeyAt(10); });
+  EXPECT_EQ(element.GetEditedChannels(), 0) << "no key went";
+  const auto timeLine = TimeLinesOf(element)[kTurn];
+  timeLine->DeleteKeyAt(50);
+  EXPECT_EQ(TurnTimes(element).size(), 5U) << "outside of a visit at once";
+}
+
+// However many keys there are, those that nobody holds need a few objects; each that is held is one of its own.
+TEST(TimeLines, KeysThatAreHeldKeepTheirObjects) {
+  constexpr uint32 kKeys = 3000;
+  TestScene scene;
+  Element& element = scene.Add("Element");
+  for (uint32 i = 0; i < kKeys; ++i) {
+    element.GetOrMakeCurve(kChannels[kTurn].fChannel).SetKey({.fTime = static_cast<int32>(i)});
+  }
+  const auto timeLine = TimeLinesOf(element)[kTurn];
+  std::set<ITimeLineKey*> objects;
+  for (uint32 i = 0; i < kKeys; ++i) {
+    const auto key = MCShare(timeLine->GetKey(i));
+    EXPECT_EQ(key->GetTime(), static_cast<int32>(i));
+    objects.insert(key.Get());
+  }
+  EXPECT_LE(objects.size(), 16U);
+  std::vector<TMCCountedPtr<ITimeLineKey>> held;
+  for (uint32 i = 0; i < kKeys; i += 3) {
+    held.push_back(MCShare(timeLine->GetKey(i)));
+  }
+  for (int round = 0; round < 2; ++round) {
+    for (uint32 i = 0; i < kKeys; ++i) {
+      ITimeLineKey* const key = timeLine->GetKey(i);
+      EXPECT_EQ(key->GetTime(), static_cast<int32>(i));
+      EXPECT_TRUE(i % 3 != 0 || key == held[i / 3].Get()) << i;
+    }
+  }
+  for (uint32 i = 0; i < held.size(); ++i) {
+    EXPECT_EQ(held[i]->GetTime(), static_cast<int32>(3 * i));
+    timeLine->DeleteKeyAt(static_cast<int32>(3 * i));
+    held[i]->SetTime(1);
+  }
+  EXPECT_EQ(timeLine->GetKeyCount(), 2 * kKeys / 3);
 }
 
 // A walk over all keys that moves each, and one that compares neighbours, as the keyframe commands do.

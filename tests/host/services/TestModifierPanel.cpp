@@ -220,6 +220,9 @@ TEST_F(LinkPanel, CurvesAreEdited) {
       EXPECT_EQ(*fModifier->WritePrivate() == last, radio == row.fRadios.front()) << radio;
     }
     for (const std::string& number : row.fNumbers) {
+      const std::string last = *fModifier->WritePrivate();
+      EXPECT_EQ(Run(fmt::format("{}set {} 0.375\ncancel\n}}", press, number)), "") << number;
+      EXPECT_EQ(*fModifier->WritePrivate(), last) << number;
       EXPECT_EQ(Run(fmt::format("{}set {} 0.375\nok\n}}", press, number)), "") << number;
     }
     std::string after = *fModifier->WritePrivate();
