@@ -58,14 +58,17 @@ class KeyBytes {
   alignas(real64) std::byte fBytes[IKeyValue::kMaxSize] = {};
 };
 
-// A value of more bytes than any has is nobody's duplicate.
+// A value of more bytes than any has is nobody's duplicate. A real has no size to ask for.
 bool IsDuplicate(KeyBytes& ioPrevious, KeyBytes& ioCurrent, KeyBytes& ioNext) {
   IKeyValue* const value = ioPrevious.GetValue();
-  const uint32 size = value ? value->GetValueSize() : 0;
-  if (!value || size > IKeyValue::kMaxSize) {
+  if (!value) {
     return false;
   }
   const MCID type = value->GetValueType();
+  const uint32 size = type == "qfix"_id ? sizeof(real32) : value->GetValueSize();
+  if (size > IKeyValue::kMaxSize) {
+    return false;
+  }
   return ioPrevious.Read(type) && ioCurrent.Read(type) && ioPrevious.Equals(ioCurrent, type, size) &&
          ioNext.Read(type) && ioCurrent.Equals(ioNext, type, size);
 }

@@ -85,14 +85,20 @@ bool Curve::DeleteKeyAt(int32 inTime) {
 }
 
 bool Curve::DeleteKeysAt(std::span<const int32> inTimes) {
-  const auto end = std::remove_if(fKeys.begin(), fKeys.end(), [&](const CurveKey& key) {
+  if (inTimes.empty()) {
+    return false;
+  }
+  const auto first = LowerBound(fKeys, inTimes.front());
+  auto last = LowerBound(fKeys, inTimes.back());
+  last += last != fKeys.end() && last->fTime == inTimes.back() ? 1 : 0;
+  const auto end = std::remove_if(first, last, [&](const CurveKey& key) {
     while (!inTimes.empty() && inTimes.front() < key.fTime) {
       inTimes = inTimes.subspan(1);
     }
     return !inTimes.empty() && inTimes.front() == key.fTime;
   });
-  const bool hasDeleted = end != fKeys.end();
-  fKeys.erase(end, fKeys.end());
+  const bool hasDeleted = end != last;
+  fKeys.erase(end, last);
   return hasDeleted;
 }
 
@@ -151,9 +157,6 @@ const CurveKey* Curve::FindSerial(uint32 inSerial) const {
 
 const CurveKey* Curve::FindSerial(uint32 inSerial, std::size_t& ioHint) const {
   const std::size_t count = fKeys.size();
-  if (ioHint < count && fKeys[ioHint].fSerial == inSerial) {
-    return &fKeys[ioHint];
-  }
   if (count == 0) {
     return nullptr;
   }

@@ -111,7 +111,12 @@ class TimeLineKey final : public HostObject<ITimeLineKey, IKeyValue> {
  private:
   const CurveKey* Find(uint32 inNumber = 0) {
     const Curve* const curve = fTrack->GetCurve(inNumber);
-    return curve == nullptr ? nullptr : curve->FindSerial(fSerial, fHint);
+    if (curve == nullptr) {
+      return nullptr;
+    }
+    const std::vector<CurveKey>& keys = curve->GetKeys();
+    const bool isInPlace = fHint < keys.size() && keys[fHint].fSerial == fSerial;  // most are: at once
+    return isInPlace ? &keys[fHint] : curve->FindSerial(fSerial, fHint);
   }
 
   std::shared_ptr<VisitedTrack> fTrack;
