@@ -54,8 +54,6 @@ class HostObject : public First, public Rest... {
  protected:
   HostObject() = default;
 
-  // True while more than one reference is held.
-  bool IsShared() const { return fRefCount > 1; }
   // Gives back a reference that is not the last. A component that answers without counting does not end the object.
   void GiveBackReference() noexcept {
     if (fRefCount > 1) {

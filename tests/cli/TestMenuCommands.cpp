@@ -5,6 +5,8 @@
 
 #include "QlxRun.h"
 #include "TempFolder.h"
+#include "cli/AnswerPerson.h"
+#include "model/Diagnostics.h"
 
 namespace qlx::host {
 
@@ -146,6 +148,80 @@ TEST_F(QlxMenu, CommandsAreActionsOfScriptsThatCanBeTakenBack) {
   }
   ASSERT_EQ(Edit("select Forearm\nkeys none\ndo wigl {\nset maxf 900\nok\n}").fErr, "");
   EXPECT_TRUE(ReadFile(fFolder / "out.gltf") == untouched) << "no key is marked";
+}
+
+// The joints of a skin are a figure: commands reach all of it from any joint, and lay chains along it.
+TEST_F(QlxMenu, FiguresComeFromSkins) {
+  const std::string rig = PathText(fFolder.Write("rig.gltf", R"({"asset": {"version": "2.0"}, "scene": 0,
+    "scenes": [{"nodes": [0, 4]}], "meshes": [{"primitives": [{"attributes": {}}]}],
+    "skins": [{"joints": [1, 2, 3]}],
+    "nodes": [{"name": "Rig", "children": [1]}, {"name": "Hip", "children": [2, 3, 5]}, {"name": "LegL"},
+              {"name": "LegR"}, {"name": "Skin", "mesh": 0, "skin": 0}, {"name": "Hat"}]})"));
+  ASSERT_EQ(
+      Run("do", {"chai", "--answer", "abtn", "pick=Hip", "ok", "clst=Hip", "achb", "BRal=on", "ok", "ok"}, rig).fErr,
+      "");
+  EXPECT_EQ(ModifiersOf("Hip") + ModifiersOf("LegL") + ModifiersOf("LegR") + ModifiersOf("Hat"),
+            "fQLX fQLX fQLX fQLX ");
+  ASSERT_EQ(Run("chain", {"--on", "Hip", "LegL", "LegR"}, rig).fErr, "");
+  EXPECT_EQ(ModifiersOf("Rig") + ModifiersOf("LegR") + ModifiersOf("Hat"), "fQLX ");
+
+  // Keys at the frames 0 and 10 of each element.
+  std::string keyed = rig;
+  for (const char* const element : {"Rig", "Hip", "LegL", "LegR", "Hat", "Skin"}) {
+    for (const char* const frame : {"0", "10"}) {
+      ASSERT_EQ(RunInProcess({"set", keyed, "--element", element, "--path", "self,amet,TRAN,ROTA,RotX", "1", "--frame",
+                              frame, "-o", Out("keyed.gltf")})
+                    .fErr,
+                "");
+      keyed = Out("keyed.gltf");
+    }
+  }
+  const struct {
+    const char* fSelected;
+    const char* fScope;
+    std::size_t fChannels;  // that lost no key, of six
+    const char* fWarning;
+  } rows[] = {
+      {"LegL", "selected", 5, ""}, {"Hip", "subtree", 2, ""},
+      {"LegL", "figure", 1, ""},   {"Hat", "figure", 1, ""},
+      {"Rig", "figure", 1, ""},    {"Skin", "figure", 6, "qlx: warning: The selected item is not a figure\n"},
+  };
+  for (const auto& row : rows) {
+    const QlxRun run =
+        Run("keys", {"delete", "--select", row.fSelected, "--frame", "10", "--scope", row.fScope}, keyed);
+    EXPECT_EQ(run.fErr, row.fWarning) << row.fSelected;
+    const MenuJson scene = MenuJson::parse(ReadFile(fFolder / "out.gltf"));
+    std::size_t whole = 0;
+    for (const MenuJson& sampler : scene["animations"][0]["samplers"]) {
+      whole += scene["accessors"].at(sampler["input"].get<std::size_t>())["count"] == 2 ? 1 : 0;
+    }
+    EXPECT_EQ(whole, row.fChannels) << row.fSelected << ' ' << row.fScope;
+  }
+}
+
+TEST(AnswerPerson, GivesFilesInTheirOrder) {
+  Diagnostics diagnostics;
+  AnswerPerson person({"file=a b=c.txt", "cancel", "file=", "button=2", "ok"}, diagnostics);
+  EXPECT_EQ(person.ChooseFile(FileChoice::kOpen), "a b=c.txt");
+  EXPECT_EQ(person.ChooseFile(FileChoice::kSave), std::nullopt);
+  EXPECT_EQ(person.ChooseFile(FileChoice::kSave), "");
+  EXPECT_EQ(person.AnswerAlert({.fText = "Replace it?", .fButtons = {"Yes", "No"}}), 2);
+  const auto problem = [](AnswerPerson& ioPerson, FileChoice inChoice) {
+    try {
+      ioPerson.ChooseFile(inChoice);
+    } catch (const UserError& error) {
+      return std::string(error.what());
+    }
+    return std::string();
+  };
+  EXPECT_EQ(problem(person, FileChoice::kOpen),
+            "--answer ok: is no answer to what asks for a file to open: that is file=PATH or cancel");
+  EXPECT_THROW(person.CheckThatAllWereAsked(), UserError);
+  AnswerPerson silent({}, diagnostics);
+  EXPECT_EQ(problem(silent, FileChoice::kSave),
+            "--answer: the command asks for a file to save: answer with file=PATH or cancel");
+  EXPECT_EQ(silent.AnswerAlert({.fText = "Replace it?", .fButtons = {"Yes", "No"}}), 1);
+  EXPECT_EQ(diagnostics.GetWarnings(), std::vector<std::string>{"Replace it?"});
 }
 
 TEST_F(QlxMenu, AnErrorSaysWhatThereIsAndWritesNothing) {
