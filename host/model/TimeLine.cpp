@@ -109,11 +109,6 @@ class TimeLineKey final : public HostObject<ITimeLineKey, IKeyValue> {
   }
 
  private:
-  // True while somebody beside the time line holds it.
-  bool IsShared() {
-    AddRef();
-    return Release() > 1;
-  }
   const CurveKey* Find(uint32 inNumber = 0) {
     const Curve* const curve = fTrack->GetCurve(inNumber);
     if (curve == nullptr) {
