@@ -1,6 +1,7 @@
 // Every class of the library with every interface that it answers: all operations are called once, as a host that knows
 // nothing of the class may, and nothing is left at the end of the session.
 #include <cstring>
+#include <iterator>
 #include <map>
 
 #include "BasicPart.h"
@@ -23,7 +24,7 @@ constexpr InterfaceRow kInterfaces[] = {
     {"stream", IExStreamIO::kInterfaceID},         {"command", I3DExSceneCommand::kInterfaceID},
     {"responder", IMFExResponder::kInterfaceID},   {"part", IMFExPart::kInterfaceID},
     {"basic part", TBasicPart::kInterfaceID},      {"callback", ISelfPrepareMenuCallBack::kInterfaceID},
-    {"factory", IMCClassFactory::kInterfaceID},
+    {"factory", IMCClassFactory::kInterfaceID},    {"work", IWorkMemory::kInterfaceID},
 };
 
 TMCCountedPtr<IMCUnknown> MakeUnknown(const StartedPlugin& inStarted, const MCGuid& inClass) {
@@ -36,7 +37,7 @@ TMCCountedPtr<IMCUnknown> MakeUnknown(const StartedPlugin& inStarted, const MCGu
 std::map<std::string, std::string> ExpectedInterfaces() {
   const std::string command = "exchanger command ";
   const std::string dialog = "responder part basic part own ";
-  return {{"QLXModifier", "exchanger modifier stream own "},
+  return {{"QLXModifier", "exchanger modifier stream work own "},
           {"PinModifier", "exchanger modifier own "},
           {"SliderModifier", "exchanger modifier own "},
           {"AddQLXModifierCommand", command},
@@ -136,6 +137,17 @@ void DriveStream(IExStreamIO& inStreamIO) {
   EXPECT_EQ(inStreamIO.StreamState(0), MC_S_OK);
 }
 
+void DriveWork(IWorkMemory& inWork) {
+  WorkMemory ranges[32] = {};
+  EXPECT_EQ(inWork.ListWorkMemory(ranges, 0), 0U);
+  EXPECT_EQ(inWork.ListWorkMemory(ranges, 1), 1U);
+  EXPECT_EQ(ranges[1].fStart, nullptr);
+  const uint32 count = inWork.ListWorkMemory(ranges, std::size(ranges));
+  for (uint32 i = 0; i < std::size(ranges); ++i) {
+    EXPECT_LE(ranges[i].fBytes, i < count ? 4096U : 0U) << i;
+  }
+}
+
 // Without a context: as a menu is built.
 void DriveCommand(I3DExSceneCommand& inCommand) {
   TMCCountedPtr<ISelfPrepareMenuCallBack> callBack;
@@ -216,6 +228,7 @@ TEST(AllInterfaces, EveryOperationIsAnswered) {
         DriveIf(exchanger, [&](auto& driven) { DriveExchanger(driven, *other); });
         DriveIf(modifier, [&](auto& driven) { DriveModifier(driven, element); });
         DriveIf(stream, DriveStream);
+        DriveIf(MCQuery<IWorkMemory>(object), DriveWork);
         DriveIf(command, DriveCommand);
         DriveIf(responder, [&](auto& driven) { DriveResponder(driven, part); });
         DriveIf(extension, DrivePart);

@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -139,6 +140,38 @@ TEST_F(PluginModifierTest, LinksAreCopiedWithTheirPrivateData) {
   EXPECT_NE(copy.WritePrivate()->find("07000000"), std::string::npos);
   EXPECT_EQ(fModifier->WritePrivate(), std::nullopt) << "a pin has none";
   EXPECT_EQ(fModifier->ReadPrivate("pset 1\n"), "the class has no private data");
+}
+
+// So many that their memory is fetched ahead, from a plan that each change of the modifiers makes old.
+TEST_F(PluginModifierTest, ManyLinksFollowWhileSomeGo) {
+  Load(QLX_PLUGIN_FILE);
+  constexpr std::size_t kLinks = 300;
+  Curve& curve = fElement.GetOrMakeCurve(Channel::kUniformScale);
+  curve.SetKey({.fTime = 0, .fValue = 1});
+  curve.SetKey({.fTime = 1000, .fValue = 11});
+  fScene->SetTimeRange(0, 1000);
+  std::vector<Element*> followers;
+  for (std::size_t i = 0; i < kLinks; ++i) {
+    followers.push_back(&fScene->AddElement(fScene->GetRootElement(), "Follower"));
+    const auto link = fHost.CreateModifier("fQLX"_id);
+    ASSERT_EQ(link->ReadPrivate(fmt::format("pset 1\ncpsl \"self,amet,TRAN,SCAL\"\ncpst 1\n"
+                                            "spar \"self,amet,TRAN,SCAL\"\nsobj \"{:02x}000000\"\n",
+                                            fElement.GetUniqueID())),
+              std::nullopt);
+    ASSERT_TRUE(link->SetField(*link->GetParameterMap()->Find("fAttributeMode"), true));
+    followers.back()->AddModifier(*link, 0);
+  }
+  for (int32 time = 100; time <= 900; time += 100) {
+    if (time > 300) {  // one goes, from the end of the list on
+      followers[kLinks - static_cast<std::size_t>(time) / 100]->RemoveModifier(0);
+    }
+    fScene->Evaluate(time);
+    for (const Element* const follower : followers) {
+      const bool isLinked = !follower->GetModifiers().empty();
+      ASSERT_EQ(follower->GetValue(Channel::kUniformScale), isLinked ? fElement.GetValue(Channel::kUniformScale) : 1.0f)
+          << "at " << time;
+    }
+  }
 }
 
 TEST_F(PluginModifierTest, ResetClearsTheRecord) {
