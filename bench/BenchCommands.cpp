@@ -95,7 +95,6 @@ class KeyStage {
                            benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
     ioState.counters["allocations_a_key"] =
         static_cast<real64>(fStage.CountAllocations() - before) / static_cast<real64>(GetKeyCount());
-    ioState.SetItemsProcessed(ioState.iterations() * GetKeyCount());
   }
 
  private:
@@ -113,6 +112,7 @@ void EditKeys(benchmark::State& ioState, MCID inCommand, int64 inRun) {
     stage.SetKeys(inRun);
     stage.Measure(ioState, inCommand);
   }
+  ioState.SetItemsProcessed(ioState.iterations() * stage.GetKeyCount());
 }
 
 void KeyCounts(benchmark::internal::Benchmark* inBenchmark) {
