@@ -236,7 +236,7 @@ struct WorkMemory {
 };
 
 // Answered by a modifier that can say what it reads at its next evaluation, so that a host with many of them gets it
-// under way while it evaluates others. A hint: nothing is to be read through the addresses, and they may be out of date.
+// under way while it evaluates others. A hint: nothing is to be read through the addresses, which may be out of date.
 class IWorkMemory : public IMCUnknown {
  public:
   static constexpr MCGuid kInterfaceID = "7E0C1B5A-90D4-4B57-9E4B-2D0C6A5F1E83"_guid;
