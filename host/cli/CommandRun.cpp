@@ -86,15 +86,18 @@ void RunOnFile(CommandContext& inContext, const CommandRun& inRun, const ChangeR
   const ExtensionRecord& command = NeedCommand(session.GetHost(), inRun.fCommand, "the command");
   const std::unique_ptr<GltfDocument> document = session.Open(inRun.fScene);
   Scene& scene = document->GetScene();
-  const SceneCopy before(scene);
+  std::optional<SceneCopy> before;
+  if (inRun.fIsDry || inReport) {
+    before.emplace(scene);
+  }
   const bool isDone = RunInScene(session, scene, inRun, command);
-  const SceneChanges changes = before.FindChanges();
+  const SceneChanges changes = before ? before->FindChanges() : SceneChanges();
   if (!inRun.fIsDry) {
     document->Write(PathOfText(inRun.fOutput));
   }
   std::string text = Headline(inRun, CommandName(command), isDone, changes);
   text += inRun.fIsDry ? ListChanges(session.GetHost(), scene, changes) : "";
-  text += inReport ? inReport(scene, before, changes) : "";
+  text += inReport ? inReport(scene, *before, changes) : "";
   session.ShowWarnings();
   inContext.fConsole.fOut << text;
 }

@@ -28,13 +28,13 @@ keys, by how much and where. A dry run of wiggle shows one of the many ways that
 )";
 
 const char* const kChainExamples = R"(Examples:
-  qlx chain rig.gltf --on Hip Spine Neck Head --set BRal=on -o out.gltf
+  qlx chain rig.gltf --elements Hip,Spine,Neck,Head --set BRal=on -o out.gltf
                                         the rotations, each bone like the one before it
-  qlx chain rig.gltf --on Hip Spine Neck --set BRal=on dely=on dfrm=4 -o out.gltf
-                                        each four frames after the one before it
-  qlx chain rig.gltf --on Hip Spine Neck --set BRal=on --follow first -o out.gltf
+  qlx chain rig.gltf --below Hip --set BRal=on dely=on dfrm=4 -o out.gltf
+                                        Hip and all below it, each four frames after the one before it
+  qlx chain rig.gltf --elements Hip,Spine,Neck --set BRal=on --follow first -o out.gltf
                                         all like the first
-  qlx chain rig.gltf --on Hip Spine Neck --set BRal=on --dry-run
+  qlx chain rig.gltf --elements Hip,Spine,Neck --set BRal=on --dry-run
                                         the links with their settings; nothing is written
 
 `--set` takes the controls of the dialog "Link of a chain" by their ids or labels, the same for every link that follows
@@ -105,21 +105,31 @@ void EditKeys(CommandContext& inContext, const KeysOptions& inOptions) {
 struct ChainOptions {
   CommandRun fRun;
   std::vector<std::string> fElements;
+  std::string fBelow;
   std::vector<std::string> fSettings;
   std::vector<std::string> fFirstSettings;
   std::string fFollow = "previous";
 };
 
+// What the dialog answers to one button: the element where it asks for one, the settings of the link, and its own OK.
+void AddLink(CommandRun& ioRun, std::initializer_list<std::string> inButton,
+             const std::vector<std::string>& inSettings) {
+  ioRun.fAnswers.insert(ioRun.fAnswers.end(), inButton);
+  ioRun.fAnswers.insert(ioRun.fAnswers.end(), inSettings.begin(), inSettings.end());
+  ioRun.fAnswers.emplace_back("ok");
+}
+
 void LayChain(CommandContext& inContext, const ChainOptions& inOptions) {
   CommandRun run = inOptions.fRun;
   run.fCommand = "chai";
+  if (!inOptions.fBelow.empty()) {
+    AddLink(run, {"abtn", "pick=" + inOptions.fBelow}, inOptions.fFirstSettings);
+    AddLink(run, {"clst=#0", "achb"}, inOptions.fSettings);
+  }
   bool isFirst = true;
   for (const std::string& element : inOptions.fElements) {
-    run.fAnswers.insert(run.fAnswers.end(), {"abtn", "pick=" + element});
-    const auto& settings = isFirst ? inOptions.fFirstSettings : inOptions.fSettings;
-    run.fAnswers.insert(run.fAnswers.end(), settings.begin(), settings.end());
+    AddLink(run, {"abtn", "pick=" + element}, isFirst ? inOptions.fFirstSettings : inOptions.fSettings);
     isFirst = false;
-    run.fAnswers.emplace_back("ok");
   }
   run.fAnswers.emplace_back(MeaningOf(kFollows, inOptions.fFollow, "--follow"));
   RunOnFile(inContext, run);
@@ -155,9 +165,18 @@ void AddChainCommand(CLI::App& inProgram, CommandContext& inContext) {
   const auto options = std::make_shared<ChainOptions>();
   command->footer(kChainExamples);
   AddSceneOptions(*command, options->fRun.fScene);
-  command->add_option("--on", options->fElements, "The elements that get a link, in this order")
-      ->required()
-      ->type_name("NAME...");
+  CLI::Option* const elements =
+      command->add_option("--elements", options->fElements, "The elements that get a link, in this order")
+          ->delimiter(',')
+          ->type_name("NAME,NAME...");
+  command->add_option("--below", options->fBelow, "Instead: the element that leads; all below it follow, parents first")
+      ->type_name("NAME")
+      ->excludes(elements);
+  command->parse_complete_callback([options] {
+    if (options->fElements.empty() && options->fBelow.empty()) {
+      throw CLI::RequiredError("--elements or --below");
+    }
+  });
   command->add_option("--set", options->fSettings, "Settings of the links behind the first")->type_name("ID=VALUE...");
   command->add_option("--set-first", options->fFirstSettings, "Settings of the first link; without any it does nothing")
       ->type_name("ID=VALUE...");

@@ -46,7 +46,7 @@ TEST_F(QlxDryRun, ListsEachKeyAndModifierAndWritesNothing) {
        "Property Explorer, dry run: 1 base value changed\n"
        "Lamp:shdr,0000,Roug\n  base value   value from 0.8 to 0.5\n"},
       {"modifiers",
-       {"chain", arm, "--on", "Base", "Forearm", "--set", "BRal=on", "dely=on", "dfrm=4", "--follow", "first"},
+       {"chain", arm, "--elements", "Base", "Forearm", "--set", "BRal=on", "dely=on", "dfrm=4", "--follow", "first"},
        "QLX Chain, dry run: 2 modifiers added\n"
        "Base\n  QLXModifier 'fQLX' added\n    fMirrorTransform true\n"
        "Forearm\n  QLXModifier 'fQLX' added\n    fDelayOn true\n    fDelayFrames 4\n    fMirrorTransform true\n"

@@ -92,9 +92,13 @@ TEST_F(QlxMenu, PlainVerbsAreTheSameCommands) {
        {"wigl", "--select", "Forearm", "--keys", "all", "--answer", "minf=-2", "maxf=0"}},
       {"chain",
        "chain",
-       {"--on", "Base", "Forearm", "--set", "BRal=on", "mval=2", "--follow", "first"},
+       {"--elements", "Base", "Forearm", "--set", "BRal=on", "mval=2", "--follow", "first"},
        {"QLX Chain", "--answer", "abtn", "pick=Base", "ok", "abtn", "pick=Forearm", "BRal=on", "mval=2", "ok",
         "cgrp=on", "ok"}},
+      {"chain below",
+       "chain",
+       {"--below", "Base", "--set", "BRal=on"},
+       {"QLX Chain", "--answer", "abtn", "pick=Base", "ok", "clst=Base", "achb", "BRal=on", "ok", "cgrp=off"}},
   };
   for (const auto& row : rows) {
     ASSERT_EQ(Run("do", row.fDo).fErr, "") << row.fLabel;
@@ -103,7 +107,7 @@ TEST_F(QlxMenu, PlainVerbsAreTheSameCommands) {
     EXPECT_EQ(run.fErr, "") << row.fLabel;
     EXPECT_TRUE(ReadFile(fFolder / "out.gltf") == done) << row.fLabel;
   }
-  EXPECT_EQ(ModifiersOf("Base") + ModifiersOf("Forearm"), "fQLX fQLX ");
+  EXPECT_EQ(ModifiersOf("Base") + ModifiersOf("Forearm") + ModifiersOf("Hand"), "fQLX fQLX fPIN fQLX ");
 }
 
 TEST_F(QlxMenu, EditsKeys) {
@@ -162,7 +166,7 @@ TEST_F(QlxMenu, FiguresComeFromSkins) {
       "");
   EXPECT_EQ(ModifiersOf("Hip") + ModifiersOf("LegL") + ModifiersOf("LegR") + ModifiersOf("Hat"),
             "fQLX fQLX fQLX fQLX ");
-  ASSERT_EQ(Run("chain", {"--on", "Hip", "LegL", "LegR"}, rig).fErr, "");
+  ASSERT_EQ(Run("chain", {"--elements", "Hip,LegL,LegR"}, rig).fErr, "");
   EXPECT_EQ(ModifiersOf("Rig") + ModifiersOf("LegR") + ModifiersOf("Hat"), "fQLX ");
 
   // Keys at the frames 0 and 10 of each element.
@@ -261,7 +265,7 @@ TEST_F(QlxMenu, AnErrorSaysWhatThereIsAndWritesNothing) {
       {"a scope for wiggle", {"keys", "wiggle", "--scope", "figure"}, "--scope: wiggle works on the selected elements"},
       {"frames for delete", {"keys", "delete", "--forward", "1"}, "delete: --keys, --backward and --forward are for w"},
       {"a link's control",
-       {"chain", "--on", "Hand", "--set-first", "dfrn=3"},
+       {"chain", "--elements", "Hand", "--set-first", "dfrn=3"},
        "--answer dfrn=3: \"Link of a chain\": there is"},
   };
   for (const auto& row : rows) {
