@@ -61,15 +61,15 @@ class Baker {
 
   void AddFrame(std::size_t inFrame) {
     fScene.Evaluate(fResult.fTimes[inFrame]);
-    for (Element* const element : fScene.GetTreeOrder()) {
-      if (element->IsAnimated()) {
-        Check(*element, inFrame);
-      }
+    for (const Element* const element : fScene.GetAnimated()) {
+      Check(*element, inFrame);
     }
+    fNextPlace = 0;
     for (Element* const element : fScene.GetTouched()) {
-      if (element->GetModifiedChannels() != 0) {
+      const ChannelMask modified = element->GetModifiedChannels();
+      if (modified != 0) {
         Check(*element, inFrame);
-        Find(*element, inFrame).fChannels |= element->GetModifiedChannels();
+        Find(*element, inFrame).fChannels |= modified;
       }
     }
     for (BakedElement& baked : fResult.fElements) {
@@ -151,7 +151,11 @@ class Baker {
     throw UserError(inWhat + ", frame " + std::to_string(frame), "the value is not a finite number");
   }
 
+  // Modifiers write in much the same order at each frame: most are behind the one that was found last.
   BakedElement& Find(Element& inElement, std::size_t inFrame) {
+    if (fNextPlace < fResult.fElements.size() && fResult.fElements[fNextPlace].fElement == &inElement) {
+      return fResult.fElements[fNextPlace++];
+    }
     const auto [place, isNew] = fPlaces.try_emplace(&inElement, fResult.fElements.size());
     if (isNew) {
       BakedElement& baked = fResult.fElements.emplace_back();
@@ -163,12 +167,14 @@ class Baker {
       }
       baked.fFrames = baked.fBefore;
     }
+    fNextPlace = place->second + 1;
     return fResult.fElements[place->second];
   }
 
   Scene& fScene;
   BakeResult fResult;
   std::unordered_map<const Element*, std::size_t> fPlaces;
+  std::size_t fNextPlace = 0;  // where `Find` looks first
   std::map<std::pair<const ValueSet*, std::size_t>, std::size_t> fValuePlaces;
 };
 

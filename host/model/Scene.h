@@ -100,6 +100,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   const std::vector<ValueSet*>& GetTouchedValues() const { return fTouchedValues; }
   void Touch(ValueSet& inValues);
   // Those with curves, as of the last evaluation.
+  const std::vector<Element*>& GetAnimated() const { return fAnimated; }
   const std::vector<ValueSet*>& GetAnimatedValues() const { return fAnimatedValues; }
 
   // Selection, in order.

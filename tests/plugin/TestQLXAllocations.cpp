@@ -10,6 +10,25 @@
 namespace qlx::test {
 namespace {
 
+// As many links as are planned ahead.
+TEST(QLXAllocations, LaterEvaluationsOfManyLinksMakeNone) {
+  LinkScene scene;
+  Animate(scene.fA, host::Channel::kRotationX, 0, 100, 1000);
+  for (int i = 0; i < 300; ++i) {
+    LinkScene::Add(scene.Add("Follower"), kRotY, scene.fA, kRotX);
+  }
+  scene.Play(0);
+  scene.Play(1);
+  const auto& memory = static_cast<const TestMemory&>(*gMemoryUtilities);
+  const uint64 news = bench::GetNewCount();
+  const int requests = memory.GetRequests();
+  for (int32 frame = 2; frame < 20; ++frame) {
+    scene.Play(frame);
+  }
+  EXPECT_EQ(bench::GetNewCount(), news);
+  EXPECT_EQ(memory.GetRequests(), requests);
+}
+
 TEST(QLXAllocations, LaterEvaluationsMakeNone) {
   using Change = std::function<void(QLXModifier&)>;
   const struct {
