@@ -163,12 +163,14 @@ void PluginModifier::Apply(Element& inElement) {
 void PluginModifier::ListWorkMemory(WorkLines& ioLines) {
   Modifier::ListWorkMemory(ioLines);
   ioLines.Add(&fModifier, sizeof fModifier);
+  const auto memory = MCQuery<IWorkMemory>(static_cast<I3DShModifier*>(this));
+  if (!memory) {
+    return;
+  }
   WorkMemory ranges[16] = {};
   uint32 count = 0;
   Call("ListWorkMemory", [&] {
-    if (auto* const memory = AskInner<IWorkMemory>()) {
-      count = memory->ListWorkMemory(ranges, std::size(ranges));
-    }
+    count = memory->ListWorkMemory(ranges, std::size(ranges));
     return MC_S_OK;
   });
   constexpr MCSize kMostBytes = 4096;  // of a range, whatever a component says
