@@ -1,9 +1,13 @@
-"""One link of a QLX modifier in attribute mode, computed a second time: what the modifier makes of its target, frame by
+"""The links of a QLX modifier, computed a second time: what the modifier makes of its target, frame by
 frame, written apart from the plug-in so that neither can copy the other's faults.
 
 A link is a dictionary of the modifier's fields, public and private, by name; those that are missing have their defaults.
 Places are what it reads and writes: see `scene.py`. All arithmetic is that of 32-bit reals, in the order in which the
 modifier does it, except where it is said to be wider.
+
+A value that went through a matrix or angles that were a quaternion before is not the same to the last bit in two ways
+of computing it: beside each such value stands its reach, the size of the largest number that it was made of, scaled as
+it was. What two ways differ by is in proportion to that. The reach of all other values is 0.
 """
 import math
 from collections import deque
@@ -16,20 +20,25 @@ OFF = (
     'fCombineSubtract', 'fCombineMultiply', 'fCombineDivide', 'fModifySubtract', 'fModifyMultiply', 'fModifyDivide',
     'fModifySet', 'fOscillateOn', 'fOscillatorCosine', 'fDecayOn', 'fDecayQuadratic', 'fDecayCubic',
     'fDecayQuadraticOnly', 'fDecayCubicOnly', 'fGrowOn', 'fGrowQuadratic', 'fGrowCubic', 'fGrowQuadraticOnly',
-    'fGrowCubicOnly',
-)
+    'fGrowCubicOnly', 'fMirrorTransform', 'fBakeKeyframes', 'fScaleUniform', 'fScaleX', 'fScaleY', 'fScaleZ',
+) + tuple(f'f{kind}{flag}' for kind in ('Position', 'Rotation') for flag in (
+    'All', 'Custom', 'X', 'Y', 'Z', 'InvertX', 'InvertY', 'InvertZ'))
 ON = ('fCombineReplace', 'fModifyAdd', 'fDecayLinear', 'fGrowLinear', 'fOscillatorSine')
 DEFAULTS = dict.fromkeys(OFF, False) | dict.fromkeys(ON, True) | {
     'fModifyValue': 0.0, 'fStartFrame': 0, 'fEndFrame': 0, 'fDelayFrames': 0, 'fModifyUnit': -1, 'fLimitUnit': -1,
-    'fLowerLimit': 0.0, 'fUpperLimit': 0.0, 'fRangeMin': 0.0, 'fRangeMax': 0.0, 'fControllerName': '',
+    'fLowerLimit': 0.0, 'fUpperLimit': 0.0, 'fRangeMin': 0.0, 'fRangeMax': 0.0, 'fControllerName': '', 'fSourceName': '',
     'fDecayMax': 1.0, 'fDecayMin': 0.0, 'fGrowMax': 1.0, 'fGrowMin': 0.0, 'fOscillatorPhase': 0.0,
     'fOscillatorScale': 1.0, 'fOscillatorMax': 1.0, 'fOscillatorMin': -1.0, 'fOscillatorSpeed': 1.0,
     'fTargetPath': '', 'fControllerPath': '',
-    'controller': None,  # the stored reference, as the index of an element
+    'controller': None, 'source': None,  # the stored references, as the index of an element
 }
 
 GLOBAL_KEYS = ('GlbX', 'GlbY', 'GlbZ')
 ROTATION_KEYS = ('RotX', 'RotY', 'RotZ')
+POSITIONS = 'self,amet,TRAN,OFFS,'
+ROTATIONS = 'self,amet,TRAN,ROTA,'
+SCALES = 'self,amet,TRAN,XYZ ,'
+UNIFORM_SCALE = 'self,amet,TRAN,SCAL'
 LENGTH_KEYS = GLOBAL_KEYS + ('XCOO', 'YCOO', 'ZCOO')
 CHANNELS = {key: 1 + i for i, key in enumerate(GLOBAL_KEYS + ROTATION_KEYS + ('SCAL', 'ScaX', 'ScaY', 'ScaZ'))}
 
@@ -64,7 +73,9 @@ class Link:
         self.queue = deque()
         self.last_time = 0
         self.channels = {}
+        self.is_shader = False
         self.size = 0.0  # of the largest number that the last result was added up from: what a tolerance goes by
+        self.reach = 0.0  # of the value that is on its way
 
     def channel(self, key):
         return self.channels.setdefault(CHANNELS.get(key, 0), Channel())
@@ -79,9 +90,33 @@ class Link:
         self.start = frame_time(self.fStartFrame, scene.rate) if self.fStartOn else scene.start
         if self.fStartOn and self.start > self.now:
             return
-        if self.fAttributeMode and not self.attribute_mode(scene, element):
+        if self.fMirrorTransform:
+            self.object_mode(scene, element)
+        elif self.fAttributeMode and not self.attribute_mode(scene, element):
             return
         self.last_time = self.now
+
+    def object_mode(self, scene, element):
+        """Up to ten links, one after the other, with one delay queue for all."""
+        self.is_shader = False
+        if self.now == self.start:
+            self.queue.clear()
+        self.same_frame = self.now == self.last_time
+        source = self.find_element(scene, element, self.fSourceName, self.source)
+        for path in self.mirrored_paths():
+            self.run(scene, element.find(path), source.find(path))
+
+    def mirrored_paths(self):
+        field = vars(self)
+        for kind, folder, key in (('Position', POSITIONS, 'Glb'), ('Rotation', ROTATIONS, 'Rot')):
+            for axis in 'XYZ':
+                if field[f'f{kind}All'] or field[f'f{kind}Custom'] and field[f'f{kind}{axis}']:
+                    yield f'{folder}{key}{axis}'
+        if self.fScaleUniform:
+            yield UNIFORM_SCALE
+        for axis in 'XYZ':
+            if field[f'fScale{axis}']:
+                yield f'{SCALES}Sca{axis}'
 
     def attribute_mode(self, scene, element):
         """False when the evaluation ends without its closing steps."""
@@ -91,53 +126,64 @@ class Link:
         target = element.find(self.fTargetPath)
         if target is None:
             return False
+        self.is_shader = self.fTargetPath.startswith('shdr') and target.key not in GLOBAL_KEYS
         if self.fControllerPathSet:
-            controller = self.find_element(scene, element).find(self.fControllerPath)
+            controller = self.find_element(scene, element, self.fControllerName, self.controller).find(self.fControllerPath)
             if controller is not None:
                 self.run(scene, target, controller)
         elif self.fCombineSelf or self.fModifySet:
             self.run(scene, target, None)
         return True
 
-    def find_element(self, scene, element):
+    def find_element(self, scene, element, name, reference):
         found = None
         if self.fFindControllerByName or self.fFindSourceByName:
-            found = scene.by_name(self.fControllerName)
-        elif self.controller is not None:
-            found = scene.by_index(self.controller)
+            found = scene.by_name(name)
+        elif reference is not None:
+            found = scene.by_index(reference)
         return element if found is None else found
 
     def run(self, scene, target, controller):
         self.end = frame_time(self.fEndFrame, scene.rate) if self.fEndOn else scene.end
         if self.fEndOn and self.end < self.now:
             return
-        if self.now == self.start:
+        is_baked = self.fBakeKeyframes and target.can_have_keys
+        if self.now == self.start and self.fAttributeMode:
             self.queue.clear()
+        if self.now == self.start and is_baked:
+            target.slot.curve.delete(self.now, self.end, self.ticks)
         value = self.filtered(target.key, self.read(target))
-        self.size = 0.0
+        self.size, self.reach = 0.0, target.reach()
         result = self.driven(value, target, controller)
-        if result is not None:
-            target.write(self.limited(result, target.path[-4:]))
+        if result is None:
+            return
+        result = self.limited(result, target.path[-4:])
+        target.write(result, self.reach, self.size)
+        if is_baked and (self.now == self.start or target.slot.curve.at(self.now - self.ticks) != result):
+            target.slot.set_key(self.now)
 
     def read(self, place):
         """Relative links read keys and not what other modifiers made of them, where there can be keys."""
-        return place.animated() if self.fRelative and place.has_holder else place.live()
+        return place.animated() if self.fRelative and place.reads_keys else place.live()
 
     def driven(self, value, target, controller):
         """The target's new value before its limits; nothing while a delay fills."""
-        key = '0000' if self.fTargetPath.startswith('shdr') and target.key not in GLOBAL_KEYS else target.key
+        key = '0000' if self.is_shader else target.key
+        own_reach = self.reach
         if self.fModifySet:
             mapped, _ = self.map_value(key, 0.0)
-            return self.combined(value, self.ranged(mapped))
+            return self.combined(value, self.ranged(mapped), own_reach)
         if self.fCombineSelf:
             mapped, delta = self.map_value(key, value)
             if self.same_frame and delta == 0.0:
                 return value
             mapped = self.delayed(mapped)
             return None if mapped is None else self.ranged(mapped)
-        mapped, _ = self.map_value(key, self.read(controller))
+        read = self.read(controller)
+        self.reach = controller.reach()
+        mapped, _ = self.map_value(key, read)
         mapped = self.delayed(mapped)
-        return None if mapped is None else self.combined(value, self.ranged(mapped))
+        return None if mapped is None else self.combined(value, self.ranged(mapped), own_reach)
 
     # ---- its steps ---------------------------------------------------------------------------------------------
 
@@ -158,19 +204,35 @@ class Link:
         delta = f32(value - channel.baseline)
         if self.fRelative:
             value = delta
+            self.widen(channel.baseline)
+        if self.fMirrorTransform and self.is_inverted(key):
+            value = -value
         value = self.modified(value, converted(self.fModifyValue, self.fModifyUnit, key))
-        if self.fOscillateOn:
-            value = f32(value * self.oscillator())
-        return f32(value * self.curve()), delta
+        for factor in ([self.oscillator()] if self.fOscillateOn else []) + [self.curve()]:
+            value = f32(value * factor)
+            self.reach *= abs(factor)
+        return value, delta
+
+    def is_inverted(self, key):
+        if key in GLOBAL_KEYS:
+            return vars(self)[f'fPositionInvert{key[-1]}']
+        return key in ROTATION_KEYS and vars(self)[f'fRotationInvert{key[-1]}']
+
+    def widen(self, number):
+        self.reach = self.reach and max(self.reach, abs(number))
 
     def modified(self, value, operand):
+        if self.fModifyAdd or self.fModifySubtract:
+            self.widen(operand)
         if self.fModifyAdd:
             return f32(operand + value)
         if self.fModifySubtract:
             return f32(value - operand)  # computed in 64 bits
         if self.fModifyMultiply:
+            self.reach *= abs(operand)
             return f32(operand * value)
         if self.fModifyDivide:
+            self.reach /= abs(operand) or 1.0
             return value if operand == 0.0 else div(value, operand)
         return operand if self.fModifySet else value
 
@@ -236,10 +298,11 @@ class Link:
     def delayed(self, value):
         if not self.fDelayOn:
             return value
-        self.queue.append(value)
+        self.queue.append((value, self.reach))
         if self.now < saturated(self.start + self.fDelayFrames * self.ticks):
             return None
-        return self.queue.popleft()
+        value, self.reach = self.queue.popleft()
+        return value
 
     def ranged(self, value):
         if self.fRangeOn:
@@ -247,16 +310,23 @@ class Link:
             value = self.fRangeMin if value < self.fRangeMin else value
         return value
 
-    def combined(self, target, value):
+    def combined(self, target, value, target_reach):
+        reach, self.reach = self.reach, target_reach
         if self.fCombineReplace:
+            self.reach = reach
             return value
         if self.fCombineAdd or self.fCombineSubtract:
             self.size = max(abs(target), abs(value))
+            self.reach = max(reach, target_reach) and max(reach, target_reach, self.size)
             return f32(value + target) if self.fCombineAdd else f32(target - value)
         if self.fCombineMultiply:
+            self.reach = max(reach * abs(target), abs(value) * target_reach)
             return f32(value * target)
         if self.fCombineDivide:
-            return target if value == 0.0 else div(target, value)
+            if value == 0.0:
+                return target
+            self.reach = target_reach / abs(value) + abs(target) / value**2 * reach if reach or target_reach else 0.0
+            return div(target, value)
         return target
 
     def limited(self, value, key):

@@ -1,8 +1,8 @@
 """Random links, seeded, and their text in a scene file."""
 import struct
 
+from chain import POSITIONS, ROTATIONS, SCALES, UNIFORM_SCALE
 from floats import INT_MAX, INT_MIN, f32
-from scene import POSITIONS, ROTATIONS
 
 GROUPS = {
     'combine': ('fCombineReplace', 'fCombineSelf', 'fCombineAdd', 'fCombineSubtract', 'fCombineMultiply',
@@ -25,7 +25,7 @@ BLOCKS = (
               ('ospd', 'fOscillatorSpeed'))),
 )
 PRIVATE = {field for _, rows in BLOCKS for _, field in rows} | {
-    'fTargetPath', 'fTargetPathSet', 'fControllerPath', 'fControllerPathSet', 'controller'}
+    'fTargetPath', 'fTargetPathSet', 'fControllerPath', 'fControllerPathSet', 'controller', 'source'}
 
 
 def token_number(value):
@@ -41,7 +41,7 @@ def reference(index):
 def private_text(fields):
     """What the modifier's own persistence writes."""
     rows = [f'pset {int(fields["fTargetPathSet"])}', f'cpsl "{fields["fTargetPath"]}"',
-            f'sobj "{reference(fields.get("controller"))}"', 'bobj ""',
+            f'sobj "{reference(fields.get("controller"))}"', f'bobj "{reference(fields.get("source"))}"',
             f'cpst {int(fields["fControllerPathSet"])}', f'spar "{fields["fControllerPath"]}"']
     for block, tokens in BLOCKS:
         rows.append(f'{block} {{')
@@ -143,7 +143,7 @@ def random_target(random):
     if kind < 17:
         return f'{ROTATIONS}Rot{random.rng.choice("XYZ")}'
     if kind < 18:
-        return random.rng.choice(('self,amet,TRAN,SCAL', 'self,amet,TRAN,XYZ ,ScaY'))
+        return random.rng.choice((UNIFORM_SCALE, f'{SCALES}ScaY'))
     return random.rng.choice(('shdr,0000,Roug', 'shdr,0000,BCol,grnV', 'shdr,0000,BCol,alpV'))
 
 
@@ -170,4 +170,45 @@ def random_link(random, frames, sources):
     fields |= random_window(random, frames) | random_delay(random) | random_mapping(random) | random_curves(random)
     if (fields['fModifySet'] or fields['fCombineSelf']) and random.chance(0.5):
         fields['fControllerPathSet'] = False
+    return random_baking(random, fields, is_rounded=False)
+
+
+def random_baking(random, fields, is_rounded):
+    """What a link wrote comes back to it in its own keys: then a rounding would grow from frame to frame."""
+    fields['fBakeKeyframes'] = random.chance(0.2)
+    if fields['fBakeKeyframes'] and (is_rounded or has_sine(fields)):
+        fields |= {'fCombineReplace': True, 'fCombineSelf': False}
     return fields
+
+
+def has_sine(fields):
+    return bool(fields['fOscillateOn'] and (fields['fOscillatorSine'] or fields['fOscillatorCosine']))
+
+
+def random_axes(random, kind):
+    on = {name: random.chance(0.5) for name in 'XYZ'} | {f'Invert{name}': random.chance(0.3) for name in 'XYZ'}
+    chosen = random.rng.choice(('All', 'None', 'Custom', 'Custom'))
+    on |= {name: name == chosen or random.chance(0.03) for name in ('All', 'None', 'Custom')}
+    return {f'f{kind}{name}': is_on for name, is_on in on.items()}
+
+
+def random_mirror(random, frames, sources, is_rounded):
+    """The fields of a link in object mode. `sources` are elements, by name and index."""
+    name, index = random.rng.choice(sources)
+    fields = {
+        'fMirrorTransform': True, 'fAttributeMode': random.chance(0.2), 'fSourceName': name, 'fControllerName': 'Nobody',
+        'fFindSourceByName': True, 'fFindControllerByName': random.chance(0.1),
+        'fTargetPath': random.rng.choice(('', CUSTOM_TARGET, 'shdr,0000,BCol,grnV')), 'fControllerPath': OWN_VALUE,
+        'fTargetPathSet': random.chance(0.3), 'fControllerPathSet': random.chance(0.3),
+    }
+    if random.chance(0.1):  # by the other flag
+        fields |= {'fFindControllerByName': True, 'fFindSourceByName': False}
+    if random.chance(0.4):  # by reference
+        fields |= {'source': index, 'fFindControllerByName': False, 'fFindSourceByName': False}
+    if random.chance(0.1):  # of its own element
+        fields |= {'fSourceName': 'Nobody', 'source': random.rng.choice((None, 10**6))}
+    for kind in ('Position', 'Rotation'):
+        fields |= random_axes(random, kind)
+    fields |= {flag: random.chance(0.3) for flag in ('fScaleUniform', 'fScaleX', 'fScaleY', 'fScaleZ')}
+    fields |= random_window(random, frames) | random_delay(random) | random_mapping(random) | random_curves(random)
+    return random_baking(random, fields, is_rounded)
