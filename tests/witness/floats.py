@@ -1,5 +1,6 @@
 """32-bit reals and ticks in Python: every operation rounds once, as the hardware does."""
 import math
+import struct
 from ctypes import c_float
 
 INT_MAX = 2**31 - 1
@@ -10,6 +11,10 @@ TICKS_PER_SECOND = 180000
 def f32(value):
     """The nearest 32-bit real; what is too large is infinite."""
     return c_float(value).value
+
+
+def same_bits(a, b):
+    return struct.pack('<f', a) == struct.pack('<f', b)
 
 
 def div(a, b):

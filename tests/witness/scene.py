@@ -10,7 +10,7 @@ import struct
 
 from chain import GLOBAL_KEYS, POSITIONS, ROTATIONS, SCALES, UNIFORM_SCALE
 from curve import Curve
-from floats import f32, frame_time
+from floats import f32, frame_time, same_bits
 
 INCHES_IN_METRE = 39.3700787
 FLOAT, ARRAY_BUFFER = 5126, 34962
@@ -19,9 +19,9 @@ FLOAT, ARRAY_BUFFER = 5126, 34962
 class Slot:
     """A number of the scene: its value before modifiers on each frame, and the evaluated one."""
 
-    def __init__(self, column, values, is_bool=False, is_rounded=False):
+    def __init__(self, column, values, is_bool=False, is_pose=False, is_rounded=False):
         self.column, self.values, self.is_bool = column, values, is_bool  # one value when it has no keys
-        self.is_rounded = is_rounded  # was a quaternion in the file
+        self.is_pose, self.is_rounded = is_pose, is_rounded  # rounded: was a quaternion in the file
         self.curve = None  # as links that write keys leave it
         self.made = None  # what a link makes of it on each frame
         self.value = None
@@ -48,6 +48,10 @@ class Slot:
     def set_key(self, time):
         self.curve.set(time, self.value)
         self.kept_reach = max(self.kept_reach, self.reach)
+
+    def differ(self, a, b):
+        """To the host zeros of two signs differ in an element's pose, and in other values they do not."""
+        return a != b or self.is_pose and not same_bits(a, b)
 
     def write(self, value, reach=0.0, size=0.0):
         self.value, self.reach, self.size = float(value != 0.0) if self.is_bool else value, reach, size
@@ -170,12 +174,14 @@ class Element:
         for i, axis in enumerate('XYZ'):
             path = f'{POSITIONS}{axis}COO'
             inches = [f32(row[i] * INCHES_IN_METRE) for row in metres]
-            self.add(Slot(f'{self.name} {axis}COO (inches)', inches), path, reads_keys=False)
+            self.add(Slot(f'{self.name} {axis}COO (inches)', inches, is_pose=True), path, reads_keys=False)
             positions.append(self.places[path].slot)
             turn = [f32(row[i]) for row in angles or [(0.0, 0.0, 0.0)]]
-            self.add(Slot(f'{self.name} Rot{axis} (radians)', turn, is_rounded=bool(angles)), f'{ROTATIONS}Rot{axis}')
-            self.add(Slot(f'{self.name} Sca{axis} (factor)', [f32(row[i]) for row in scales]), f'{SCALES}Sca{axis}')
-        self.add(Slot(f'{self.name} SCAL (factor)', [1.0]), UNIFORM_SCALE)
+            self.add(Slot(f'{self.name} Rot{axis} (radians)', turn, is_pose=True, is_rounded=bool(angles)),
+                     f'{ROTATIONS}Rot{axis}')
+            scale = [f32(row[i]) for row in scales]
+            self.add(Slot(f'{self.name} Sca{axis} (factor)', scale, is_pose=True), f'{SCALES}Sca{axis}')
+        self.add(Slot(f'{self.name} SCAL (factor)', [1.0], is_pose=True), UNIFORM_SCALE)
         for axis, slot in zip('XYZ', positions):
             path = f'{POSITIONS}Glb{axis}'
             self.places[path] = (GlobalPlace(self.scene, positions, path, parent) if parent

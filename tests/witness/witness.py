@@ -13,7 +13,6 @@ import itertools
 import json
 import math
 import random
-import struct
 import subprocess
 import sys
 import tempfile
@@ -22,9 +21,9 @@ from pathlib import Path
 sys.dont_write_bytecode = True  # before our own modules: a source tree is no place for it
 
 from chain import DEFAULTS, GLOBAL_KEYS, POSITIONS, ROTATIONS, SCALES, UNIFORM_SCALE, Link
-from floats import f32
+from floats import f32, same_bits
 from random_links import CUSTOM_TARGET, OWN_VALUE, Random, has_sine, modifier_json, random_link, random_mirror
-from scene import Scene
+from scene import Scene, Slot
 
 FRAMES = 60
 RATES = (24, 30, 29.97, 12.5)
@@ -67,7 +66,7 @@ class Case:
             before = [slot.value for slot in self.slots]
             link.evaluate(scene, self.element)
             after = [slot.value for slot in self.slots]
-            if not is_changed and before != after:
+            if not is_changed and any(map(Slot.differ, self.slots, before, after)):
                 is_changed = True
                 self.see_keys(scene, frame)
             for slot, value in zip(self.slots, before):
@@ -244,10 +243,6 @@ def bake(program, scene, folder, name):
     with open(table, newline='') as stream:
         titles, *rows = csv.reader(stream)
     return {title: [f32(float(row[i])) for row in rows] for i, title in enumerate(titles)}
-
-
-def same_bits(a, b):
-    return struct.pack('<f', a) == struct.pack('<f', b)
 
 
 def check_others(scene, cases, baked):
