@@ -1,5 +1,5 @@
-"""The links of a QLX modifier, computed a second time: what the modifier makes of its target, frame by
-frame, written apart from the plug-in so that neither can copy the other's faults.
+"""The links of a QLX modifier, computed a second time: what the modifier makes of its targets, frame by frame, written
+apart from the plug-in so that neither can copy the other's faults.
 
 A link is a dictionary of the modifier's fields, public and private, by name; those that are missing have their defaults.
 Places are what it reads and writes: see `scene.py`. All arithmetic is that of 32-bit reals, in the order in which the

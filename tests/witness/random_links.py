@@ -196,7 +196,8 @@ def random_mirror(random, frames, sources, is_rounded):
     """The fields of a link in object mode. `sources` are elements, by name and index."""
     name, index = random.rng.choice(sources)
     fields = {
-        'fMirrorTransform': True, 'fAttributeMode': random.chance(0.2), 'fSourceName': name, 'fControllerName': 'Nobody',
+        'fMirrorTransform': True, 'fAttributeMode': random.chance(0.2), 'fSourceName': name,
+        'fControllerName': 'Nobody',
         'fFindSourceByName': True, 'fFindControllerByName': random.chance(0.1),
         'fTargetPath': random.rng.choice(('', CUSTOM_TARGET, 'shdr,0000,BCol,grnV')), 'fControllerPath': OWN_VALUE,
         'fTargetPathSet': random.chance(0.3), 'fControllerPathSet': random.chance(0.3),

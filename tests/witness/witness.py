@@ -246,7 +246,7 @@ def bake(program, scene, folder, name):
 
 
 def check_others(scene, cases, baked):
-    """What no random link writes stays as it was: the other parts of a colour have columns beside the one that changed."""
+    """What no random link writes is as it was: the other parts of a colour have columns beside the one that changed."""
     targets = {id(slot) for case in cases for slot in case.slots}
     for slot in (slot for element in scene.elements for slot in element.slots if id(slot) not in targets):
         for frame, found in enumerate(baked.get(slot.column, ())):
@@ -257,7 +257,8 @@ def check_others(scene, cases, baked):
 
 class Verdict:
     def __init__(self):
-        self.values = self.changed = self.mirrored = self.with_keys = self.rounded = self.exact_rounded = 0
+        self.values = self.changed = self.mirrored = self.with_keys = 0
+        self.rounded = self.exact_rounded = 0
         self.worst = 0.0
         self.failures = []
 
