@@ -26,7 +26,8 @@ OFF = (
 ON = ('fCombineReplace', 'fModifyAdd', 'fDecayLinear', 'fGrowLinear', 'fOscillatorSine')
 DEFAULTS = dict.fromkeys(OFF, False) | dict.fromkeys(ON, True) | {
     'fModifyValue': 0.0, 'fStartFrame': 0, 'fEndFrame': 0, 'fDelayFrames': 0, 'fModifyUnit': -1, 'fLimitUnit': -1,
-    'fLowerLimit': 0.0, 'fUpperLimit': 0.0, 'fRangeMin': 0.0, 'fRangeMax': 0.0, 'fControllerName': '', 'fSourceName': '',
+    'fLowerLimit': 0.0, 'fUpperLimit': 0.0, 'fRangeMin': 0.0, 'fRangeMax': 0.0, 'fControllerName': '',
+    'fSourceName': '',
     'fDecayMax': 1.0, 'fDecayMin': 0.0, 'fGrowMax': 1.0, 'fGrowMin': 0.0, 'fOscillatorPhase': 0.0,
     'fOscillatorScale': 1.0, 'fOscillatorMax': 1.0, 'fOscillatorMin': -1.0, 'fOscillatorSpeed': 1.0,
     'fTargetPath': '', 'fControllerPath': '',
@@ -128,7 +129,8 @@ class Link:
             return False
         self.is_shader = self.fTargetPath.startswith('shdr') and target.key not in GLOBAL_KEYS
         if self.fControllerPathSet:
-            controller = self.find_element(scene, element, self.fControllerName, self.controller).find(self.fControllerPath)
+            found = self.find_element(scene, element, self.fControllerName, self.controller)
+            controller = found.find(self.fControllerPath)
             if controller is not None:
                 self.run(scene, target, controller)
         elif self.fCombineSelf or self.fModifySet:
