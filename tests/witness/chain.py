@@ -1,7 +1,7 @@
 """The links of a QLX modifier, computed a second time: what the modifier makes of its targets, frame by frame, written
 apart from the plug-in so that neither can copy the other's faults.
 
-A link is a dictionary of the modifier's fields, public and private, by name; those that are missing have their defaults.
+A link is a dictionary of the modifier's fields, public and private, by name; missing ones have their defaults.
 Places are what it reads and writes: see `scene.py`. All arithmetic is that of 32-bit reals, in the order in which the
 modifier does it, except where it is said to be wider.
 
