@@ -77,9 +77,9 @@ class KeyStage {
         curve.Clear();
         curve.Reserve(static_cast<std::size_t>(fKeys));
         for (int64 i = 0; i < fKeys; ++i) {
-          curve.SetKey({.fTime = static_cast<int32>(i) * kKeyTicks,
-                        .fValue = static_cast<real32>(i / inRun),
-                        .fSelected = true});
+          const int64 run = i / inRun;
+          curve.SetKey(
+              {.fTime = static_cast<int32>(i) * kKeyTicks, .fValue = static_cast<real32>(run), .fSelected = true});
         }
       }
     }

@@ -2,7 +2,9 @@
 // left, and the keys that are marked.
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <array>
+#include <bit>
+#include <tuple>
 
 #include "CommandTest.h"
 #include "DeleteKeyframes.h"
@@ -29,7 +31,8 @@ bool AreEqualKeys(MCID inType, const ValueNumbers& inA, const ValueNumbers& inB)
   if (inType == "bool"_id) {
     return (inA[0] >= 0.5f) == (inB[0] >= 0.5f);
   }
-  return inType == "qfix"_id ? inA[0] == inB[0] : std::memcmp(inA.data(), inB.data(), sizeof inA) == 0;
+  using Bytes = std::array<uint32, std::tuple_size_v<ValueNumbers>>;
+  return inType == "qfix"_id ? inA[0] == inB[0] : std::bit_cast<Bytes>(inA) == std::bit_cast<Bytes>(inB);
 }
 
 void RemoveFrom(PlainKeys& ioKeys, bool inDeletes, int32 inTime) {

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """witness.py QLX [--links N] [--seed N] [--keep FOLDER] - random links baked by the program, and computed here.
 
-Scenes of several frame rates with N links in all (default 2000) are baked over 60 frames; each value of the table must
-be the one that `chain.py` computes: to the last bit, and within 1e-6 of its size where a link has a sine, or where it went
-through a matrix or was a quaternion. One link in eight is in object mode, one in five writes keys. The scenes as the
-program saves them must bake alike. Prints one line, or the first differences with all fields of their links; ends with
-1 when something differs. With --spoil the scenes get other numbers than the computation: then it must find differences.
+Scenes of several frame rates with N links in all (default 2000) are baked over 60 frames; each value of the table
+must be the one that `chain.py` computes: to the last bit, and within 1e-6 of its size where a link has a sine, or
+where it went through a matrix or was a quaternion. One link in eight is in object mode, one in five writes keys. The
+scenes as the program saves them must bake alike. Prints one line, or the first differences with all fields of their
+links; ends with 1 when something differs. With --spoil the scenes get other numbers than the computation: then it
+must find differences.
 """
 import argparse
 import csv
@@ -293,8 +294,8 @@ class Verdict:
             print(f'  before: {case.before[slot][frame]!r}; {json.dumps(case.fields)}')
         links = len({id(failure[0]) for failure in self.failures})
         print(f'{"FAIL" if self.failures else "OK"} {links} links differ in {self.values} values; {self.changed} '
-              f'targets change, {self.mirrored} are of object mode, {self.with_keys} get keys; of {self.rounded} values with '
-              f'sines, matrices or quaternions {self.exact_rounded} are equal to the last bit, the worst is '
+              f'targets change, {self.mirrored} are of object mode, {self.with_keys} get keys; of {self.rounded} '
+              f'values with sines, matrices or quaternions {self.exact_rounded} are equal to the last bit, the worst is '
               f'{self.worst:.2e} away')
 
 
