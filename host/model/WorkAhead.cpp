@@ -13,12 +13,14 @@ namespace {
 constexpr std::size_t kFewSteps = 256;
 constexpr std::size_t kDistance = 4;
 constexpr std::uintptr_t kLine = 64;
+constexpr std::size_t kMostLines = 128;  // of a step: more would drive out what they are to bring
 
 }  // namespace
 
 void WorkLines::Add(const void* inStart, std::size_t inBytes) {
   const auto start = reinterpret_cast<std::uintptr_t>(inStart);
-  for (std::uintptr_t line = start & ~(kLine - 1); line < start + inBytes; line += kLine) {
+  for (std::uintptr_t line = start & ~(kLine - 1); line < start + inBytes && fLines.size() < kMostLines;
+       line += kLine) {
     const auto* const address = reinterpret_cast<const void*>(line);
     if (std::find(fLines.begin(), fLines.end(), address) == fLines.end()) {
       fLines.push_back(address);
