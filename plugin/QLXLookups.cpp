@@ -71,15 +71,40 @@ void QLXParameter::Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent) {
     const MCID type = fObject->GetDataType();
     fOwnKey = fObject->GetParamID();
     fPlace = FindNumber(type, inComponent);
-    fValue.SetType(FindParamType(type));
+    SetType(FindParamType(type));
   }
+}
+
+// Without memory for a large value there is none.
+void QLXParameter::SetType(ParamType* inType) {
+  ClearValue();
+  if (!inType) {
+    return;
+  }
+  if (inType->GetDataSize() <= sizeof fSmall) {
+    inType->ConstructData(fSmall);
+    fValue = ParamHolder(inType, fSmall);
+    return;
+  }
+  fLarge.reset(new (std::nothrow) QLXValueBuffer(inType));
+  if (fLarge) {
+    fValue = fLarge->GetHolder();
+  }
+}
+
+void QLXParameter::ClearValue() {
+  if (fValue.IsValid() && !fLarge) {
+    fValue.GetParamType()->DestructData(fSmall);
+  }
+  fValue = {};
+  fLarge.reset();
 }
 
 void QLXParameter::Forget() {
   fIsKnown = false;
   fObject = nullptr;
   fParam.Clear();
-  fValue.Clear();
+  ClearValue();
 }
 
 QLXPathKey::QLXPathKey(const TMCString& inPath, bool inIsSet)

@@ -23,6 +23,11 @@ namespace qlx {
 // A parameter that was looked up, and room for its value.
 class QLXParameter {
  public:
+  QLXParameter() = default;
+  QLXParameter(const QLXParameter&) = delete;
+  QLXParameter& operator=(const QLXParameter&) = delete;
+  ~QLXParameter() { ClearValue(); }
+
   // Looked up, with or without success.
   bool IsKnown() const { return fIsKnown; }
   bool Exists() const { return fObject != nullptr; }
@@ -33,20 +38,28 @@ class QLXParameter {
   ParamInfo& GetParam() const { return *fObject; }
   MCID GetOwnKey() const { return fOwnKey; }
   // False for a type that the host does not know: the number is then 0.
-  bool HasValue() const { return fValue.HasValue(); }
-  ParamType* GetType() const { return fValue.GetType(); }
-  ParamHolder& GetValue() { return fValue.GetHolder(); }
-  real32 GetNumber() const { return GetNumberOf(fValue); }
+  bool HasValue() const { return fValue.IsValid(); }
+  ParamType* GetType() const { return fValue.GetParamType(); }
+  ParamHolder& GetValue() { return fValue; }
+  real32 GetNumber() const { return ReadNumber(fPlace, fValue.GetData()); }
   real32 GetNumberOf(const QLXValueBuffer& inValue) const { return ReadNumber(fPlace, inValue.GetData()); }
   void SetNumber(real32 inNumber) { StoreNumber(fPlace, inNumber, fValue.GetData()); }
+  // What stands in front of this is read at each evaluation.
+  const void* GetEndOfWork() const { return &fLarge; }
 
  private:
-  TMCCountedPtr<ParamInfo> fParam;
-  ParamInfo* fObject = nullptr;  // what is held above
+  void SetType(ParamType* inType);
+  void ClearValue();
+
+  // What each evaluation needs comes first.
+  ParamInfo* fObject = nullptr;  // what `fParam` holds
   MCID fOwnKey = 0;
   QLXNumberPlace fPlace;
   bool fIsKnown = false;
-  QLXValueBuffer fValue;
+  ParamHolder fValue;
+  alignas(real64) alignas(void*) std::byte fSmall[16];  // every value that has numbers fits
+  std::unique_ptr<QLXValueBuffer> fLarge;
+  TMCCountedPtr<ParamInfo> fParam;
 };
 
 // What a path says by its letters alone.
@@ -125,7 +138,9 @@ class QLXLookups {
   QLXParameter* FindSource(std::size_t inLink);
 
   // What stands in front of this is read at each evaluation.
-  const TMCString& GetEndOfWork() const { return fLinkedName; }
+  const void* GetEndOfWork() const { return fTarget.GetEndOfWork(); }
+  // The name that the linked element was found by, if it was.
+  const TMCString& GetFoundName() const { return fLinkedName; }
   // The own key of the target of attribute mode, 0 before it is looked up.
   MCID GetTargetOwnKey() const { return fTarget.GetOwnKey(); }
 
@@ -168,8 +183,8 @@ class QLXLookups {
   bool fIsStale = false;
   QLXPathKey fTargetKey;
   QLXPathKey fControllerKey;
-  QLXParameter fTarget;
   QLXParameter fController;
+  QLXParameter fTarget;
   std::unique_ptr<ObjectParameters> fObjectParameters;
   TMCString255 fLinkedName;
 };

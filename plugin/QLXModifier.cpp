@@ -57,23 +57,24 @@ MCResult QLXModifier::SetTreeElement(TreeElement* inTree) {
 }
 
 uint32 QLXModifier::ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) {
-  const auto from = [](const auto& inFirst, const auto& inEnd) {
-    const auto* const start = reinterpret_cast<const std::byte*>(&inFirst);
-    return WorkMemory{start, static_cast<MCSize>(reinterpret_cast<const std::byte*>(&inEnd) - start)};
+  const auto between = [](const void* inStart, const void* inEnd) {
+    const auto* const start = static_cast<const std::byte*>(inStart);
+    return WorkMemory{start, static_cast<MCSize>(static_cast<const std::byte*>(inEnd) - start)};
   };
   const auto whole = [](const auto& inPart) { return WorkMemory{&inPart, sizeof inPart}; };
   const bool isByName = fData.fFindControllerByName || fData.fFindSourceByName;
   const TMCString& name = fData.fAttributeMode ? fData.fControllerName : fData.fSourceName;
   const WorkMemory ranges[] = {
-      from(*this, fMemory.fChannels),
-      from(fLookups, fLookups.GetEndOfWork()),
-      from(fData.fCombineReplace, fData.fSourceName),
-      from(fData.fPositionAll, fData.fName),
-      from(fData.fAbsolute, fPrivate),
+      WorkMemory{this, sizeof(void*)},
+      between(&fMemory, &fMemory.fChannels),
+      between(&fLookups, fLookups.GetEndOfWork()),
+      between(&fData.fCombineReplace, &fData.fSourceName),
+      between(&fData.fPositionAll, &fData.fName),
+      between(&fData.fAbsolute, &fPrivate),
       fData.fAttributeMode ? whole(fMemory.fChannels[GetQLXChannel(fLookups.GetTargetOwnKey())])
                            : whole(fMemory.fChannels),
       isByName ? WorkMemory{&name, sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
-      isByName ? WorkMemory{&fLookups.GetEndOfWork(), sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
+      isByName ? WorkMemory{&fLookups.GetFoundName(), sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
       fData.fDecayOn || fData.fGrowOn || fData.fOscillateOn ? whole(fPrivate.fCurves) : WorkMemory{},
   };
   const auto count = std::min<uint32>(inRoom, std::size(ranges));

@@ -80,13 +80,14 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO, public 
   void LoadPreset(const TMCString& inFile);
   void SavePreset(const TMCString& inFile);
 
-  bool fLinksLocked = false;
-  // What each evaluation needs comes first: of many links, the memory that each touches is what it costs.
+  // Of many links, the memory that each evaluation touches is what it costs: in this order a plain one touches nine cache
+  // lines on 64-bit targets, where the object begins with one.
   QLXMemory fMemory;
-  QLXLookups fLookups;  // forgotten with every change of the private data
+  QLXLookups fLookups;           // forgotten with every change of the private data
+  TMCDynamicString fPresetFile;  // loaded or saved last
   QLXModifierData fData;
   QLXPrivateData fPrivate;
-  TMCDynamicString fPresetFile;        // loaded or saved last
+  bool fLinksLocked = false;
   QLXModifier* fClonedFrom = nullptr;  // not counted, and never read: for whoever looks into the object
 };
 

@@ -284,16 +284,9 @@ ChannelMask Element::GetModifiedChannels() const {
 // Modifiers
 
 void Element::ListWorkMemory(WorkLines& ioLines) const {
-  const auto* const end = reinterpret_cast<const std::byte*>(&fLocal);
+  const auto* const end = reinterpret_cast<const std::byte*>(&fFrame);
   ioLines.Add(this, static_cast<std::size_t>(end - reinterpret_cast<const std::byte*>(this)));
-  ioLines.Add(fModifiers.data(), fModifiers.size() * sizeof fModifiers[0]);
-  // Few elements have more; those behind are left out, so that a plan stays small whatever an element carries.
-  constexpr std::size_t kMostListed = 4;
-  for (std::size_t i = 0; i < std::min(kMostListed, fModifiers.size()); ++i) {
-    fModifiers[i]->ListWorkMemory(ioLines);
-  }
   if (fParameters) {
-    ioLines.Add(fParameters.get(), sizeof(ElementParameters));
     fParameters->ListWorkMemory(ioLines);
   }
 }

@@ -8,6 +8,7 @@
 
 #include "Channels.h"
 #include "Curve.h"
+#include "ElementChannel.h"
 #include "ElementPose.h"
 #include "HostObject.h"
 #include "HostParameters.h"
@@ -15,6 +16,7 @@
 #include "MCString.h"
 #include "Modifier.h"
 #include "RotationCurve.h"
+#include "WorkAhead.h"
 
 namespace qlx::host {
 
@@ -27,7 +29,6 @@ class Scene;
 class SceneObject;
 class Shader;
 class ValueSet;
-class WorkLines;
 struct SavedElement;
 
 struct AttachedValues {
@@ -45,7 +46,7 @@ struct AttachedValues {
 // A rotation that came as quaternions (`SetRotationCurve`) rules the three rotation channels, with angles nearest to
 // those of their own curves, which should hold the same rotation at the same keys. The first edit of one of the three
 // channels drops it: the curves then rule. A write at a time between keys keys all three, so that the pose stays.
-class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwner, I3DShAttributes, I3DShInstance,
+class alignas(kCacheLine) Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwner, I3DShAttributes, I3DShInstance,
                                         I3DShObjectHolder, I3DShShaderHolder, I3DShFigure, I3DShFigureMember> {
  public:
   Element(Scene& inScene, uint32 inID, std::string_view inName);
@@ -109,7 +110,7 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
 
   // Modifiers, in order. An index past the end adds at the end.
   const std::vector<TMCCountedPtr<Modifier>>& GetModifiers() const { return fModifiers; }
-  // What an evaluation of the modifiers reads, the element's own values first.
+  // What an evaluation of modifiers reads of it and of the parameters that somebody holds.
   void ListWorkMemory(WorkLines& ioLines) const;
   void AddModifier(Modifier& inModifier, std::size_t inIndex);
   void RemoveModifier(std::size_t inIndex);
@@ -154,6 +155,8 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   void MC_CALL ForEachTimeLine(IForEachTimeLineCallback* inCallback) override;
   TimeBasedData* MC_CALL GetTimeBasedData() override;
   const ParameterGroup& GetParameters();
+  // Those who speak of its channels from elsewhere.
+  ElementChannels& GetChannels() { return fChannels; }
 
   // What it shows
   I3DShObject* MC_CALL GetShownObject() override;
@@ -205,25 +208,27 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   void NotePoseEdit(ChannelMask inMask);
 
   // What each evaluation needs comes first and lies together: a scene's elements are more than the processor's caches
-  // hold, and what is read of each is what an evaluation costs.
-  Scene* fScene;
-  Element* fParent = nullptr;
+  // hold, and what is read of each is what an evaluation costs. On 64-bit targets these are four cache lines, of which
+  // taking the values of a time reads the second and third.
   ChannelMask fWritten = 0;  // channels written during this evaluation
-  bool fIsTouched = false;   // stands in the scene's list
   mutable LocalState fLocalState = LocalState::kNotMade;
+  bool fIsTouched : 1 = false;  // stands in the scene's list
   // A global matrix is valid only while every ancestor's is: an element that is not valid has none valid below it.
-  mutable bool fGlobalValid = false;
-  mutable ValidLinks fLinks;
+  mutable bool fGlobalValid : 1 = false;
   std::unique_ptr<Curves> fCurves;
   ChannelValues fEvaluated;
   ChannelValues fBase;
-  std::vector<TMCCountedPtr<Modifier>> fModifiers;
   ChannelValues fUnmodified;  // what this evaluation began with; kept when `fWritten` is set
+  Scene* fScene;
+  std::unique_ptr<RotationCurve> fRotationCurve;
+  Element* fParent = nullptr;
+  mutable ValidLinks fLinks;
+
   PoseFrame fFrame;
+  std::vector<TMCCountedPtr<Modifier>> fModifiers;
   mutable TreeTransform fLocal;
   mutable TOffsetMatrix33 fGlobal;
 
-  std::unique_ptr<RotationCurve> fRotationCurve;
   ChannelMask fEdited = 0;
   uint32 fID;
   std::size_t fIndexInParent = 0;
@@ -232,6 +237,7 @@ class Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwn
   std::unique_ptr<std::vector<AttachedValues>> fAttached;  // few elements have any
   Figure* fFigure = nullptr;
   Figure* fMemberOf = nullptr;
+  ElementChannels fChannels;
   std::unique_ptr<ElementParameters> fParameters;  // both are made on first use
   std::unique_ptr<ElementTimeLines> fTimeLines;
   std::shared_ptr<const TMCString255> fName;  // apart, as it is as large as all the rest

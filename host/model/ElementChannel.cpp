@@ -8,9 +8,18 @@
 
 namespace qlx::host {
 
+ElementChannel::ElementChannel(Element& inElement, Channel inChannel) : fElement(&inElement), fChannel(inChannel) {
+  inElement.GetChannels().Add(*this);
+}
+
+ElementChannel::~ElementChannel() {
+  if (fElement != nullptr) {
+    fElement->GetChannels().Remove(*this);
+  }
+}
+
 Element* ElementChannel::Find() const {
-  Element* const element = fLink->fElement;
-  return element != nullptr && element->GetOwnScene() != nullptr ? element : nullptr;
+  return fElement != nullptr && fElement->GetOwnScene() != nullptr ? fElement : nullptr;
 }
 
 bool ElementChannel::Read(void* outValue) const {
@@ -80,6 +89,27 @@ bool ElementChannel::EditCurves(const std::function<void(Curve&, uint32)>& inEdi
     element->EditCurve(fChannel, [&inEdit](Curve& curve) { inEdit(curve, 0); });
   }
   return element != nullptr;
+}
+
+ElementChannels::~ElementChannels() {
+  for (ElementChannel* channel = fFirst; channel != nullptr; channel = channel->fNext) {
+    channel->fElement = nullptr;
+  }
+}
+
+void ElementChannels::Add(ElementChannel& inChannel) {
+  inChannel.fNext = fFirst;
+  if (fFirst != nullptr) {
+    fFirst->fPrevious = &inChannel;
+  }
+  fFirst = &inChannel;
+}
+
+void ElementChannels::Remove(ElementChannel& inChannel) {
+  (inChannel.fPrevious == nullptr ? fFirst : inChannel.fPrevious->fNext) = inChannel.fNext;
+  if (inChannel.fNext != nullptr) {
+    inChannel.fNext->fPrevious = inChannel.fPrevious;
+  }
 }
 
 }  // namespace qlx::host

@@ -1,8 +1,6 @@
 // A channel of an element as a value of its own.
 #pragma once
 
-#include <memory>
-
 #include "AnimatedValue.h"
 #include "Channels.h"
 
@@ -10,16 +8,13 @@ namespace qlx::host {
 
 class Element;
 
-// Shared by everything that speaks of an element's channels and may outlive it; the element clears it as it goes.
-struct ElementLink {
-  explicit ElementLink(Element* inElement) : fElement(inElement) {}
-  Element* fElement;
-};
-
+// May outlive its element, which knows all that speak of it and leaves them dead as it goes.
 class ElementChannel final : public AnimatedValue {
  public:
-  ElementChannel(std::shared_ptr<const ElementLink> inLink, Channel inChannel)
-      : fLink(std::move(inLink)), fChannel(inChannel) {}
+  ElementChannel(Element& inElement, Channel inChannel);
+  ElementChannel(const ElementChannel&) = delete;
+  ElementChannel& operator=(const ElementChannel&) = delete;
+  ~ElementChannel() override;
 
   MCID GetType() const override { return "qfix"_id; }
   bool Read(void* outValue) const override;
@@ -31,11 +26,29 @@ class ElementChannel final : public AnimatedValue {
   bool EditCurves(const std::function<void(Curve&, uint32)>& inEdit) override;
 
  private:
+  friend class ElementChannels;
   // Null when the element is gone, or in no scene.
   Element* Find() const;
 
-  std::shared_ptr<const ElementLink> fLink;
+  Element* fElement;
   Channel fChannel;
+  ElementChannel* fPrevious = nullptr;
+  ElementChannel* fNext = nullptr;
+};
+
+// The channels that speak of an element: its own member.
+class ElementChannels {
+ public:
+  ElementChannels() = default;
+  ElementChannels(const ElementChannels&) = delete;
+  ElementChannels& operator=(const ElementChannels&) = delete;
+  ~ElementChannels();
+
+  void Add(ElementChannel& inChannel);
+  void Remove(ElementChannel& inChannel);
+
+ private:
+  ElementChannel* fFirst = nullptr;
 };
 
 }  // namespace qlx::host

@@ -1,10 +1,10 @@
 #include "ElementParameters.h"
 
+#include <array>
 #include <cstddef>
 
 #include "Element.h"
 #include "ValueParameters.h"
-#include "WorkAhead.h"
 
 namespace qlx::host {
 
@@ -15,42 +15,57 @@ void ListSharedParameters(const ParameterGroup& inGroup, WorkLines& ioLines) {
     if (const ParameterGroup* const group = parameter->GetGroup()) {
       ListSharedParameters(*group, ioLines);
     } else if (parameter->IsShared()) {
-      ioLines.Add(parameter.Get(), sizeof(Parameter));
-      ioLines.Add(parameter->GetValueAccess(), sizeof(ElementChannel));
+      parameter->ListWorkMemory(ioLines);
     }
   }
+}
+
+// All elements have these, and share the names.
+struct TransformNames {
+  TransformNames() {
+    for (const ChannelInfo& info : kChannels) {
+      fChannels[IndexOf(info.fChannel)] = Parameter::MakeName(info.fName);
+    }
+  }
+  Parameter::Name fElement = Parameter::MakeName("Element");
+  Parameter::Name fTransform = Parameter::MakeName("Transform");
+  Parameter::Name fPosition = Parameter::MakeName("Position");
+  Parameter::Name fRotation = Parameter::MakeName("Rotation");
+  Parameter::Name fScaleByAxis = Parameter::MakeName("Scale by axis");
+  std::array<Parameter::Name, kChannelCount> fChannels;
+};
+
+void AddTransform(ParameterGroup& ioRoot, Element& inElement) {
+  static const TransformNames names;
+  ParameterGroup& transform = ioRoot.AddGroup("amet"_id, names.fElement).AddGroup("TRAN"_id, names.fTransform);
+  const auto add = [&](ParameterGroup& group, std::initializer_list<Channel> channels) {
+    for (const Channel channel : channels) {
+      group.Add(MakeHosted<Parameter>(kChannels[IndexOf(channel)].fID, names.fChannels[IndexOf(channel)],
+                                      std::make_unique<ElementChannel>(inElement, channel)));
+    }
+  };
+  add(transform.AddGroup("OFFS"_id, names.fPosition), {Channel::kPositionX, Channel::kPositionY, Channel::kPositionZ});
+  add(transform.AddGroup("ROTA"_id, names.fRotation), {Channel::kRotationX, Channel::kRotationY, Channel::kRotationZ});
+  add(transform, {Channel::kUniformScale});
+  add(transform.AddGroup("XYZ "_id, names.fScaleByAxis), {Channel::kScaleX, Channel::kScaleY, Channel::kScaleZ});
 }
 
 }  // namespace
 
 ElementParameters::ElementParameters(Element& inElement)
-    : fLink(std::make_shared<ElementLink>(&inElement)),
-      fRoot(MakeHosted<ParameterGroup>(0, static_cast<TreeElement*>(&inElement))) {
-  ParameterGroup& transform = fRoot->AddGroup("amet"_id, "Element").AddGroup("TRAN"_id, "Transform");
-  const auto add = [&](ParameterGroup& group, std::initializer_list<Channel> channels) {
-    for (const Channel channel : channels) {
-      const ChannelInfo& info = kChannels[static_cast<std::size_t>(channel)];
-      group.Add(MakeHosted<Parameter>(info.fID, info.fName,
-                                      std::unique_ptr<ValueAccess>(std::make_unique<ElementChannel>(fLink, channel))));
-    }
-  };
-  add(transform.AddGroup("OFFS"_id, "Position"), {Channel::kPositionX, Channel::kPositionY, Channel::kPositionZ});
-  add(transform.AddGroup("ROTA"_id, "Rotation"), {Channel::kRotationX, Channel::kRotationY, Channel::kRotationZ});
-  add(transform, {Channel::kUniformScale});
-  add(transform.AddGroup("XYZ "_id, "Scale by axis"), {Channel::kScaleX, Channel::kScaleY, Channel::kScaleZ});
+    : fRoot(MakeHosted<ParameterGroup>(0, static_cast<TreeElement*>(&inElement))) {
+  AddTransform(*fRoot, inElement);
   for (const AttachedValues& attached : inElement.GetAttachedValues()) {
-    AddParameters(fRoot->AddGroup(attached.fID, attached.fName.c_str()), attached.fValues, 0,
+    AddParameters(fRoot->AddGroup(attached.fID, Parameter::MakeName(attached.fName.c_str())), attached.fValues, 0,
                   attached.fValues->GetCount());
   }
 }
 
 void ElementParameters::ListWorkMemory(WorkLines& ioLines) const {
-  ioLines.Add(fLink.get(), sizeof(ElementLink));
   ListSharedParameters(*fRoot, ioLines);
 }
 
 ElementParameters::~ElementParameters() {
-  fLink->fElement = nullptr;
   fRoot->ForgetOwner();
 }
 

@@ -28,7 +28,6 @@ class ElementParameters {
   void ListWorkMemory(WorkLines& ioLines) const;
 
  private:
-  std::shared_ptr<ElementLink> fLink;
   TMCCountedPtr<ParameterGroup> fRoot;
 };
 

@@ -31,6 +31,7 @@ void EvaluationOrder::Find(Scene& ioScene, const std::vector<Element*>& inModifi
   std::vector<EvaluationStep> plain = PlainSteps(inModified);
   if (plain.size() < 2 || inOrdering == LinkOrdering::kTree) {
     Forget();
+    fSteps = std::move(plain);
     return;
   }
   LookAll(ioScene, plain);
@@ -44,7 +45,6 @@ void EvaluationOrder::FindAll(Scene& ioScene, const std::vector<Element*>& inMod
 }
 
 void EvaluationOrder::Forget() {
-  fIsTreeOrder = true;
   fDependsOnPoses = false;
   fSteps.clear();
   fCycles.clear();
@@ -88,10 +88,10 @@ void EvaluationOrder::Order(Scene& ioScene, std::vector<EvaluationStep> inPlain,
     fCycles.push_back(cycle.fText);
     ioScene.GetDiagnostics().Warn("links in a circle, evaluated in tree order: " + cycle.fText);
   }
-  if (inOrdering == LinkOrdering::kTree || std::ranges::is_sorted(order.fNodes)) {
+  if (inOrdering == LinkOrdering::kTree) {
+    fSteps = std::move(inPlain);
     return;
   }
-  fIsTreeOrder = false;
   fSteps.reserve(inPlain.size());
   for (const uint32 node : order.fNodes) {
     fSteps.push_back(inPlain[node]);

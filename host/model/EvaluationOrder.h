@@ -4,15 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "EvaluationStep.h"
 #include "LinkGraph.h"
 #include "Scene.h"
 
 namespace qlx::host {
-
-struct EvaluationStep {
-  Element* fElement;
-  TMCCountedPtr<Modifier> fModifier;
-};
 
 // The scene's own.
 class EvaluationOrder {
@@ -24,8 +20,7 @@ class EvaluationOrder {
   // Lets go of the modifiers.
   void Forget();
 
-  // True when the order is the plain one; the steps are left empty then.
-  bool IsTreeOrder() const { return fIsTreeOrder; }
+  // All modifiers that there are.
   const std::vector<EvaluationStep>& GetSteps() const { return fSteps; }
   // One way round each cycle of modifiers that are switched on.
   const std::vector<std::string>& GetCycles() const { return fCycles; }
@@ -35,7 +30,6 @@ class EvaluationOrder {
   static void LookAll(Scene& ioScene, const std::vector<EvaluationStep>& inSteps);
   void Order(Scene& ioScene, std::vector<EvaluationStep> inPlain, LinkOrdering inOrdering);
 
-  bool fIsTreeOrder = true;
   bool fDependsOnPoses = false;
   std::vector<EvaluationStep> fSteps;
   std::vector<std::string> fCycles;

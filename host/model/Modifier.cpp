@@ -6,8 +6,6 @@
 
 namespace qlx::host {
 
-Modifier::Modifier(MCID inClass) : fClass(inClass) {}
-
 Modifier::~Modifier() = default;
 
 void Modifier::ListWorkMemory(WorkLines& ioLines) {

@@ -30,7 +30,6 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
  public:
   bool MC_CALL IsEnabled() override { return fEnabled; }
   void MC_CALL SetEnabled(bool inEnabled) override;
-  MCID MC_CALL GetModifierClass() override { return fClass; }
   void MC_CALL GetModifiedElement(TreeElement** outElement) override;
   TreeElement* MC_CALL GetOwnerElement() override;
   Modifier& MC_CALL GetHostModifier() override { return *this; }
@@ -71,11 +70,10 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
   virtual void Detach();
 
  protected:
-  explicit Modifier(MCID inClass);
+  Modifier() = default;
   ~Modifier() override;
 
  private:
-  MCID fClass;
   bool fEnabled = true;
   TMCCountedPtr<Element> fElement;
   std::unique_ptr<LinkState> fLinks;  // made by the first look

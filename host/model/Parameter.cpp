@@ -1,16 +1,16 @@
 #include "Parameter.h"
 
+#include <cstddef>
 #include <cstring>
 
 #include "ParamHolder.h"
+#include "WorkAhead.h"
 
 namespace qlx::host {
 
-namespace {
-
 // Custom values have names of any length. Not by `new`: a text of the foundation then stands in its memory service, and
 // a parameter may outlive that.
-std::shared_ptr<const TMCString> MakeName(const char* inName) {
+Parameter::Name Parameter::MakeName(const char* inName) {
   auto name = std::make_shared<const TMCString63>(inName);
   if (std::strlen(inName) == name->ByteLength()) {
     return name;
@@ -18,15 +18,19 @@ std::shared_ptr<const TMCString> MakeName(const char* inName) {
   return std::make_shared<const TMCString1023>(inName);
 }
 
-}  // namespace
+Parameter::Parameter(MCID inID, Name inName, std::unique_ptr<ValueAccess> inValue)
+    : fID(inID), fValue(std::move(inValue)), fName(std::move(inName)) {}
 
-Parameter::Parameter(MCID inID, const char* inName, std::unique_ptr<ValueAccess> inValue)
-    : fID(inID), fName(MakeName(inName)), fValue(std::move(inValue)) {}
-
-Parameter::Parameter(MCID inID, const char* inName, TMCCountedPtr<ParameterGroup> inGroup)
-    : fID(inID), fName(MakeName(inName)), fGroup(std::move(inGroup)) {}
+Parameter::Parameter(MCID inID, Name inName, TMCCountedPtr<ParameterGroup> inGroup)
+    : fID(inID), fName(std::move(inName)), fGroup(std::move(inGroup)) {}
 
 Parameter::~Parameter() = default;
+
+void Parameter::ListWorkMemory(WorkLines& ioLines) const {
+  const auto* const end = reinterpret_cast<const std::byte*>(&fName);
+  ioLines.Add(this, static_cast<std::size_t>(end - reinterpret_cast<const std::byte*>(this)));
+  ioLines.Add(fValue.get(), fValue ? 3 * sizeof(void*) : 0);  // as much of it as names its owner and place
+}
 
 namespace {
 
@@ -114,10 +118,10 @@ void ParameterGroup::Add(TMCCountedPtr<Parameter> inParameter) {
   fParameters.push_back(std::move(inParameter));
 }
 
-ParameterGroup& ParameterGroup::AddGroup(MCID inID, const char* inName) {
+ParameterGroup& ParameterGroup::AddGroup(MCID inID, Parameter::Name inName) {
   auto group = MakeHosted<ParameterGroup>(inID, nullptr);
   ParameterGroup& added = *group;
-  Add(MakeHosted<Parameter>(inID, inName, std::move(group)));
+  Add(MakeHosted<Parameter>(inID, std::move(inName), std::move(group)));
   return added;
 }
 

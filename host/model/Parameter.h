@@ -15,16 +15,22 @@
 namespace qlx::host {
 
 class ParameterGroup;
+class WorkLines;
 
 class Parameter final : public HostObject<ParamInfo, IKeyframeHolder> {
  public:
+  using Name = std::shared_ptr<const TMCString>;
+  static Name MakeName(const char* inName);
+
   // A plain parameter, or a group of parameters.
-  Parameter(MCID inID, const char* inName, std::unique_ptr<ValueAccess> inValue);
-  Parameter(MCID inID, const char* inName, TMCCountedPtr<ParameterGroup> inGroup);
+  Parameter(MCID inID, Name inName, std::unique_ptr<ValueAccess> inValue);
+  Parameter(MCID inID, Name inName, TMCCountedPtr<ParameterGroup> inGroup);
   ~Parameter() override;
 
   ValueAccess* GetValueAccess() const { return fValue.get(); }
   ParameterGroup* GetGroup() const { return fGroup.Get(); }
+  // What a read or write of the value goes through.
+  void ListWorkMemory(WorkLines& ioLines) const;
 
   // ParamInfo
   MCID MC_CALL GetDataType() override { return fValue ? fValue->GetType() : 0; }
@@ -52,9 +58,10 @@ class Parameter final : public HostObject<ParamInfo, IKeyframeHolder> {
   friend class ParameterGroup;
   AnimatedValue* GetAnimated() const { return fValue ? fValue->AsAnimated() : nullptr; }
 
+  // What each read and write needs comes first.
   MCID fID;
-  std::shared_ptr<const TMCString> fName;  // few are long
   std::unique_ptr<ValueAccess> fValue;
+  Name fName;
   TMCCountedPtr<ParameterGroup> fGroup;
   ParameterGroup* fHolder = nullptr;
 };
@@ -67,7 +74,7 @@ class ParameterGroup final : public HostObject<TimeBasedData, I3DShAttributes> {
 
   void Add(TMCCountedPtr<Parameter> inParameter);
   // Adds a group parameter and answers its group, to be filled.
-  ParameterGroup& AddGroup(MCID inID, const char* inName);
+  ParameterGroup& AddGroup(MCID inID, Parameter::Name inName);
   const std::vector<TMCCountedPtr<Parameter>>& GetParameters() const { return fParameters; }
   // The owner goes. The groups below are left to whoever holds them.
   void ForgetOwner() { fOwner = nullptr; }

@@ -260,28 +260,22 @@ void Scene::Evaluate(int32 inTime) {
   const Running running(fEvaluating);
   fTime = inTime;
   TakeValues(inTime);
-  if (fOrder->IsTreeOrder()) {
-    for (std::size_t i = 0; i < fModified.size(); ++i) {
-      fAhead.Reach(i);
-      ApplyModifiers(*fModified[i]);
-    }
-  } else {
-    ApplyInOrder();
-  }
+  ApplyModifiers();
   if (!fIsAheadPlanned && fOrderValid) {
-    PlanAhead();
+    fIsAheadPlanned = true;
+    fAhead.Plan(fOrder->GetSteps());  // the modifiers have worked: they know by now what they look up
   }
 }
 
-// Modifiers that are added meanwhile work from the next evaluation on; one that was taken off has worked its last.
-void Scene::ApplyInOrder() {
+// Modifiers that are added meanwhile work from the next evaluation on; one that was taken off has worked its last. The
+// steps stay as they are meanwhile, and hold the modifiers.
+void Scene::ApplyModifiers() {
   std::size_t done = 0;
   for (const EvaluationStep& step : fOrder->GetSteps()) {
     fAhead.Reach(done++);
-    const TMCCountedPtr<Modifier> modifier = step.fModifier;
-    Element* const element = modifier->GetElement();
-    if (element != nullptr && element == step.fElement && modifier->IsEnabled()) {
-      modifier->Apply(*element);
+    Modifier& modifier = *step.fModifier;
+    if (modifier.GetElement() == step.fElement && modifier.IsEnabled()) {
+      modifier.Apply(*step.fElement);
     }
   }
 }
@@ -289,21 +283,6 @@ void Scene::ApplyInOrder() {
 void Scene::ForgetPlan() {
   fAhead.Forget();
   fIsAheadPlanned = false;
-}
-
-// The modifiers have worked: they know by now what they look up.
-void Scene::PlanAhead() {
-  fIsAheadPlanned = true;
-  if (fOrder->IsTreeOrder()) {
-    fAhead.Plan(fModified);
-    return;
-  }
-  std::vector<Element*> elements;
-  elements.reserve(fOrder->GetSteps().size());
-  for (const EvaluationStep& step : fOrder->GetSteps()) {
-    elements.push_back(step.fElement);
-  }
-  fAhead.Plan(elements);
 }
 
 const EvaluationOrder& Scene::FindOrder() {
@@ -378,7 +357,7 @@ void Scene::TakeValues(int32 inTime) {
   for (std::size_t i = 0; i < fTouched.size(); ++i) {
     Element* const element = fTouched[i];
     if (i + kTakenAhead < fTouched.size()) {
-      MCPrefetch(&fTouched[i + kTakenAhead]->fIsTouched);
+      MCPrefetch(&fTouched[i + kTakenAhead]->fWritten);
       MCPrefetch(&fTouched[i + kTakenAhead]->fBase);
     }
     element->fIsTouched = false;
@@ -397,16 +376,6 @@ void Scene::TakeValues(int32 inTime) {
   fTouchedValues.clear();
   for (ValueSet* const values : fAnimatedValues) {
     values->BeginEvaluation(inTime);
-  }
-}
-
-// By index, and with a reference: a modifier may add and remove modifiers of its element, itself among them.
-void Scene::ApplyModifiers(Element& inElement) {
-  for (std::size_t i = 0; i < inElement.fModifiers.size(); ++i) {
-    const TMCCountedPtr<Modifier> modifier = inElement.fModifiers[i];
-    if (modifier->IsEnabled()) {
-      modifier->Apply(inElement);
-    }
   }
 }
 

@@ -141,10 +141,8 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   void WorkChanged() { fWorkListsValid = false; }
   void RefreshWorkLists();
   void TakeValues(int32 inTime);
-  void ApplyModifiers(Element& inElement);
-  void ApplyInOrder();
+  void ApplyModifiers();
   void ForgetPlan();
-  void PlanAhead();
 
   Diagnostics& fDiagnostics;
   TMCCountedPtr<Element> fRoot;
@@ -174,7 +172,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   bool fWorkListsValid = false;
   std::vector<Element*> fAnimated;  // elements with curves, and with modifiers, in tree order
   std::vector<Element*> fModified;
-  WorkAhead fAhead;  // of `fModified`, or of the steps of the order
+  WorkAhead fAhead;  // of the steps of the order
   bool fIsAheadPlanned = false;
   std::vector<Element*> fTouched;
   std::vector<ValueSet*> fAnimatedValues;  // with curves

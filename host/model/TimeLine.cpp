@@ -241,19 +241,15 @@ void TimeLines::Visit(IForEachTimeLineCallback& inCallback) const {
   }
 }
 
-ElementTimeLines::ElementTimeLines(Element& inElement) : fLink(std::make_shared<ElementLink>(&inElement)) {
+ElementTimeLines::ElementTimeLines(Element& inElement) {
   for (const ChannelInfo& info : kChannels) {
     const bool isPosition = (MaskOf(info.fChannel) & kPositionMask) != 0;
     fTimeLines.Add(
-        {std::make_unique<ElementChannel>(fLink, info.fChannel), info.fID, isPosition ? kPositionUnits : 1.0});
+        {std::make_unique<ElementChannel>(inElement, info.fChannel), info.fID, isPosition ? kPositionUnits : 1.0});
   }
   for (const AttachedValues& attached : inElement.GetAttachedValues()) {
     AddTimeLines(fTimeLines, attached.fValues);
   }
-}
-
-ElementTimeLines::~ElementTimeLines() {
-  fLink->fElement = nullptr;
 }
 
 }  // namespace qlx::host

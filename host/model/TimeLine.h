@@ -106,12 +106,10 @@ class TimeLines {
 class ElementTimeLines {
  public:
   explicit ElementTimeLines(Element& inElement);
-  ~ElementTimeLines();
 
   void Visit(IForEachTimeLineCallback& inCallback) const { fTimeLines.Visit(inCallback); }
 
  private:
-  std::shared_ptr<ElementLink> fLink;
   TimeLines fTimeLines;
 };
 

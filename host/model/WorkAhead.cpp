@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "Element.h"
+#include "EvaluationStep.h"
 #include "MCMemory.h"
 
 namespace qlx::host {
@@ -12,15 +13,14 @@ namespace {
 
 constexpr std::size_t kFewSteps = 256;
 constexpr std::size_t kDistance = 4;
-constexpr std::uintptr_t kLine = 64;
 constexpr std::size_t kMostLines = 128;  // of a step: more would drive out what they are to bring
 
 }  // namespace
 
 void WorkLines::Add(const void* inStart, std::size_t inBytes) {
   const auto start = reinterpret_cast<std::uintptr_t>(inStart);
-  for (std::uintptr_t line = start & ~(kLine - 1); line < start + inBytes && fLines.size() < kMostLines;
-       line += kLine) {
+  for (std::uintptr_t line = start & ~(kCacheLine - 1); line < start + inBytes && fLines.size() < kMostLines;
+       line += kCacheLine) {
     const auto* const address = reinterpret_cast<const void*>(line);
     if (std::find(fLines.begin(), fLines.end(), address) == fLines.end()) {
       fLines.push_back(address);
@@ -33,15 +33,20 @@ void WorkLines::MoveTo(std::vector<const void*>& ioLines) {
   fLines.clear();
 }
 
-void WorkAhead::Plan(const std::vector<Element*>& inElements) {
+void WorkAhead::Plan(const std::vector<EvaluationStep>& inSteps) {
   Forget();
-  if (inElements.size() < kFewSteps) {
+  if (inSteps.size() < kFewSteps) {
     return;
   }
-  fEnds.reserve(inElements.size());
+  fEnds.reserve(inSteps.size());
   WorkLines lines;
-  for (Element* const element : inElements) {
-    element->ListWorkMemory(lines);
+  const Element* last = nullptr;
+  for (const EvaluationStep& step : inSteps) {
+    if (step.fElement != last) {
+      last = step.fElement;
+      last->ListWorkMemory(lines);
+    }
+    step.fModifier->ListWorkMemory(lines);
     lines.MoveTo(fLines);
     fEnds.push_back(fLines.size());
   }

@@ -7,7 +7,9 @@
 
 namespace qlx::host {
 
-class Element;
+struct EvaluationStep;
+
+inline constexpr std::size_t kCacheLine = 64;
 
 // The cache lines that one step reads, in the order of use and each once.
 class WorkLines {
@@ -23,11 +25,10 @@ class WorkLines {
 // Addresses are only ever handed to the processor, never read through: a plan that is out of date does no harm.
 class WorkAhead {
  public:
-  // For elements that are evaluated in this order. What modifiers look up is known when they have worked once. A scene
-  // that fits into the caches needs no plan.
-  void Plan(const std::vector<Element*>& inElements);
+  // What modifiers look up is known when they have worked once. A scene that fits into the caches needs no plan.
+  void Plan(const std::vector<EvaluationStep>& inSteps);
   void Forget();
-  // The evaluation has come to this element.
+  // The evaluation has come to this step.
   void Reach(std::size_t inStep) const noexcept;
 
  private:

@@ -51,7 +51,7 @@ void OpenForLook(MCID inClass, const ParameterMap& inMap, void* ioBlock) {
 }
 
 PluginLook::PluginLook(MCID inClass, TMCCountedPtr<IExDataExchanger> inCopy, TMCCountedPtr<I3DExModifier> inModifier)
-    : Modifier(inClass), fCopy(std::move(inCopy)), fModifier(std::move(inModifier)) {}
+    : fClass(inClass), fCopy(std::move(inCopy)), fModifier(std::move(inModifier)) {}
 
 PluginLook::~PluginLook() {
   CallComponent("Release", [this] {

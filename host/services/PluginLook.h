@@ -14,11 +14,13 @@ class PluginLook final : public Modifier {
   // What it throws and answers is nobody's concern: the modifier itself will do the same.
   void Apply(Element& inElement) override;
   TMCCountedPtr<Modifier> Copy() override { return nullptr; }
+  MCID MC_CALL GetModifierClass() override { return fClass; }
 
   PluginLook(MCID inClass, TMCCountedPtr<IExDataExchanger> inCopy, TMCCountedPtr<I3DExModifier> inModifier);
   ~PluginLook() override;
 
  private:
+  MCID fClass;
   TMCCountedPtr<IExDataExchanger> fCopy;
   TMCCountedPtr<I3DExModifier> fModifier;
 };

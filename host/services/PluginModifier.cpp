@@ -9,7 +9,6 @@
 #include "LinkProblems.h"
 #include "PluginLook.h"
 #include "PrivateText.h"
-#include "model/WorkAhead.h"
 
 namespace qlx::host {
 
@@ -38,8 +37,7 @@ TMCCountedPtr<PluginModifier> PluginModifier::Create(Host& inHost, MCID inClass)
 }
 
 PluginModifier::PluginModifier(Host& inHost, const ExtensionRecord& inClass)
-    : Modifier(inClass.fID),
-      fHost(inHost),
+    : fHost(inHost),
       fCatalog(inHost.GetCatalog()),
       fPluginClass(inClass),
       fMap(fCatalog->FindMap(inClass.fID)) {}

@@ -10,6 +10,7 @@
 #include "PluginCatalog.h"
 #include "model/Element.h"
 #include "model/Modifier.h"
+#include "model/WorkAhead.h"
 
 namespace qlx::host {
 
@@ -21,7 +22,7 @@ class Host;
 //
 // Failures of the component are warnings of the host, once for each operation and code while the modifier sits on one
 // element; the scene goes on.
-class PluginModifier final : public Modifier {
+class alignas(kCacheLine) PluginModifier final : public Modifier {
  public:
   // Null, with a warning, when the plug-in does not make the class.
   static TMCCountedPtr<PluginModifier> Create(Host& inHost, MCID inClass);
@@ -39,6 +40,7 @@ class PluginModifier final : public Modifier {
   std::string SaveState() override;
   void RestoreState(const std::string& inState) override;
 
+  MCID MC_CALL GetModifierClass() override { return fPluginClass.fID; }
   // "PinModifier"
   const char* GetClassName() const;
   // The public block by fields. Null where the class has no map, and where the component has no block of the map's
@@ -81,12 +83,12 @@ class PluginModifier final : public Modifier {
   void ReportFailure(const char* inOperation, const ComponentFailure& inFailure);
   bool CopyFields(IExDataExchanger& inSource, PluginModifier& outCopy);
 
+  I3DExModifier* fModifier = nullptr;  // the component's, not counted: it counts this object. First: `Apply` needs it
   Host& fHost;
   std::shared_ptr<const PluginCatalog> fCatalog;  // holds the two that follow
   const ExtensionRecord& fPluginClass;
   const ParameterMap* fMap;
-  IMCUnknown* fInner = nullptr;            // the component's own view, not counted: it counts this object
-  I3DExModifier* fModifier = nullptr;      // likewise
+  IMCUnknown* fInner = nullptr;            // the component's own view, likewise not counted
   IExDataExchanger* fExchanger = nullptr;  // likewise
   void* fBlock = nullptr;                  // the component's, as large as the map says
   bool fAskingInner = false;

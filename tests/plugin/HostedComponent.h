@@ -15,7 +15,7 @@ namespace qlx::test {
 
 class HostedComponent final : public host::Modifier {
  public:
-  HostedComponent(MCID inClass, const MCGuid& inClassID) : Modifier(inClass), fInner(CreateComponentObject(inClassID)) {
+  HostedComponent(MCID inClass, const MCGuid& inClassID) : fClass(inClass), fInner(CreateComponentObject(inClassID)) {
     fInner->SetOuter(static_cast<I3DShModifier*>(this));
   }
   ~HostedComponent() override {
@@ -27,6 +27,7 @@ class HostedComponent final : public host::Modifier {
     MCQuery<I3DExModifier>(static_cast<I3DShModifier*>(this))->SetTreeElement(&inElement);
   }
   TMCCountedPtr<Modifier> Copy() override { return nullptr; }
+  MCID MC_CALL GetModifierClass() override { return fClass; }
   // The component itself.
   template <class Component>
   Component& Get() {

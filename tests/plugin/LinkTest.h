@@ -19,11 +19,12 @@ inline constexpr int32 kFrameTicks = 7500;
 // Carries a link in an element's list as the host's own wrapper does.
 class LinkCarrier final : public host::Modifier {
  public:
-  LinkCarrier() : Modifier("fQLX"_id), fLink(MCAdopt(new QLXModifier)) {}
+  LinkCarrier() : fLink(MCAdopt(new QLXModifier)) {}
   void Apply(host::Element& inElement) override {
     EXPECT_EQ(fLink->SetTreeElement(static_cast<TreeElement*>(&inElement)), MC_S_OK);
   }
   TMCCountedPtr<host::Modifier> Copy() override { return nullptr; }
+  MCID MC_CALL GetModifierClass() override { return "fQLX"_id; }
 
   TMCCountedPtr<QLXModifier> fLink;
 };

@@ -15,13 +15,14 @@ class TestModifier final : public host::Modifier {
  public:
   using Body = std::function<void(host::Element&)>;
 
-  explicit TestModifier(Body inBody) : Modifier("test"_id), fBody(std::move(inBody)) { ++gLiveModifiers; }
+  explicit TestModifier(Body inBody) : fBody(std::move(inBody)) { ++gLiveModifiers; }
   ~TestModifier() override { --gLiveModifiers; }
 
   void Apply(host::Element& inElement) override { fBody(inElement); }
   // Bodies take notes of what they do: most are not to be looked at.
   TMCCountedPtr<host::Modifier> CopyToLookAt() override { return nullptr; }
   TMCCountedPtr<host::Modifier> Copy() override { return host::MakeHosted<TestModifier>(fBody); }
+  MCID MC_CALL GetModifierClass() override { return "test"_id; }
 
  private:
   Body fBody;

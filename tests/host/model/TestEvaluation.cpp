@@ -154,7 +154,7 @@ TEST(Evaluation, AModifierMayChangeTheListItStandsIn) {
   TestScene::Modify(element, [&](Element&) { order += "b"; });
   scene->Evaluate(0);
   scene->Evaluate(0);
-  EXPECT_EQ(order, "acbc") << "the one that moved into the first place ran from the next evaluation on";
+  EXPECT_EQ(order, "abbc") << "the one that came to it ran from the next evaluation on";
 }
 
 TEST(Evaluation, AQuaternionRotationRulesUntilItIsEdited) {

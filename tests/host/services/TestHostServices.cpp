@@ -13,12 +13,13 @@ namespace {
 // Tells the update service of its element, as a modifier of a plug-in does.
 class UpdatingModifier final : public Modifier {
  public:
-  explicit UpdatingModifier(IUpdateService& inUpdates) : Modifier("test"_id), fUpdates(inUpdates) {}
+  explicit UpdatingModifier(IUpdateService& inUpdates) : fUpdates(inUpdates) {}
   void Apply(Element& inElement) override {
     fUpdates.ElementUpdated(nullptr, &inElement);
     fUpdates.ElementUpdated(nullptr, nullptr);
   }
   TMCCountedPtr<Modifier> Copy() override { return nullptr; }
+  MCID MC_CALL GetModifierClass() override { return "test"_id; }
 
  private:
   IUpdateService& fUpdates;
