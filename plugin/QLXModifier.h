@@ -80,8 +80,8 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO, public 
   void LoadPreset(const TMCString& inFile);
   void SavePreset(const TMCString& inFile);
 
-  // Of many links, the memory that each evaluation touches is what it costs: in this order a plain one touches nine cache
-  // lines on 64-bit targets, where the object begins with one.
+  // Of many links, the memory that each evaluation touches is what it costs: in this order a plain one touches nine
+  // cache lines on 64-bit targets, where the object begins with one.
   QLXMemory fMemory;
   QLXLookups fLookups;           // forgotten with every change of the private data
   TMCDynamicString fPresetFile;  // loaded or saved last

@@ -71,7 +71,7 @@ void Element::SetBase(const ChannelValues& inValues) {
     if ((DifferentChannels(fBase, inValues) & mask) == 0 || !std::isfinite(value)) {
       continue;
     }
-    fBase[info.fChannel] = value;
+    StoreBase(info.fChannel, value);
     fEdited |= mask;
     NotePoseEdit(mask);
     if (fScene != nullptr && fScene->IsEvaluating()) {
@@ -118,8 +118,8 @@ bool Element::Write(const ChannelValues& inValues, ChannelMask inMask) {
 }
 
 void Element::WriteEvaluated(const ChannelValues& inValues, ChannelMask inMask) {
-  if (fWritten == 0) {
-    fUnmodified = fEvaluated;
+  if (fWritten == 0 && IsAnimated()) {
+    KeepUnmodified();
   }
   fWritten |= inMask;
   StoreChanged(inValues, SelectChannels(inMask, [&](std::size_t i) {
@@ -138,7 +138,7 @@ void Element::WriteEdit(const ChannelValues& inValues, ChannelMask inMask) {
     if (HasKeys(channel)) {
       SetKeyNow(channel, inValues[channel]);
     } else {
-      fBase[channel] = inValues[channel];
+      StoreBase(channel, inValues[channel]);
     }
     fEdited |= MaskOf(channel);
     ShowValue(channel, inValues[channel]);
@@ -157,10 +157,29 @@ void Element::SetKeyNow(Channel inChannel, real32 inValue) {
   MakeCurves()[inChannel].SetKey({.fTime = now, .fValue = inValue});
 }
 
+// What this evaluation began with stays what it was.
+void Element::StoreBase(Channel inChannel, real32 inValue) {
+  if (fWritten != 0 || (fScene != nullptr && fScene->IsEvaluating())) {
+    KeepUnmodified();
+  }
+  fBase[inChannel] = inValue;
+}
+
+// Until the next evaluation takes values: whatever calls this has touched the element, or is about to.
+void Element::KeepUnmodified() {
+  if (!fKeepsUnmodified) {
+    fUnmodified = GetUnmodified();
+    fKeepsUnmodified = true;
+  }
+}
+
 void Element::ShowValue(Channel inChannel, real32 inValue) {
+  if (fWritten != 0) {
+    KeepUnmodified();
+    fUnmodified[inChannel] = inValue;
+  }
   ChannelValues values = fEvaluated;
   values[inChannel] = inValue;
-  fUnmodified[inChannel] = inValue;
   StoreEvaluated(values);
 }
 
@@ -273,18 +292,19 @@ ChannelValues Element::Sample(int32 inTime, SampleHints& ioHints) const {
 
 void Element::BeginEvaluation(int32 inTime) {
   fWritten = 0;
+  fKeepsUnmodified = false;
   StoreEvaluated(fCurves == nullptr ? fBase : Sample(inTime, fCurves->fHints));
 }
 
 ChannelMask Element::GetModifiedChannels() const {
   return fWritten == 0 ? ChannelMask{0}
-                       : static_cast<ChannelMask>(fWritten & DifferentChannels(fEvaluated, fUnmodified));
+                       : static_cast<ChannelMask>(fWritten & DifferentChannels(fEvaluated, GetUnmodified()));
 }
 
 // Modifiers
 
 void Element::ListWorkMemory(WorkLines& ioLines) const {
-  const auto* const end = reinterpret_cast<const std::byte*>(&fFrame);
+  const auto* const end = reinterpret_cast<const std::byte*>(&fUnmodified);
   ioLines.Add(this, static_cast<std::size_t>(end - reinterpret_cast<const std::byte*>(this)));
   if (fParameters) {
     fParameters->ListWorkMemory(ioLines);

@@ -46,8 +46,9 @@ struct AttachedValues {
 // A rotation that came as quaternions (`SetRotationCurve`) rules the three rotation channels, with angles nearest to
 // those of their own curves, which should hold the same rotation at the same keys. The first edit of one of the three
 // channels drops it: the curves then rule. A write at a time between keys keys all three, so that the pose stays.
-class alignas(kCacheLine) Element final : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwner, I3DShAttributes, I3DShInstance,
-                                        I3DShObjectHolder, I3DShShaderHolder, I3DShFigure, I3DShFigureMember> {
+class alignas(kCacheLine) Element final
+    : public HostObject<TreeElement, I3DShAnimated, ITimeLineOwner, I3DShAttributes, I3DShInstance, I3DShObjectHolder,
+                        I3DShShaderHolder, I3DShFigure, I3DShFigureMember> {
  public:
   Element(Scene& inScene, uint32 inID, std::string_view inName);
   ~Element() override;
@@ -78,7 +79,7 @@ class alignas(kCacheLine) Element final : public HostObject<TreeElement, I3DShAn
   void EditCurve(Channel inChannel, const std::function<void(Curve&)>& inEdit);
   void SetRotationCurve(std::unique_ptr<RotationCurve> inCurve);
   const RotationCurve* GetRotationCurve() const { return fRotationCurve.get(); }
-  bool IsAnimated() const { return fCurves != nullptr || fRotationCurve != nullptr; }
+  bool IsAnimated() const { return fCurves != nullptr; }  // a rotation curve never stands without the others
   // Channels whose base value or curve an edit changed since the scene was read.
   ChannelMask GetEditedChannels() const { return fEdited; }
   void ClearEditedChannels() { fEdited = 0; }
@@ -97,7 +98,9 @@ class alignas(kCacheLine) Element final : public HostObject<TreeElement, I3DShAn
   // Channels that were written during this evaluation and differ from what curves and base gave.
   ChannelMask GetModifiedChannels() const;
   // What this evaluation began with.
-  const ChannelValues& GetUnmodified() const { return fWritten == 0 ? fEvaluated : fUnmodified; }
+  const ChannelValues& GetUnmodified() const {
+    return fWritten == 0 ? fEvaluated : fKeepsUnmodified ? fUnmodified : fBase;
+  }
 
   // Transforms of the evaluated values.
   const TreeTransform& GetLocal() const;
@@ -193,6 +196,8 @@ class alignas(kCacheLine) Element final : public HostObject<TreeElement, I3DShAn
   bool Write(const ChannelValues& inValues, ChannelMask inMask);
   void WriteEvaluated(const ChannelValues& inValues, ChannelMask inMask);
   void WriteEdit(const ChannelValues& inValues, ChannelMask inMask);
+  void StoreBase(Channel inChannel, real32 inValue);
+  void KeepUnmodified();
   void ShowValue(Channel inChannel, real32 inValue);
   void ShowEditedCurve(Channel inChannel);
   void StoreEvaluated(const ChannelValues& inValues);
@@ -208,27 +213,29 @@ class alignas(kCacheLine) Element final : public HostObject<TreeElement, I3DShAn
   void NotePoseEdit(ChannelMask inMask);
 
   // What each evaluation needs comes first and lies together: a scene's elements are more than the processor's caches
-  // hold, and what is read of each is what an evaluation costs. On 64-bit targets these are four cache lines, of which
+  // hold, and what is read of each is what an evaluation costs. On 64-bit targets these are three cache lines, of which
   // taking the values of a time reads the second and third.
   ChannelMask fWritten = 0;  // channels written during this evaluation
   mutable LocalState fLocalState = LocalState::kNotMade;
   bool fIsTouched : 1 = false;  // stands in the scene's list
   // A global matrix is valid only while every ancestor's is: an element that is not valid has none valid below it.
   mutable bool fGlobalValid : 1 = false;
-  std::unique_ptr<Curves> fCurves;
+  bool fKeepsUnmodified : 1 = false;
+  Scene* fScene;
   ChannelValues fEvaluated;
   ChannelValues fBase;
-  ChannelValues fUnmodified;  // what this evaluation began with; kept when `fWritten` is set
-  Scene* fScene;
-  std::unique_ptr<RotationCurve> fRotationCurve;
+  std::unique_ptr<Curves> fCurves;
+
+  ChannelValues
+      fUnmodified;  // what this evaluation began with, where `fKeepsUnmodified` says so: else that is the base
   Element* fParent = nullptr;
   mutable ValidLinks fLinks;
-
   PoseFrame fFrame;
   std::vector<TMCCountedPtr<Modifier>> fModifiers;
   mutable TreeTransform fLocal;
   mutable TOffsetMatrix33 fGlobal;
 
+  std::unique_ptr<RotationCurve> fRotationCurve;
   ChannelMask fEdited = 0;
   uint32 fID;
   std::size_t fIndexInParent = 0;

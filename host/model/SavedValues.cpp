@@ -134,8 +134,9 @@ void Element::RestoreValues(const SavedElement& inSaved) {
   }
   fEdited = inSaved.fEdited;
   NotePoseEdit(kRotationMask | kScaleMask);
-  fUnmodified = SampleAt(fScene->GetTime());
-  StoreEvaluated(fUnmodified);
+  fWritten = 0;
+  fKeepsUnmodified = false;
+  StoreEvaluated(SampleAt(fScene->GetTime()));
 }
 
 // Sets of values

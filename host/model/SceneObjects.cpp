@@ -136,7 +136,8 @@ ValueAttributes& SceneObject::GetAttributes() {
     fAttributes = std::make_unique<ValueAttributes>(static_cast<I3DShObject*>(this));
     ParameterIDs ids;
     for (const MorphGroup& morphs : fMorphGroups) {
-      ParameterGroup& group = fAttributes->GetRoot().AddGroup(ids.Make(morphs.fName), Parameter::MakeName(morphs.fName.c_str()));
+      ParameterGroup& group =
+          fAttributes->GetRoot().AddGroup(ids.Make(morphs.fName), Parameter::MakeName(morphs.fName.c_str()));
       AddParameters(group, fValues, morphs.fFirst, morphs.fMorphs.size());
     }
     if (fValues) {

@@ -12,7 +12,7 @@ namespace qlx::host {
 namespace {
 
 constexpr std::size_t kFewSteps = 256;
-constexpr std::size_t kDistance = 4;
+constexpr std::size_t kDistance = 6;
 constexpr std::size_t kMostLines = 128;  // of a step: more would drive out what they are to bring
 
 }  // namespace

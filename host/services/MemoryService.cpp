@@ -16,8 +16,8 @@ void MarkDeceased(void* inObject) {
   std::memcpy(inObject, words, sizeof(void*));
 }
 
-// Large objects begin with a cache line, which lets their classes lay them out by lines. Windows has no such blocks that
-// `free` and `realloc` take.
+// Large objects begin with a cache line, which lets their classes lay them out by lines. Windows has no such blocks
+// that `free` and `realloc` take.
 void* AllocateBlock(MCSize inSize) {
 #if !defined(_WIN32)
   constexpr MCSize kLine = 64;

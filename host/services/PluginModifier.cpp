@@ -37,10 +37,7 @@ TMCCountedPtr<PluginModifier> PluginModifier::Create(Host& inHost, MCID inClass)
 }
 
 PluginModifier::PluginModifier(Host& inHost, const ExtensionRecord& inClass)
-    : fHost(inHost),
-      fCatalog(inHost.GetCatalog()),
-      fPluginClass(inClass),
-      fMap(fCatalog->FindMap(inClass.fID)) {}
+    : fHost(inHost), fCatalog(inHost.GetCatalog()), fPluginClass(inClass), fMap(fCatalog->FindMap(inClass.fID)) {}
 
 PluginModifier::~PluginModifier() {
   EndInner();

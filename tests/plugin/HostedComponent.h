@@ -52,6 +52,7 @@ class HostedComponent final : public host::Modifier {
     return result;
   }
 
+  MCID fClass;
   TBasicUnknown* fInner;
   bool fIsAsking = false;
 };

@@ -2,52 +2,10 @@
 // new, which this program counts.
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
 #include "AssertionGuard.h"
+#include "CountedNew.h"
 #include "TestMemory.h"
 #include "TransformInputs.h"
-
-namespace {
-
-std::atomic<int> gNewCalls = 0;
-
-void* CountedNew(std::size_t inSize) {
-  ++gNewCalls;
-  void* const block = std::malloc(inSize != 0 ? inSize : 1);
-  return block != nullptr ? block : throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t inSize) {
-  return CountedNew(inSize);
-}
-void* operator new[](std::size_t inSize) {
-  return CountedNew(inSize);
-}
-void* operator new(std::size_t inSize, const std::nothrow_t&) noexcept {
-  ++gNewCalls;
-  return std::malloc(inSize != 0 ? inSize : 1);
-}
-void* operator new[](std::size_t inSize, const std::nothrow_t&) noexcept {
-  ++gNewCalls;
-  return std::malloc(inSize != 0 ? inSize : 1);
-}
-void operator delete(void* inBlock) noexcept {
-  std::free(inBlock);
-}
-void operator delete[](void* inBlock) noexcept {
-  std::free(inBlock);
-}
-void operator delete(void* inBlock, std::size_t) noexcept {
-  std::free(inBlock);
-}
-void operator delete[](void* inBlock, std::size_t) noexcept {
-  std::free(inBlock);
-}
 
 namespace qlx::test {
 namespace {
@@ -75,14 +33,14 @@ void UseEverything(RandomValues& ioRandom, int32 inOrder) {
 TEST(TransformAllocations, NoneButForSingularValues) {
   TestMemory memory;
   RandomValues random(400);
-  const int before = gNewCalls;
+  const uint64 before = bench::GetNewCount();
   for (int n = 0; n < 600; ++n) {
     UseEverything(random, n % 6 == 2 || n % 6 == 3 ? 0 : n % 6);
   }
-  EXPECT_EQ(gNewCalls, before);
+  EXPECT_EQ(bench::GetNewCount(), before);
   const DecomposedTransform sheared(TOffsetMatrix33{TMatrix33(1, 0.5f, 0, 0, 1, 0, 0, 0, 1), {}});
   EXPECT_TRUE(sheared.HasScalingAxes());
-  EXPECT_GT(gNewCalls, before) << "the counter counts nothing";
+  EXPECT_GT(bench::GetNewCount(), before) << "the counter counts nothing";
   EXPECT_EQ(memory.GetRequests(), 0);
 }
 

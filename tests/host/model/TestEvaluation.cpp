@@ -83,6 +83,45 @@ TEST(Evaluation, WritesOfAModifierLastUntilTheNextEvaluation) {
   EXPECT_TRUE(scene->GetTouched().empty());
 }
 
+// What a bake compares with: the values before modifiers wrote, whatever an edit has made of base and keys since.
+TEST(Evaluation, EditsLeaveWhatItBeganWith) {
+  enum class When : uint8 { kBeforeTheWrite, kAfterTheWrite, kAfterTheEvaluation };
+  for (const When when : {When::kBeforeTheWrite, When::kAfterTheWrite, When::kAfterTheEvaluation}) {
+    for (const bool isAnimated : {false, true}) {
+      SCOPED_TRACE(testing::Message() << static_cast<int>(when) << (isAnimated ? " animated" : " still"));
+      TestScene scene;
+      Element& element = scene.Add("Element");
+      element.SetBase(MakeValues({1, 2, 3}));
+      if (isAnimated) {
+        AnimatePositionX(element, 1, 1);
+      }
+      bool isFirst = true;
+      const auto edit = [&] { element.SetBase(MakeValues({1, 2, 30})); };
+      TestScene::Modify(element, [&](Element& e) {
+        if (isFirst && when == When::kBeforeTheWrite) {
+          edit();
+        }
+        e.SetValue(Channel::kPositionX, 0);
+        if (isFirst && when == When::kAfterTheWrite) {
+          edit();
+        }
+        isFirst = false;
+      });
+      scene->Evaluate(0);
+      if (when == When::kAfterTheEvaluation) {
+        edit();
+      }
+      const bool showsAtOnce = when == When::kAfterTheEvaluation;
+      EXPECT_EQ(element.GetUnmodified().GetPosition(), TVector3(1, 2, showsAtOnce ? 30 : 3));
+      EXPECT_EQ(element.GetModifiedChannels(), MaskOf(Channel::kPositionX));
+      EXPECT_EQ(element.GetBase()[Channel::kPositionZ], 30);
+      scene->Evaluate(1);
+      EXPECT_EQ(element.GetUnmodified().GetPosition(), TVector3(1, 2, 30));
+      EXPECT_EQ(element.GetModifiedChannels(), MaskOf(Channel::kPositionX));
+    }
+  }
+}
+
 TEST(Evaluation, OutsideItAWriteEditsAKeyOrTheBaseValue) {
   TestScene scene;
   Element& element = scene.Add("Element");
@@ -183,6 +222,25 @@ TEST(Evaluation, AQuaternionRotationRulesUntilItIsEdited) {
   EXPECT_EQ(element.GetCurve(Channel::kRotationZ)->GetKeys().size(), 6U) << "the pose was keyed with it";
   scene->Evaluate(1500);
   EXPECT_TRUE(element.GetEvaluated().GetRotation().IsEqual({0.25f, pose.y, pose.z}, 1e-6f));
+}
+
+// More steps than a scene that fits into the caches has, and more memory of one element than is fetched for a step.
+TEST(Evaluation, AnElementMayHaveVeryManyModifiers) {
+  constexpr int kCount = 5000;
+  TestScene scene;
+  Element& few = scene.Add("Few");
+  Element& many = scene.Add("Many");
+  const auto count = [](Element& element) { element.SetValue(Channel::kPositionX, X(element) + 1); };
+  for (int i = 0; i < kCount; ++i) {
+    TestScene::Modify(many, count);
+  }
+  TestScene::Modify(few, count);
+  for (int32 time = 0; time < 4; ++time) {
+    scene->Evaluate(time);
+    EXPECT_EQ(X(many), static_cast<real32>(many.GetModifiers().size()));
+    EXPECT_EQ(X(few), 1);
+    many.RemoveModifier(0);
+  }
 }
 
 TEST(Evaluation, GoesThroughDeepChainsAndWideTrees) {
