@@ -17,20 +17,30 @@ constexpr std::size_t kMostLines = 128;  // of a step: more would drive out what
 
 }  // namespace
 
+bool WorkLines::Has(uint64 inLine) const {
+  return std::any_of(fRuns.begin(), fRuns.end(),
+                     [inLine](WorkRun run) { return run.GetFirst() <= inLine && inLine < run.GetEnd(); });
+}
+
 void WorkLines::Add(const void* inStart, std::size_t inBytes) {
   const auto start = reinterpret_cast<std::uintptr_t>(inStart);
-  for (std::uintptr_t line = start & ~(kCacheLine - 1); line < start + inBytes && fLines.size() < kMostLines;
-       line += kCacheLine) {
-    const auto* const address = reinterpret_cast<const void*>(line);
-    if (std::find(fLines.begin(), fLines.end(), address) == fLines.end()) {
-      fLines.push_back(address);
+  for (uint64 line = start / kCacheLine; line * kCacheLine < start + inBytes && fCount < kMostLines; ++line) {
+    if (Has(line)) {
+      continue;
     }
+    if (!fRuns.empty() && fRuns.back().CanTake(line)) {
+      fRuns.back().TakeOne();
+    } else {
+      fRuns.emplace_back(line);
+    }
+    ++fCount;
   }
 }
 
-void WorkLines::MoveTo(std::vector<const void*>& ioLines) {
-  ioLines.insert(ioLines.end(), fLines.begin(), fLines.end());
-  fLines.clear();
+void WorkLines::MoveTo(std::vector<WorkRun>& ioRuns) {
+  ioRuns.insert(ioRuns.end(), fRuns.begin(), fRuns.end());
+  fRuns.clear();
+  fCount = 0;
 }
 
 void WorkAhead::Plan(const std::vector<EvaluationStep>& inSteps) {
@@ -47,13 +57,13 @@ void WorkAhead::Plan(const std::vector<EvaluationStep>& inSteps) {
       last->ListWorkMemory(lines);
     }
     step.fModifier->ListWorkMemory(lines);
-    lines.MoveTo(fLines);
-    fEnds.push_back(fLines.size());
+    lines.MoveTo(fRuns);
+    fEnds.push_back(fRuns.size());
   }
 }
 
 void WorkAhead::Forget() {
-  fLines.clear();
+  fRuns.clear();
   fEnds.clear();
 }
 
@@ -63,7 +73,9 @@ void WorkAhead::Reach(std::size_t inStep) const noexcept {
     return;
   }
   for (std::size_t i = fEnds[ahead - 1]; i < fEnds[ahead]; ++i) {
-    MCPrefetch(fLines[i]);
+    for (uint64 line = fRuns[i].GetFirst(); line != fRuns[i].GetEnd(); ++line) {
+      MCPrefetch(reinterpret_cast<const void*>(static_cast<std::uintptr_t>(line * kCacheLine)));
+    }
   }
 }
 

@@ -5,21 +5,42 @@
 #include <cstddef>
 #include <vector>
 
+#include "MCTypes.h"
+
 namespace qlx::host {
 
 struct EvaluationStep;
 
 inline constexpr std::size_t kCacheLine = 64;
 
+// Cache lines one behind the other, in eight bytes: a plan is read as often as what it is about.
+class WorkRun {
+ public:
+  static constexpr uint64 kMostLines = 64;
+
+  // A line's number is its address by the size of lines.
+  explicit WorkRun(uint64 inLine) : fBits(inLine * kMostLines) {}
+  uint64 GetFirst() const { return fBits / kMostLines; }
+  uint64 GetEnd() const { return GetFirst() + fBits % kMostLines + 1; }
+  bool CanTake(uint64 inLine) const { return inLine == GetEnd() && inLine - GetFirst() < kMostLines; }
+  void TakeOne() { ++fBits; }
+
+ private:
+  uint64 fBits;  // the first line's number by the most there can be, and how many follow it
+};
+
 // The cache lines that one step reads, in the order of use and each once.
 class WorkLines {
  public:
   void Add(const void* inStart, std::size_t inBytes);
-  // Takes what was added since the last time behind `ioLines`.
-  void MoveTo(std::vector<const void*>& ioLines);
+  // Takes what was added since the last time behind `ioRuns`.
+  void MoveTo(std::vector<WorkRun>& ioRuns);
 
  private:
-  std::vector<const void*> fLines;
+  bool Has(uint64 inLine) const;
+
+  std::vector<WorkRun> fRuns;
+  std::size_t fCount = 0;
 };
 
 // Addresses are only ever handed to the processor, never read through: a plan that is out of date does no harm.
@@ -32,8 +53,8 @@ class WorkAhead {
   void Reach(std::size_t inStep) const noexcept;
 
  private:
-  std::vector<const void*> fLines;
-  std::vector<std::size_t> fEnds;  // of each step's lines
+  std::vector<WorkRun> fRuns;
+  std::vector<std::size_t> fEnds;  // of each step's runs
 };
 
 }  // namespace qlx::host
