@@ -226,8 +226,8 @@ class alignas(kCacheLine) Element final
   ChannelValues fBase;
   std::unique_ptr<Curves> fCurves;
 
-  ChannelValues
-      fUnmodified;  // what this evaluation began with, where `fKeepsUnmodified` says so: else that is the base
+  // What this evaluation began with, where `fKeepsUnmodified` says so. Else that is the base.
+  ChannelValues fUnmodified;
   Element* fParent = nullptr;
   mutable ValidLinks fLinks;
   PoseFrame fFrame;

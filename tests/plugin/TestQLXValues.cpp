@@ -3,9 +3,13 @@
 
 #include <array>
 #include <limits>
+#include <string>
 
 #include "AssertionGuard.h"
-#include "QLXValues.h"
+#include "FakeAttributes.h"
+#include "QLXLookups.h"
+#include "TestMemory.h"
+#include "model/IDText.h"
 #include "model/ParamTypes.h"
 
 namespace qlx::test {
@@ -72,6 +76,30 @@ TEST(QLXValues, UnknownTypeHasNoBuffer) {
   const AssertionGuard silence;
   EXPECT_EQ(FindParamType("????"_id), nullptr);
   EXPECT_FALSE(QLXValueBuffer(nullptr).HasValue());
+}
+
+// Values of each size in turn in one place: every one begins fresh, and what a type takes it gives back.
+TEST(QLXValues, AParameterHasRoomForAnyValue) {
+  TestMemory memory;
+  host::GetParamTypes();
+  const AssertionGuard silence;
+  QLXParameter place;
+  for (const MCID type : {"qfix"_id, "mx33"_id, "str "_id, "colo"_id, "????"_id, "bool"_id}) {
+    const std::string label = host::TextFromID(type);
+    FakeParam param("RotX"_id, type);
+    place.Set(MCShare<ParamInfo>(&param), "redV"_id);
+    const bool isNumber = type == "qfix"_id || type == "colo"_id || type == "bool"_id;
+    ASSERT_EQ(place.HasValue(), type != "????"_id) << label;
+    EXPECT_EQ(place.GetNumber(), 0) << label;
+    if (place.HasValue()) {
+      EXPECT_EQ(place.GetValue().GetType(), type) << label;
+      place.SetNumber(1);
+      EXPECT_EQ(place.GetNumber(), isNumber ? 1 : 0) << label;
+    }
+    place.Forget();
+    EXPECT_FALSE(place.IsKnown() || place.Exists() || place.HasValue()) << label;
+    EXPECT_EQ(param.fCount, 0) << label;
+  }
 }
 
 }  // namespace
