@@ -50,9 +50,15 @@ bool IsFinite(const ChannelValues& inValues, ChannelMask inMask) {
 }  // namespace
 
 Element::Element(Scene& inScene, uint32 inID, std::string_view inName)
-    : fScene(&inScene), fID(inID), fName(std::make_shared<const TMCString255>(inName.data(), inName.size())) {}
+    : fScene(&inScene),
+      fState(inScene.fStates->Make()),
+      fID(inID),
+      fStates(inScene.fStates),
+      fName(std::make_shared<const TMCString255>(inName.data(), inName.size())) {}
 
-Element::~Element() = default;
+Element::~Element() {
+  fStates->End(fState);
+}
 
 std::string Element::GetNameText() const {
   return {fName->CStr(), fName->ByteLength()};
@@ -62,13 +68,13 @@ std::string Element::GetNameText() const {
 
 void Element::SetBase(const ChannelValues& inValues) {
   if (LinkLook* const look = GetLook()) {
-    look->Write(*this, inValues, DifferentChannels(fBase, inValues));
+    look->Write(*this, inValues, DifferentChannels(fState.fBase, inValues));
     return;
   }
   for (const ChannelInfo& info : kChannels) {
     const real32 value = inValues[info.fChannel];
     const ChannelMask mask = MaskOf(info.fChannel);
-    if ((DifferentChannels(fBase, inValues) & mask) == 0 || !std::isfinite(value)) {
+    if ((DifferentChannels(fState.fBase, inValues) & mask) == 0 || !std::isfinite(value)) {
       continue;
     }
     StoreBase(info.fChannel, value);
@@ -83,7 +89,7 @@ void Element::SetBase(const ChannelValues& inValues) {
 }
 
 bool Element::SetValue(Channel inChannel, real32 inValue) {
-  ChannelValues values = fEvaluated;
+  ChannelValues values = fState.fEvaluated;
   values[inChannel] = inValue;
   return Write(values, MaskOf(inChannel));
 }
@@ -118,12 +124,12 @@ bool Element::Write(const ChannelValues& inValues, ChannelMask inMask) {
 }
 
 void Element::WriteEvaluated(const ChannelValues& inValues, ChannelMask inMask) {
-  if (fWritten == 0 && IsAnimated()) {
+  if (fState.fWritten == 0 && IsAnimated()) {
     KeepUnmodified();
   }
-  fWritten |= inMask;
+  fState.fWritten |= inMask;
   StoreChanged(inValues, SelectChannels(inMask, [&](std::size_t i) {
-                 return std::bit_cast<uint32>(inValues.fValue[i]) != std::bit_cast<uint32>(fEvaluated.fValue[i]);
+                 return std::bit_cast<uint32>(inValues.fValue[i]) != std::bit_cast<uint32>(fState.fEvaluated.fValue[i]);
                }));
   fScene->Touch(*this);
 }
@@ -159,42 +165,38 @@ void Element::SetKeyNow(Channel inChannel, real32 inValue) {
 
 // What this evaluation began with stays what it was.
 void Element::StoreBase(Channel inChannel, real32 inValue) {
-  if (fWritten != 0 || (fScene != nullptr && fScene->IsEvaluating())) {
+  if (fState.fWritten != 0 || (fScene != nullptr && fScene->IsEvaluating())) {
     KeepUnmodified();
   }
-  fBase[inChannel] = inValue;
+  fState.fBase[inChannel] = inValue;
 }
 
 // Until the next evaluation takes values: whatever calls this has touched the element, or is about to.
 void Element::KeepUnmodified() {
-  if (!fKeepsUnmodified) {
+  if (!fState.fKeepsUnmodified) {
     fUnmodified = GetUnmodified();
-    fKeepsUnmodified = true;
+    fState.fKeepsUnmodified = true;
   }
 }
 
 void Element::ShowValue(Channel inChannel, real32 inValue) {
-  if (fWritten != 0) {
+  if (fState.fWritten != 0) {
     KeepUnmodified();
     fUnmodified[inChannel] = inValue;
   }
-  ChannelValues values = fEvaluated;
+  ChannelValues values = fState.fEvaluated;
   values[inChannel] = inValue;
   StoreEvaluated(values);
 }
 
 void Element::StoreEvaluated(const ChannelValues& inValues) {
-  StoreChanged(inValues, DifferentChannels(fEvaluated, inValues));
+  StoreChanged(inValues, DifferentChannels(fState.fEvaluated, inValues));
 }
 
 void Element::StoreChanged(const ChannelValues& inValues, ChannelMask inChanged) {
-  if (inChanged == 0) {
-    return;
+  if (fState.Store(inValues, inChanged)) {
+    InvalidateGlobal();
   }
-  fEvaluated = inValues;
-  const bool isMoved = (inChanged & ~kPositionMask) == 0 && fLocalState != LocalState::kNotMade;
-  fLocalState = isMoved ? LocalState::kMoved : LocalState::kNotMade;
-  InvalidateGlobal();
 }
 
 // Curves
@@ -211,6 +213,7 @@ Curve& Element::GetOrMakeCurve(Channel inChannel) {
 Element::Curves& Element::MakeCurves() {
   if (fCurves == nullptr) {
     fCurves = std::make_unique<Curves>();
+    fState.fIsAnimated = true;
     if (fScene != nullptr) {
       fScene->WorkChanged();
     }
@@ -247,7 +250,7 @@ void Element::EditCurve(Channel inChannel, const std::function<void(Curve&)>& in
 
 void Element::ShowEditedCurve(Channel inChannel) {
   const Curve& curve = MakeCurves()[inChannel];
-  ShowValue(inChannel, curve.IsEmpty() ? fBase[inChannel] : curve.Sample(fScene->GetTime()));
+  ShowValue(inChannel, curve.IsEmpty() ? fState.fBase[inChannel] : curve.Sample(fScene->GetTime()));
 }
 
 void Element::SetRotationCurve(std::unique_ptr<RotationCurve> inCurve) {
@@ -269,7 +272,7 @@ ChannelValues Element::SampleAt(int32 inTime) const {
 }
 
 ChannelValues Element::Sample(int32 inTime, SampleHints& ioHints) const {
-  ChannelValues values = fBase;
+  ChannelValues values = fState.fBase;
   if (fCurves != nullptr) {
     for (std::size_t i = 0; i < kChannelCount; ++i) {
       const Curve& curve = fCurves->fCurves[i];
@@ -291,21 +294,23 @@ ChannelValues Element::Sample(int32 inTime, SampleHints& ioHints) const {
 }
 
 void Element::BeginEvaluation(int32 inTime) {
-  fWritten = 0;
-  fKeepsUnmodified = false;
-  StoreEvaluated(fCurves == nullptr ? fBase : Sample(inTime, fCurves->fHints));
+  if (fState.Begin(fCurves == nullptr ? fState.fBase : Sample(inTime, fCurves->fHints))) {
+    InvalidateGlobal();
+  }
 }
 
 ChannelMask Element::GetModifiedChannels() const {
-  return fWritten == 0 ? ChannelMask{0}
-                       : static_cast<ChannelMask>(fWritten & DifferentChannels(fEvaluated, GetUnmodified()));
+  return fState.fWritten == 0
+             ? ChannelMask{0}
+             : static_cast<ChannelMask>(fState.fWritten & DifferentChannels(fState.fEvaluated, GetUnmodified()));
 }
 
 // Modifiers
 
 void Element::ListWorkMemory(WorkLines& ioLines) const {
-  const auto* const end = reinterpret_cast<const std::byte*>(&fUnmodified);
-  ioLines.Add(this, static_cast<std::size_t>(end - reinterpret_cast<const std::byte*>(this)));
+  ioLines.Add(this, sizeof(void*));
+  ioLines.Add(&fScene, sizeof fScene + sizeof(ElementState*));
+  ioLines.Add(&fState, sizeof fState);
   if (fParameters) {
     fParameters->ListWorkMemory(ioLines);
   }
@@ -417,7 +422,7 @@ void Element::LeaveScene() {
   fParent = nullptr;
   fIndexInParent = 0;
   fLinks = {};
-  fGlobalValid = false;
+  fState.fGlobalValid = false;
   fFigure = nullptr;
   fMemberOf = nullptr;
   fChildren.clear();

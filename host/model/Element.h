@@ -10,6 +10,7 @@
 #include "Curve.h"
 #include "ElementChannel.h"
 #include "ElementPose.h"
+#include "ElementState.h"
 #include "HostObject.h"
 #include "HostParameters.h"
 #include "HostScene.h"
@@ -60,12 +61,12 @@ class alignas(kCacheLine) Element final
   Scene* GetOwnScene() const { return fScene; }
 
   // Values. Writing a value that is not finite is refused with false.
-  const ChannelValues& GetBase() const { return fBase; }
+  const ChannelValues& GetBase() const { return fState.fBase; }
   // An edit, like all that follow: whoever builds a scene clears the edited channels at the end. Of a channel whose new
   // value is not finite the old one stays.
   void SetBase(const ChannelValues& inValues);
-  const ChannelValues& GetEvaluated() const { return fEvaluated; }
-  real32 GetValue(Channel inChannel) const { return fEvaluated[inChannel]; }
+  const ChannelValues& GetEvaluated() const { return fState.fEvaluated; }
+  real32 GetValue(Channel inChannel) const { return fState.fEvaluated[inChannel]; }
   bool SetValue(Channel inChannel, real32 inValue);
   // True when a write of the channel, outside an evaluation, sets a key.
   bool HasKeys(Channel inChannel) const;
@@ -79,7 +80,7 @@ class alignas(kCacheLine) Element final
   void EditCurve(Channel inChannel, const std::function<void(Curve&)>& inEdit);
   void SetRotationCurve(std::unique_ptr<RotationCurve> inCurve);
   const RotationCurve* GetRotationCurve() const { return fRotationCurve.get(); }
-  bool IsAnimated() const { return fCurves != nullptr; }  // a rotation curve never stands without the others
+  bool IsAnimated() const { return fState.fIsAnimated; }  // a rotation curve never stands without the others
   // Channels whose base value or curve an edit changed since the scene was read.
   ChannelMask GetEditedChannels() const { return fEdited; }
   void ClearEditedChannels() { fEdited = 0; }
@@ -99,7 +100,7 @@ class alignas(kCacheLine) Element final
   ChannelMask GetModifiedChannels() const;
   // What this evaluation began with.
   const ChannelValues& GetUnmodified() const {
-    return fWritten == 0 ? fEvaluated : fKeepsUnmodified ? fUnmodified : fBase;
+    return fState.fWritten == 0 ? fState.fEvaluated : fState.fKeepsUnmodified ? fUnmodified : fState.fBase;
   }
 
   // Transforms of the evaluated values.
@@ -187,8 +188,6 @@ class alignas(kCacheLine) Element final
     Element* fNext = nullptr;
   };
 
-  enum class LocalState : uint8 { kNotMade, kMoved, kMade };  // moved: all but the position is as it should be
-
   ChannelValues Sample(int32 inTime, SampleHints& ioHints) const;
   Curves& MakeCurves();
   void DropRotationCurve();
@@ -212,20 +211,11 @@ class alignas(kCacheLine) Element final
   void LeaveScene();
   void NotePoseEdit(ChannelMask inMask);
 
-  // What each evaluation needs comes first and lies together: a scene's elements are more than the processor's caches
-  // hold, and what is read of each is what an evaluation costs. On 64-bit targets these are three cache lines, of which
-  // taking the values of a time reads the second and third.
-  ChannelMask fWritten = 0;  // channels written during this evaluation
-  mutable LocalState fLocalState = LocalState::kNotMade;
-  bool fIsTouched : 1 = false;  // stands in the scene's list
-  // A global matrix is valid only while every ancestor's is: an element that is not valid has none valid below it.
-  mutable bool fGlobalValid : 1 = false;
-  bool fKeepsUnmodified : 1 = false;
+  // These two are all that evaluations read of the element itself, unless it has curves or children.
   Scene* fScene;
-  ChannelValues fEvaluated;
-  ChannelValues fBase;
-  std::unique_ptr<Curves> fCurves;
+  ElementState& fState;
 
+  std::unique_ptr<Curves> fCurves;
   // What this evaluation began with, where `fKeepsUnmodified` says so. Else that is the base.
   ChannelValues fUnmodified;
   Element* fParent = nullptr;
@@ -247,6 +237,7 @@ class alignas(kCacheLine) Element final
   ElementChannels fChannels;
   std::unique_ptr<ElementParameters> fParameters;  // both are made on first use
   std::unique_ptr<ElementTimeLines> fTimeLines;
+  std::shared_ptr<ElementStates> fStates;
   std::shared_ptr<const TMCString255> fName;  // apart, as it is as large as all the rest
 };
 

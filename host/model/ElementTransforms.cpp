@@ -6,17 +6,17 @@
 namespace qlx::host {
 
 const TreeTransform& Element::GetLocal() const {
-  if (fLocalState == LocalState::kNotMade) {
-    fLocal = MakeLocalTransform(fEvaluated, fFrame);
-  } else if (fLocalState == LocalState::kMoved) {
-    fLocal.SetPosition(fEvaluated.GetPosition());
+  if (fState.fLocal == ElementState::Local::kNotMade) {
+    fLocal = MakeLocalTransform(fState.fEvaluated, fFrame);
+  } else if (fState.fLocal == ElementState::Local::kMoved) {
+    fLocal.SetPosition(fState.fEvaluated.GetPosition());
   }
-  fLocalState = LocalState::kMade;
+  fState.fLocal = ElementState::Local::kMade;
   return fLocal;
 }
 
 const TOffsetMatrix33& Element::GetGlobalMatrix() const {
-  if (!fGlobalValid) {
+  if (!fState.fGlobalValid) {
     ComputeGlobal();
   }
   return fGlobal;
@@ -26,7 +26,7 @@ const TOffsetMatrix33& Element::GetGlobalMatrix() const {
 // not valid, which stand in no list.
 void Element::ComputeGlobal() const {
   const Element* down = nullptr;
-  for (const Element* element = this; element != nullptr && !element->fGlobalValid; element = element->fParent) {
+  for (const Element* element = this; element != nullptr && !element->fState.fGlobalValid; element = element->fParent) {
     element->fLinks.fNext = const_cast<Element*>(down);
     down = element;
   }
@@ -34,7 +34,7 @@ void Element::ComputeGlobal() const {
     const Element* const next = down->fLinks.fNext;
     const TOffsetMatrix33 local = MakeLocalMatrix(down->GetLocal());
     down->fGlobal = down->fParent == nullptr ? local : down->fParent->fGlobal * local;
-    down->fGlobalValid = true;
+    down->fState.fGlobalValid = true;
     down->LinkValid();
     down = next;
   }
@@ -68,12 +68,12 @@ void Element::UnlinkValid() {
 }
 
 void Element::InvalidateLocal() {
-  fLocalState = LocalState::kNotMade;
+  fState.fLocal = ElementState::Local::kNotMade;
   InvalidateGlobal();
 }
 
 void Element::InvalidateGlobal() {
-  if (!fGlobalValid) {
+  if (!fState.fGlobalValid) {
     return;
   }
   UnlinkValid();
@@ -81,7 +81,7 @@ void Element::InvalidateGlobal() {
   while (pending != nullptr) {
     Element* const element = pending;
     pending = element->fLinks.fNext;
-    element->fGlobalValid = false;
+    element->fState.fGlobalValid = false;
     for (Element* child = element->fLinks.fFirstChild; child != nullptr;) {
       Element* const next = child->fLinks.fNext;
       child->fLinks.fNext = pending;
@@ -112,7 +112,7 @@ MCResult Element::Refuse(const char* inProblem, MCResult inCode) const {
 }
 
 MCResult Element::WriteWhole(const ChannelValues& inValues) {
-  if (Write(inValues, DifferentChannels(inValues, fEvaluated))) {
+  if (Write(inValues, DifferentChannels(inValues, fState.fEvaluated))) {
     return MC_S_OK;
   }
   return Refuse("a transform that is too large was not taken", MC_E_INVALIDARG);
@@ -138,7 +138,7 @@ MCResult Element::SetLocalTransform(const TTreeTransform& inTransform, int32 /*i
     look->Take(*this, false, inTransform);
     return MC_S_OK;
   }
-  return WriteWhole(TakeLocalTransform(inTransform, GetLocal(), fEvaluated));
+  return WriteWhole(TakeLocalTransform(inTransform, GetLocal(), fState.fEvaluated));
 }
 
 MCResult Element::GetGlobalTransform(TTreeTransform& outTransform) {
@@ -175,12 +175,12 @@ MCResult Element::SetGlobalTransform(const TTreeTransform& inTransform, int32 /*
                   MC_E_NOTVALID);
   }
   if (!DifferInPositionOnly(inTransform, fScene->DecomposeGlobal(global))) {
-    return WriteWhole(TakeLocalMatrix(parent.MapMatrix(inTransform.GetLocalToParent()), fFrame, fEvaluated));
+    return WriteWhole(TakeLocalMatrix(parent.MapMatrix(inTransform.GetLocalToParent()), fFrame, fState.fEvaluated));
   }
   if (inTransform.GetPosition() == global.fOffset) {
-    return WriteWhole(fEvaluated);
+    return WriteWhole(fState.fEvaluated);
   }
-  return WriteWhole(TakeLocalOffset(parent.MapPoint(inTransform.GetPosition()), GetLocal(), fEvaluated));
+  return WriteWhole(TakeLocalOffset(parent.MapPoint(inTransform.GetPosition()), GetLocal(), fState.fEvaluated));
 }
 
 MCResult Element::GetGlobalTransformChain(TTreeChainTransform& outTransform) {

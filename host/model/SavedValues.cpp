@@ -82,7 +82,7 @@ bool Curve::HasSameKeys(const Curve& inCurve) const {
 // Elements
 
 SavedElement Element::SaveValues() const {
-  SavedElement saved{fBase, fEdited, {}, nullptr, GetMode(), GetHotPoint()};
+  SavedElement saved{fState.fBase, fEdited, {}, nullptr, GetMode(), GetHotPoint()};
   const auto hasKeys = [this](const ChannelInfo& info) {
     const Curve* const curve = GetCurve(info.fChannel);
     return curve != nullptr && !curve->IsEmpty();
@@ -99,7 +99,7 @@ SavedElement Element::SaveValues() const {
 }
 
 bool Element::HasValues(const SavedElement& inSaved) const {
-  if (DifferentChannels(fBase, inSaved.fBase) != 0 || fEdited != inSaved.fEdited || GetMode() != inSaved.fMode ||
+  if (DifferentChannels(fState.fBase, inSaved.fBase) != 0 || fEdited != inSaved.fEdited || GetMode() != inSaved.fMode ||
       !SamePoint(GetHotPoint(), inSaved.fHotPoint) || !SameRotation(fRotationCurve.get(), inSaved.fRotation.get())) {
     return false;
   }
@@ -114,7 +114,7 @@ void Element::RestoreValues(const SavedElement& inSaved) {
   if (fScene == nullptr) {
     return;
   }
-  fBase = inSaved.fBase;
+  fState.fBase = inSaved.fBase;
   if (GetCurve(Channel::kPositionX) != nullptr || !inSaved.fCurves.empty()) {
     for (const ChannelInfo& info : kChannels) {
       GetOrMakeCurve(info.fChannel)
@@ -134,8 +134,8 @@ void Element::RestoreValues(const SavedElement& inSaved) {
   }
   fEdited = inSaved.fEdited;
   NotePoseEdit(kRotationMask | kScaleMask);
-  fWritten = 0;
-  fKeepsUnmodified = false;
+  fState.fWritten = 0;
+  fState.fKeepsUnmodified = false;
   StoreEvaluated(SampleAt(fScene->GetTime()));
 }
 

@@ -5,7 +5,6 @@
 #include "EvaluationOrder.h"
 #include "LinkLook.h"
 #include "MCFrameTime.h"
-#include "MCMemory.h"
 #include "MCUtf8.h"
 
 namespace qlx::host {
@@ -13,7 +12,6 @@ namespace qlx::host {
 namespace {
 
 constexpr std::size_t kLongestName = 255;
-constexpr std::size_t kTakenAhead = 8;  // elements that are fetched while one begins an evaluation
 constexpr uint32 kRootID = 1;
 constexpr const char* kRootName = "[scene]";
 
@@ -90,6 +88,7 @@ void Scene::Close() {
   fFigures.clear();
   fSelection.clear();
   fTouched.clear();
+  fTouchedStates.clear();
   fAnimatedValues.clear();
   fTouchedValues.clear();
   for (const auto& values : fValueSets) {
@@ -355,17 +354,14 @@ void Scene::RefreshWorkLists() {
 // What has no curves has its base values already, unless the last evaluation wrote them.
 void Scene::TakeValues(int32 inTime) {
   for (std::size_t i = 0; i < fTouched.size(); ++i) {
-    Element* const element = fTouched[i];
-    if (i + kTakenAhead < fTouched.size()) {
-      MCPrefetch(&fTouched[i + kTakenAhead]->fWritten);
-      MCPrefetch(&fTouched[i + kTakenAhead]->fBase);
-    }
-    element->fIsTouched = false;
-    if (!element->IsAnimated()) {
-      element->BeginEvaluation(inTime);
+    ElementState& state = *fTouchedStates[i];
+    state.fIsTouched = false;
+    if (!state.fIsAnimated && state.Begin(state.fBase) && state.fGlobalValid) {
+      fTouched[i]->InvalidateGlobal();
     }
   }
   fTouched.clear();
+  fTouchedStates.clear();
   for (Element* const element : fAnimated) {
     element->BeginEvaluation(inTime);
   }
@@ -380,9 +376,10 @@ void Scene::TakeValues(int32 inTime) {
 }
 
 void Scene::Touch(Element& inElement) {
-  if (fEvaluating && fLook == nullptr && !inElement.fIsTouched) {
-    inElement.fIsTouched = true;
+  if (fEvaluating && fLook == nullptr && !inElement.fState.fIsTouched) {
+    inElement.fState.fIsTouched = true;
     fTouched.push_back(&inElement);
+    fTouchedStates.push_back(&inElement.fState);
   }
 }
 

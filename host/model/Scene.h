@@ -145,6 +145,7 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   void ForgetPlan();
 
   Diagnostics& fDiagnostics;
+  std::shared_ptr<ElementStates> fStates = std::make_shared<ElementStates>();
   TMCCountedPtr<Element> fRoot;
   std::unordered_map<uint32, Element*> fByID;
   std::unordered_map<std::string, Element*> fByName;
@@ -175,7 +176,8 @@ class Scene final : public HostObject<I3DShScene, AttributesSet, ISceneStructure
   WorkAhead fAhead;  // of the steps of the order
   bool fIsAheadPlanned = false;
   std::vector<Element*> fTouched;
-  std::vector<ValueSet*> fAnimatedValues;  // with curves
+  std::vector<ElementState*> fTouchedStates;  // theirs
+  std::vector<ValueSet*> fAnimatedValues;     // with curves
   std::vector<ValueSet*> fTouchedValues;
   std::vector<Element*> fSelection;
   mutable TMatrix33 fDecomposedAxes;  // see `DecomposeGlobal`
