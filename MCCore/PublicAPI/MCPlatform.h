@@ -24,4 +24,8 @@ std::string ProgramFile();
 // What the system calls the file of a dynamic library: "libqlx.so" or "qlx.dll" for "qlx".
 std::string LibraryFileName(const std::string& inName);
 
+// Memory that `std::realloc` and `std::free` take, at a multiple of the alignment: a power of two, of a pointer's size
+// or more. On Windows, which has no such blocks, it is aligned as that of `std::malloc`. Null when there is none.
+void* AllocateAligned(MCSize inSize, MCSize inAlignment) noexcept;
+
 }  // namespace qlx

@@ -4,6 +4,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 namespace qlx {
 
 uint32 CurrentThreadID() noexcept {
@@ -39,6 +41,11 @@ std::string ProgramFile() {
 
 std::string LibraryFileName(const std::string& inName) {
   return "lib" + inName + ".so";
+}
+
+void* AllocateAligned(MCSize inSize, MCSize inAlignment) noexcept {
+  void* block = nullptr;
+  return posix_memalign(&block, inAlignment, inSize) == 0 ? block : nullptr;
 }
 
 }  // namespace qlx

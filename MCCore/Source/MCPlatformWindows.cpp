@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <cstdlib>
+
 #include "MCPlatformWideWindows.h"
 
 namespace qlx {
@@ -41,6 +43,10 @@ void KeepThisLibraryLoaded() noexcept {
   HMODULE module = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
                      reinterpret_cast<const wchar_t*>(&sHere), &module);
+}
+
+void* AllocateAligned(MCSize inSize, MCSize /*inAlignment*/) noexcept {
+  return std::malloc(inSize);
 }
 
 }  // namespace qlx

@@ -5,6 +5,8 @@
 #include <cstring>
 
 #include "MCDeceased.h"
+#include "MCPlatform.h"
+#include "model/WorkAhead.h"
 
 namespace qlx::host {
 
@@ -16,18 +18,10 @@ void MarkDeceased(void* inObject) {
   std::memcpy(inObject, words, sizeof(void*));
 }
 
-// Large objects begin with a cache line, which lets their classes lay them out by lines. Windows has no such blocks
-// that `free` and `realloc` take.
+// Large objects begin with a cache line, which lets their classes lay them out by lines.
 void* AllocateBlock(MCSize inSize) {
-#if !defined(_WIN32)
-  constexpr MCSize kLine = 64;
   constexpr MCSize kLarge = 1024;
-  if (inSize >= kLarge) {
-    void* block = nullptr;
-    return posix_memalign(&block, kLine, inSize) == 0 ? block : nullptr;
-  }
-#endif
-  return std::malloc(inSize);
+  return inSize >= kLarge ? AllocateAligned(inSize, kCacheLine) : std::malloc(inSize);
 }
 
 }  // namespace
