@@ -1,8 +1,12 @@
 // An evaluation that works has made its room in the first one: later ones allocate nothing, neither from the host nor
-// by operator new, which this program counts.
+// by operator new, which this program counts. And how much of the room one works on.
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
+#include <iterator>
+#include <set>
+#include <span>
 
 #include "CountedNew.h"
 #include "LinkTest.h"
@@ -84,6 +88,28 @@ TEST(QLXAllocations, LaterEvaluationsMakeNone) {
     EXPECT_EQ(bench::GetNewCount() != news, row.fAllocates) << row.fLabel;
     EXPECT_EQ(memory.GetRequests(), requests) << row.fLabel;
   }
+}
+
+// Of many links, the memory that each touches is what it costs: a member that moves must not bring another line.
+TEST(QLXAllocations, APlainLinkWorksOnNineCacheLines) {
+  if constexpr (sizeof(void*) != 8) {
+    GTEST_SKIP() << "the members are ordered for 64-bit targets";
+  }
+  LinkScene scene;
+  QLXModifier& link = LinkScene::Add(scene.fB, kRotY, scene.fA, kRotX);
+  scene.Play(0);
+  scene.Play(1);
+  WorkMemory ranges[16];
+  const uint32 count = link.ListWorkMemory(ranges, std::size(ranges));
+  std::set<std::ptrdiff_t> lines;  // as if the object began with one
+  for (const WorkMemory& range : std::span(ranges, count)) {
+    const std::ptrdiff_t start =
+        static_cast<const std::byte*>(range.fStart) - reinterpret_cast<const std::byte*>(&link);
+    for (MCSize byte = 0; byte < range.fBytes; ++byte) {
+      lines.insert((start + static_cast<std::ptrdiff_t>(byte)) / 64);
+    }
+  }
+  EXPECT_EQ(lines.size(), 9U);
 }
 
 }  // namespace
