@@ -261,16 +261,16 @@ bool Evaluation::ComputeResult(const LinkEnd& inTarget, const LinkEnd* inControl
   const MCID key = fTargetIsShader ? "0000"_id : inTarget.GetOwnKey();
   const auto map = [&](real32 value) { return MapValue(fData, fPrivate.fCurves, fMemory, key, value, fWindow); };
   if (fData.fModifySet) {
-    ioTarget = CombineValues(fData, ioTarget, ClampToRange(fData, map(0).fValue));
+    ioTarget = CombineValues(fData, ioTarget, ClampToRange(fData, map(0)));
     return true;
   }
   if (fData.fCombineSelf) {
-    QLXMapped mapped = map(ioTarget);
-    if (fMemory.fSameFrame && mapped.fDelta == 0.0f) {
+    real32 mapped = map(ioTarget);
+    if (fMemory.fSameFrame && GetChange(fMemory, key, ioTarget) == 0.0f) {
       return true;  // limits are still applied, and the value is written
     }
-    const bool isReady = DelayValue(fData, fMemory, fWindow, mapped.fValue);
-    ioTarget = isReady ? ClampToRange(fData, mapped.fValue) : ioTarget;
+    const bool isReady = DelayValue(fData, fMemory, fWindow, mapped);
+    ioTarget = isReady ? ClampToRange(fData, mapped) : ioTarget;
     return isReady;
   }
   if (!inController) {
@@ -280,7 +280,7 @@ bool Evaluation::ComputeResult(const LinkEnd& inTarget, const LinkEnd* inControl
   if (!value) {
     return false;
   }
-  real32 mapped = map(*value).fValue;
+  real32 mapped = map(*value);
   if (!DelayValue(fData, fMemory, fWindow, mapped)) {
     return false;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "MCException.h"
 #include "QLXMapping.h"
@@ -66,10 +67,9 @@ void QLXParameter::Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent) {
   Forget();
   fIsKnown = true;
   fParam = std::move(inParam);
-  fObject = fParam.Get();
-  if (fObject) {
-    const MCID type = fObject->GetDataType();
-    fOwnKey = fObject->GetParamID();
+  if (fParam) {
+    const MCID type = fParam->GetDataType();
+    fOwnKey = fParam->GetParamID();
     fPlace = FindNumber(type, inComponent);
     SetType(FindParamType(type));
   }
@@ -81,28 +81,29 @@ void QLXParameter::SetType(ParamType* inType) {
   if (!inType) {
     return;
   }
-  if (inType->GetDataSize() <= sizeof fSmall) {
-    inType->ConstructData(fSmall);
-    fValue = ParamHolder(inType, fSmall);
+  if (inType->GetDataSize() <= sizeof fRoom.fSmall) {
+    inType->ConstructData(fRoom.fSmall);
+    fValue = ParamHolder(inType, fRoom.fSmall);
     return;
   }
-  fLarge.reset(new (std::nothrow) QLXValueBuffer(inType));
-  if (fLarge) {
-    fValue = fLarge->GetHolder();
+  auto large = std::unique_ptr<QLXValueBuffer>(new (std::nothrow) QLXValueBuffer(inType));
+  if (large && large->HasValue()) {
+    fValue = large->GetHolder();
+    fRoom.fLarge = large.release();
   }
 }
 
 void QLXParameter::ClearValue() {
-  if (fValue.IsValid() && !fLarge) {
-    fValue.GetParamType()->DestructData(fSmall);
+  if (fValue.IsValid() && IsLarge()) {
+    delete fRoom.fLarge;
+  } else if (fValue.IsValid()) {
+    fValue.GetParamType()->DestructData(fRoom.fSmall);
   }
   fValue = {};
-  fLarge.reset();
 }
 
 void QLXParameter::Forget() {
   fIsKnown = false;
-  fObject = nullptr;
   fParam.Clear();
   ClearValue();
 }

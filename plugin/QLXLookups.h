@@ -10,7 +10,6 @@
 
 #include <iterator>
 #include <memory>
-#include <utility>
 
 #include "HostParameters.h"
 #include "HostScene.h"
@@ -30,12 +29,12 @@ class QLXParameter {
 
   // Looked up, with or without success.
   bool IsKnown() const { return fIsKnown; }
-  bool Exists() const { return fObject != nullptr; }
+  bool Exists() const { return static_cast<bool>(fParam); }
   // Null for none. The component is the number of the value that the link reads or writes.
   void Set(TMCCountedPtr<ParamInfo> inParam, MCID inComponent);
   void Forget();
 
-  ParamInfo& GetParam() const { return *fObject; }
+  ParamInfo& GetParam() const { return *fParam; }
   MCID GetOwnKey() const { return fOwnKey; }
   // False for a type that the host does not know: the number is then 0.
   bool HasValue() const { return fValue.IsValid(); }
@@ -44,22 +43,24 @@ class QLXParameter {
   real32 GetNumber() const { return ReadNumber(fPlace, fValue.GetData()); }
   real32 GetNumberOf(const QLXValueBuffer& inValue) const { return ReadNumber(fPlace, inValue.GetData()); }
   void SetNumber(real32 inNumber) { StoreNumber(fPlace, inNumber, fValue.GetData()); }
-  // What stands in front of this is read at each evaluation.
-  const void* GetEndOfWork() const { return &fLarge; }
 
  private:
+  // The value itself, or where it is too large for that whoever has it.
+  union Room {
+    alignas(real64) std::byte fSmall[16];  // every value that has numbers fits
+    QLXValueBuffer* fLarge;  // owned
+  };
+
   void SetType(ParamType* inType);
   void ClearValue();
+  bool IsLarge() const { return fValue.GetData() != fRoom.fSmall; }
 
-  // What each evaluation needs comes first.
-  ParamInfo* fObject = nullptr;  // what `fParam` holds
+  TMCCountedPtr<ParamInfo> fParam;
   MCID fOwnKey = 0;
   QLXNumberPlace fPlace;
   bool fIsKnown = false;
   ParamHolder fValue;
-  alignas(real64) alignas(void*) std::byte fSmall[16];  // every value that has numbers fits
-  std::unique_ptr<QLXValueBuffer> fLarge;
-  TMCCountedPtr<ParamInfo> fParam;
+  Room fRoom;
 };
 
 // What a path says by its letters alone.
@@ -138,14 +139,16 @@ class QLXLookups {
   QLXParameter* FindSource(std::size_t inLink);
 
   // What stands in front of this is read at each evaluation.
-  const void* GetEndOfWork() const { return fTarget.GetEndOfWork(); }
+  const void* GetEndOfWork() const { return &fTarget + 1; }
   // The name that the linked element was found by, if it was.
-  const TMCString& GetFoundName() const { return fLinkedName; }
-  // The own key of the target of attribute mode, 0 before it is looked up.
-  MCID GetTargetOwnKey() const { return fTarget.GetOwnKey(); }
+  const TMCDynamicString& GetFoundName() const { return fLinkedName; }
 
   // True the first time that it is asked of an element.
-  bool ShallFetchNotifier() { return !std::exchange(fNotifierKnown, true); }
+  bool ShallFetchNotifier() {
+    const bool isFirst = !fNotifierKnown;
+    fNotifierKnown = true;
+    return isFirst;
+  }
 
  private:
   // Few links are of object mode: theirs are made on first use.
@@ -173,20 +176,19 @@ class QLXLookups {
   TMCCountedPtr<TreeElement> fElement;
   I3DShScene* fScene = nullptr;           // not counted: compared, and used during an evaluation
   ISceneStructure* fStructure = nullptr;  // not counted: part of the scene
+  TMCCountedPtr<TreeElement> fLinked;     // with `fLinkedWhich` and `fLinkedByName`
   uint32 fVersion = 0;
-
-  TMCCountedPtr<TreeElement> fLinked;  // with what it was found by:
-  QLXLinked fLinkedWhich = QLXLinked::kController;
-  bool fLinkedByName = false;
-  bool fNotifierKnown = false;
-  bool fIsRunning = false;
-  bool fIsStale = false;
   QLXPathKey fTargetKey;
   QLXPathKey fControllerKey;
+  QLXLinked fLinkedWhich = QLXLinked::kController;
+  bool fLinkedByName : 1 = false;
+  bool fNotifierKnown : 1 = false;
+  bool fIsRunning : 1 = false;
+  bool fIsStale : 1 = false;
   QLXParameter fController;
   QLXParameter fTarget;
   std::unique_ptr<ObjectParameters> fObjectParameters;
-  TMCString255 fLinkedName;
+  TMCDynamicString fLinkedName;
 };
 
 // The notifier of an element's morphs; null for an element that has none.

@@ -200,15 +200,13 @@ real32 ConvertQLXUnit(int32 inUnit, MCID inKey, real32 inValue) {
   }
 }
 
-QLXMapped MapValue(const QLXModifierData& inData, const QLXCurves& inCurves, QLXMemory& ioMemory, MCID inKey,
-                   real32 inValue, const QLXWindow& inWindow) {
-  QLXChannelMemory& channel = ioMemory.fChannels[GetQLXChannel(inKey)];
-  if (inWindow.fNow == inWindow.fStart && channel.fBaselinePending) {
-    channel.fBaseline = inValue;
-    channel.fBaselinePending = false;
+real32 MapValue(const QLXModifierData& inData, const QLXCurves& inCurves, QLXMemory& ioMemory, MCID inKey,
+                real32 inValue, const QLXWindow& inWindow) {
+  const std::size_t channel = GetQLXChannel(inKey);
+  if (inWindow.fNow == inWindow.fStart && ioMemory.fBaselinePending.Take(channel)) {
+    ioMemory.fChannels[channel].fBaseline = inValue;
   }
-  const real32 delta = inValue - channel.fBaseline;
-  real32 value = inData.fRelative ? delta : inValue;
+  real32 value = inData.fRelative ? GetChange(ioMemory, inKey, inValue) : inValue;
   if (inData.fMirrorTransform && IsInverted(inData, inKey)) {
     value = -value;
   }
@@ -221,22 +219,25 @@ QLXMapped MapValue(const QLXModifierData& inData, const QLXCurves& inCurves, QLX
   } else if (inData.fGrowOn) {
     value = Grow(inCurves.fGrowth, inWindow, value);
   }
-  return {value, delta};
+  return value;
+}
+
+real32 GetChange(const QLXMemory& inMemory, MCID inKey, real32 inValue) {
+  return inValue - inMemory.fChannels[GetQLXChannel(inKey)].fBaseline;
 }
 
 real32 FilterTargetValue(QLXMemory& ioMemory, MCID inKey, real32 inValue, const QLXWindow& inWindow) {
-  QLXChannelMemory& channel = ioMemory.fChannels[GetQLXChannel(inKey)];
+  const std::size_t number = GetQLXChannel(inKey);
+  QLXChannelMemory& channel = ioMemory.fChannels[number];
   const bool isAtStart = inWindow.fNow == inWindow.fStart;
-  if (isAtStart && channel.fTargetStartPending) {
+  if (isAtStart && ioMemory.fTargetStartPending.Take(number)) {
     channel.fTargetStart = inValue;
-    channel.fTargetStartPending = false;
   }
   if (ioMemory.fSameFrame) {
     return isAtStart ? channel.fTargetStart : channel.fTargetLast;
   }
-  if (channel.fTargetLastPending) {
+  if (ioMemory.fTargetLastPending.Take(number)) {
     channel.fTargetLast = inValue;
-    channel.fTargetLastPending = false;
   }
   return inValue;
 }

@@ -29,15 +29,13 @@ int GetOwnAxis(MCID inKey);
 // A value that was entered in a unit, as the scene has it. A unit that does not apply to the key leaves it alone.
 real32 ConvertQLXUnit(int32 inUnit, MCID inKey, real32 inValue);
 
-struct QLXMapped {
-  real32 fValue = 0;
-  real32 fDelta = 0;  // from the baseline, whether or not the link is relative
-};
-
 // Baseline, inversion, the step of arithmetic, oscillator, and decay or growth. A window of no length is not guarded:
 // its curves are what a division by 0 gives.
-QLXMapped MapValue(const QLXModifierData& inData, const QLXCurves& inCurves, QLXMemory& ioMemory, MCID inKey,
-                   real32 inValue, const QLXWindow& inWindow);
+real32 MapValue(const QLXModifierData& inData, const QLXCurves& inCurves, QLXMemory& ioMemory, MCID inKey,
+                real32 inValue, const QLXWindow& inWindow);
+
+// The way of a value from the baseline.
+real32 GetChange(const QLXMemory& inMemory, MCID inKey, real32 inValue);
 
 // Keeps a link from feeding on its own output when a frame is evaluated again.
 real32 FilterTargetValue(QLXMemory& ioMemory, MCID inKey, real32 inValue, const QLXWindow& inWindow);

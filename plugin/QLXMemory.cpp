@@ -9,6 +9,9 @@ void QLXMemory::CopyFrom(const QLXMemory& inSource) {
   fMorphNotifier = inSource.fMorphNotifier;
   fTargetElement = inSource.fTargetElement;
   fChannels = inSource.fChannels;
+  fBaselinePending = inSource.fBaselinePending;
+  fTargetLastPending = inSource.fTargetLastPending;
+  fTargetStartPending = inSource.fTargetStartPending;
 }
 
 }  // namespace qlx

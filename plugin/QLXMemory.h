@@ -18,19 +18,38 @@ struct QLXChannelMemory {
   real32 fBaseline = 0;     // the controller's value at the first visit of the window's start
   real32 fTargetLast = 0;   // the target's value at the first evaluation that was no repetition
   real32 fTargetStart = 0;  // the target's value at the first visit of the window's start
-  bool fBaselinePending = true;
-  bool fTargetLastPending = true;
-  bool fTargetStartPending = true;
+};
+
+// The channels that have not taken one of their numbers yet.
+class QLXPendingChannels {
+ public:
+  // True once for each channel.
+  bool Take(std::size_t inChannel) {
+    const uint32 bit = 1U << inChannel;
+    const bool wasPending = (fBits & bit) != 0;
+    if (wasPending) {
+      fBits = static_cast<uint16>(fBits - bit);
+    }
+    return wasPending;
+  }
+
+ private:
+  uint16 fBits = (1U << kQLXChannelCount) - 1;
 };
 
 struct QLXMemory {
+  std::array<QLXChannelMemory, kQLXChannelCount> fChannels;
+  QLXDelayQueue fDelayQueue;
+
+  // What every evaluation needs stands together, from here to the end.
   TMCCountedPtr<TreeElement> fTargetElement;  // the first element that was seen
   TMCCountedPtr<I3DShMorphTarget> fMorphNotifier;
   int32 fLastTime = 0;        // of the last evaluation; so a first one at time 0 counts as a repetition
   uint32 fLastTimeExtra = 0;  // the second word of a scene time
-  bool fSameFrame = false;    // this evaluation is a repetition
-  QLXDelayQueue fDelayQueue;
-  std::array<QLXChannelMemory, kQLXChannelCount> fChannels;
+  QLXPendingChannels fBaselinePending;
+  QLXPendingChannels fTargetLastPending;
+  QLXPendingChannels fTargetStartPending;
+  bool fSameFrame = false;  // this evaluation is a repetition
 
   // Without memory for it the queue stays as it is.
   void CopyFrom(const QLXMemory& inSource);

@@ -66,15 +66,15 @@ uint32 QLXModifier::ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) {
   const TMCString& name = fData.fAttributeMode ? fData.fControllerName : fData.fSourceName;
   const WorkMemory ranges[] = {
       WorkMemory{this, sizeof(void*)},
-      between(&fMemory, &fMemory.fChannels),
+      between(&fMemory.fTargetElement, &fMemory + 1),
       between(&fLookups, fLookups.GetEndOfWork()),
       between(&fData.fCombineReplace, &fData.fSourceName),
       between(&fData.fPositionAll, &fData.fName),
       between(&fData.fAbsolute, &fPrivate),
-      fData.fAttributeMode ? whole(fMemory.fChannels[GetQLXChannel(fLookups.GetTargetOwnKey())])
-                           : whole(fMemory.fChannels),
+      fData.fRelative || fData.fCombineSelf ? whole(fMemory.fChannels) : WorkMemory{},
       isByName ? WorkMemory{&name, sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
-      isByName ? WorkMemory{&fLookups.GetFoundName(), sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
+      isByName ? whole(fLookups.GetFoundName()) : WorkMemory{},
+      isByName ? WorkMemory{fLookups.GetFoundName().CStr(), fLookups.GetFoundName().ByteLength()} : WorkMemory{},
       fData.fDecayOn || fData.fGrowOn || fData.fOscillateOn ? whole(fPrivate.fCurves) : WorkMemory{},
   };
   const auto count = std::min<uint32>(inRoom, std::size(ranges));

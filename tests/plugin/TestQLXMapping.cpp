@@ -25,7 +25,7 @@ struct Mapping {
   QLXWindow fWindow{.fStart = 0, .fEnd = 1000, .fNow = 0, .fFrameTicks = 100};
   MCID fKey = "RotX"_id;
 
-  real32 Map(real32 inValue) { return MapValue(fData, fCurves, fMemory, fKey, inValue, fWindow).fValue; }
+  real32 Map(real32 inValue) { return MapValue(fData, fCurves, fMemory, fKey, inValue, fWindow); }
   real32 MapAt(int32 inNow, real32 inValue) {
     fWindow.fNow = inNow;
     return Map(inValue);
@@ -127,7 +127,7 @@ TEST(QLXMapping, RelativeIsTheChangeSinceTheStart) {
   mapping.fData.fRelative = true;  // beside fAbsolute, which stays on
   EXPECT_EQ(mapping.MapAt(0, 5), 0);
   EXPECT_EQ(mapping.MapAt(100, 7), 2);
-  EXPECT_EQ(MapValue(mapping.fData, mapping.fCurves, mapping.fMemory, "RotY"_id, 7, mapping.fWindow).fValue, 7)
+  EXPECT_EQ(MapValue(mapping.fData, mapping.fCurves, mapping.fMemory, "RotY"_id, 7, mapping.fWindow), 7)
       << "each channel has a baseline of its own, 0 until it was seen at the start";
 }
 
