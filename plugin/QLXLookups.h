@@ -48,7 +48,7 @@ class QLXParameter {
   // The value itself, or where it is too large for that whoever has it.
   union Room {
     alignas(real64) std::byte fSmall[16];  // every value that has numbers fits
-    QLXValueBuffer* fLarge;  // owned
+    QLXValueBuffer* fLarge;                // owned
   };
 
   void SetType(ParamType* inType);
