@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iterator>
 #include <new>
+#include <utility>
 
 #include "MCException.h"
 #include "MCStream.h"
@@ -26,6 +27,14 @@ void SetReference(ObjectReference& outReference, const TreePath& inPath) {
   for (uint32 i = 0; i < outReference.GetElemCount(); ++i) {
     outReference[i] = static_cast<uint8>(id >> (8 * i));
   }
+}
+
+// What there was no memory for is empty.
+bool IsWholeCopy(const QLXPrivateData& inSource, const QLXPrivateData& inCopy) {
+  return inCopy.fTargetPath.ByteLength() == inSource.fTargetPath.ByteLength() &&
+         inCopy.fControllerPath.ByteLength() == inSource.fControllerPath.ByteLength() &&
+         inCopy.fControllerRef.GetElemCount() == inSource.fControllerRef.GetElemCount() &&
+         inCopy.fSourceRef.GetElemCount() == inSource.fSourceRef.GetElemCount();
 }
 
 }  // namespace
@@ -106,7 +115,10 @@ void QLXModifier::Clone(IExDataExchanger** outCopy, void* /*inAllocationContext*
   copy->fClonedFrom = this;
   *outCopy = static_cast<IExDataExchanger*>(copy);
   copy->fData = fData;
-  CopyDataTo(*outCopy);
+  if (CopyDataTo(*outCopy) != MC_S_OK) {
+    std::exchange(*outCopy, nullptr)->Release();
+    throw TMCException(MC_E_OUTOFMEMORY, "QLXModifier", __LINE__);
+  }
 }
 
 MCResult QLXModifier::CopyDataTo(IExDataExchanger* inOther) {
@@ -116,6 +128,7 @@ MCResult QLXModifier::CopyDataTo(IExDataExchanger* inOther) {
     other->fLinksLocked = fLinksLocked;
     other->fMemory.CopyFrom(fMemory);
     other->fLookups.Forget();
+    return IsWholeCopy(fPrivate, other->fPrivate) ? MC_S_OK : MC_E_OUTOFMEMORY;
   }
   return MC_S_OK;
 }
@@ -143,13 +156,13 @@ MCResult QLXModifier::Write(TMCStream* inStream) {
 
 void QLXModifier::SetTargetPath(const TMCString& inPath) {
   fLookups.Forget();
-  fPrivate.fTargetPath = inPath;
+  fPrivate.fTargetPath = TMCString1023(inPath);
   fPrivate.fTargetPathSet = true;
 }
 
 void QLXModifier::SetControllerPath(const TMCString& inPath) {
   fLookups.Forget();
-  fPrivate.fControllerPath = inPath;
+  fPrivate.fControllerPath = TMCString1023(inPath);
   fPrivate.fControllerPathSet = true;
 }
 

@@ -152,14 +152,17 @@ struct QLXCurves {
 };
 
 // What a link keeps beside its public block, and saves as tokens. Paths are text paths (scene3d/TextPath.h) or one of
-// "GlbX", "GlbY" and "GlbZ", which mean the element's position in the scene.
+// "GlbX", "GlbY" and "GlbZ", which mean the element's position in the scene. They take as much memory as they are long,
+// at most that of a text path.
+inline constexpr uint32 kLongestQLXPath = 1023;
+
 struct QLXPrivateData {
-  TMCString1023 fTargetPath;  // the value that is written
+  TMCDynamicString fTargetPath;  // the value that is written
   bool fTargetPathSet = false;
   bool fControllerPathSet = false;
   ObjectReference fControllerRef;
-  ObjectReference fSourceRef;     // of object mode
-  TMCString1023 fControllerPath;  // the value that is read
+  ObjectReference fSourceRef;        // of object mode
+  TMCDynamicString fControllerPath;  // the value that is read
   QLXCurves fCurves;
 };
 

@@ -112,9 +112,13 @@ TMCDynamicString ReadText(TMCStream& ioStream) {
   return text;
 }
 
-void ReadPath(TMCStream& ioStream, TMCString1023& outPath) {
+void ReadPath(TMCStream& ioStream, TMCDynamicString& outPath) {
   const TMCDynamicString text = ReadText(ioStream);
-  outPath.Assign(text.CStr(), std::min(text.ByteLength(), outPath.MaxLength()));
+  const uint32 length = std::min(text.ByteLength(), kLongestQLXPath);
+  outPath = TMCDynamicString(text.CStr(), length);
+  if (outPath.ByteLength() != length) {
+    FailTokens(MC_E_OUTOFMEMORY, __LINE__);
+  }
 }
 
 int HexValue(char inDigit) {

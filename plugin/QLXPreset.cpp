@@ -69,18 +69,8 @@ class PresetReader {
   // Of the last value that was looked at.
   int32 GetPlace() const { return fPlace; }
 
-  void operator()(TMCString& outText) {
-    if (!GoToValue() || !StartsText()) {
-      fHasFailed = true;
-      return;
-    }
-    TMCDynamicString text;
-    fStream.ReadMCString(text);
-    fHasFailed = fStream.fail() || text.ByteLength() > outText.MaxLength();
-    if (!fHasFailed) {
-      outText.Assign(text.CStr(), text.ByteLength());
-    }
-  }
+  void operator()(TMCString255& outText) { ReadText(outText, outText.MaxLength()); }
+  void operator()(TMCDynamicString& outPath) { ReadText(outPath, kLongestQLXPath); }
   void operator()(bool& outSwitch) {
     int32 number = 0;
     (*this)(number);
@@ -90,6 +80,19 @@ class PresetReader {
   void operator()(real32& outNumber) { ReadNumberWith(&TMCStream::ReadFloat, outNumber); }
 
  private:
+  void ReadText(TMCString& outText, uint32 inLongest) {
+    if (!GoToValue() || !StartsText()) {
+      fHasFailed = true;
+      return;
+    }
+    TMCDynamicString text;
+    fStream.ReadMCString(text);
+    fHasFailed = fStream.fail() || text.ByteLength() > inLongest;
+    if (!fHasFailed) {
+      outText = text;
+    }
+  }
+
   template <class Number>
   void ReadNumberWith(TMCStream& (TMCStream::*inRead)(Number&), Number& outNumber) {
     Number number = 0;

@@ -5,11 +5,13 @@
 #include <string>
 
 #include "LinkTest.h"
+#include "MCException.h"
 #include "MCMemoryStream.h"
 #include "MCToken.h"
 #include "PinModifier.h"
 #include "PlatformTextGuard.h"
 #include "SilentReports.h"
+#include "TestMemory.h"
 
 namespace qlx::test {
 namespace {
@@ -244,6 +246,27 @@ TEST_F(QLXTokens, CloneReleasesWhatStoodInItsPlace) {
   EXPECT_NE(place, MCQuery<IExDataExchanger>(fOther).Get());
   EXPECT_EQ(fOther->AddRef(), 2U);
   fOther->Release();
+}
+
+TEST_F(QLXTokens, CloneIsWholeOrThereIsNone) {
+  const SilentReports silence;
+  FillPrivate(*fLink);
+  auto& memory = static_cast<TestMemory&>(*gMemoryUtilities);
+  bool isWhole = false;
+  for (int requests = 0; !isWhole; ++requests) {
+    TMCCountedPtr<IExDataExchanger> copy;
+    memory.RefuseAfter(requests);
+    try {
+      fLink->Clone(copy.WriteInto(), nullptr);
+      isWhole = !memory.HasRefused();
+      memory.RefuseNothing();
+      EXPECT_EQ(WriteText(*MCQuery<QLXModifier>(copy)), kGolden) << requests;
+    } catch (const TMCException& exception) {
+      memory.RefuseNothing();
+      EXPECT_EQ(exception.GetCode(), MC_E_OUTOFMEMORY);
+      EXPECT_FALSE(copy) << requests;
+    }
+  }
 }
 
 TEST_F(QLXTokens, CopyGoesToLinksAlone) {
