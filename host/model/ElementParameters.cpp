@@ -41,7 +41,7 @@ void AddTransform(ParameterGroup& ioRoot, Element& inElement) {
   const auto add = [&](ParameterGroup& group, std::initializer_list<Channel> channels) {
     for (const Channel channel : channels) {
       group.Add(MakeHosted<Parameter>(kChannels[IndexOf(channel)].fID, names.fChannels[IndexOf(channel)],
-                                      std::make_unique<ElementChannel>(inElement, channel)));
+                                      std::in_place_type<ElementChannel>, inElement, channel));
     }
   };
   add(transform.AddGroup("OFFS"_id, names.fPosition), {Channel::kPositionX, Channel::kPositionY, Channel::kPositionZ});

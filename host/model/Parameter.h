@@ -4,30 +4,40 @@
 // held longer than what they belong to: the value is dead then, and a parameter has no holder.
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "AnimatedValue.h"
 #include "HostObject.h"
 #include "HostParameters.h"
 #include "MCString.h"
+#include "WorkAhead.h"
 
 namespace qlx::host {
 
 class ParameterGroup;
-class WorkLines;
 
-class Parameter final : public HostObject<ParamInfo, IKeyframeHolder> {
+class alignas(kCacheLine) Parameter final : public HostObject<ParamInfo, IKeyframeHolder> {
  public:
   using Name = std::shared_ptr<const TMCString>;
   static Name MakeName(const char* inName);
 
-  // A plain parameter, or a group of parameters.
-  Parameter(MCID inID, Name inName, std::unique_ptr<ValueAccess> inValue);
+  // A plain parameter, of a value that is made inside it, or a group of parameters.
+  template <class Value, class... Arguments>
+  Parameter(MCID inID, Name inName, std::in_place_type_t<Value>, Arguments&&... inArguments)
+      : fID(inID), fValue(new (fRoom) Value(std::forward<Arguments>(inArguments)...)), fName(std::move(inName)) {
+    static_assert(sizeof(Value) <= kRoom);
+  }
   Parameter(MCID inID, Name inName, TMCCountedPtr<ParameterGroup> inGroup);
   ~Parameter() override;
 
-  ValueAccess* GetValueAccess() const { return fValue.get(); }
+  // All parameters stand in memory of their own; may be called on any thread.
+  static void* operator new(std::size_t inSize, std::align_val_t inAlignment);
+  static void operator delete(void* inObject, std::size_t inSize, std::align_val_t inAlignment);
+
+  ValueAccess* GetValueAccess() const { return fValue; }
   ParameterGroup* GetGroup() const { return fGroup.Get(); }
   // What a read or write of the value goes through.
   void ListWorkMemory(WorkLines& ioLines) const;
@@ -58,9 +68,12 @@ class Parameter final : public HostObject<ParamInfo, IKeyframeHolder> {
   friend class ParameterGroup;
   AnimatedValue* GetAnimated() const { return fValue ? fValue->AsAnimated() : nullptr; }
 
-  // What each read and write needs comes first.
+  static constexpr std::size_t kRoom = 5 * sizeof(void*);
+
+  // What each read and write needs comes first, and is one cache line.
   MCID fID;
-  std::unique_ptr<ValueAccess> fValue;
+  ValueAccess* fValue = nullptr;  // in the room; null for a group
+  alignas(void*) std::byte fRoom[kRoom];
   Name fName;
   TMCCountedPtr<ParameterGroup> fGroup;
   ParameterGroup* fHolder = nullptr;

@@ -55,8 +55,8 @@ void AddParameters(ParameterGroup& ioGroup, const std::shared_ptr<ValueSet>& inS
                    std::size_t inCount) {
   for (std::size_t i = inFirst; i < inFirst + inCount; ++i) {
     const ValueInfo& info = inSet->GetInfo(i);
-    ioGroup.Add(
-        MakeHosted<Parameter>(info.fID, Parameter::MakeName(info.fName.c_str()), std::make_unique<SetValue>(inSet, i)));
+    ioGroup.Add(MakeHosted<Parameter>(info.fID, Parameter::MakeName(info.fName.c_str()), std::in_place_type<SetValue>,
+                                      inSet, i));
   }
 }
 
