@@ -1,12 +1,38 @@
 #include "MCPlatform.h"
 
 #include <dlfcn.h>
+#include <malloc.h>
+#include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <climits>
+#include <cstdint>
 #include <cstdlib>
 
 namespace qlx {
+
+namespace {
+
+constexpr std::uintptr_t kLargePage = std::uintptr_t{2} << 20;
+
+std::size_t GetRoomForLargePages() noexcept {
+  constexpr std::size_t kMost = std::size_t{1} << 30;
+  const auto pages = static_cast<std::size_t>(std::max(sysconf(_SC_PHYS_PAGES), 0L));
+  const auto pageSize = static_cast<std::size_t>(std::max(sysconf(_SC_PAGESIZE), 0L));
+  return std::min(kMost, pages / 8 * pageSize);
+}
+
+void AskForLargePages(void* inFirst, void* inEnd, std::size_t inMost) noexcept {
+  const std::uintptr_t first = (reinterpret_cast<std::uintptr_t>(inFirst) + kLargePage - 1) / kLargePage * kLargePage;
+  const auto end = reinterpret_cast<std::uintptr_t>(inEnd);
+  if (first < end && end - first <= inMost) {
+    madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+  }
+}
+
+}  // namespace
 
 uint32 CurrentThreadID() noexcept {
   return static_cast<uint32>(syscall(SYS_gettid));
@@ -46,6 +72,25 @@ std::string LibraryFileName(const std::string& inName) {
 void* AllocateAligned(MCSize inSize, MCSize inAlignment) noexcept {
   void* block = nullptr;
   return posix_memalign(&block, inAlignment, inSize) == 0 ? block : nullptr;
+}
+
+// One step of the heap's growth takes the whole room: only a range that is there can be spoken of to the system.
+void PreferLargePages() noexcept {
+#if defined(__GLIBC__) && UINTPTR_MAX > UINT32_MAX
+  constexpr int kLargestInHeap = 32 << 20;  // the most that the runtime allows
+  constexpr int kUsualStep = 128 << 10;
+  const std::size_t room = GetRoomForLargePages();
+  if (mallopt(M_MMAP_THRESHOLD, kLargestInHeap) == 0 || mallopt(M_TRIM_THRESHOLD, INT_MAX) == 0 ||
+      mallopt(M_TOP_PAD, static_cast<int>(room)) == 0) {
+    return;
+  }
+  void* const grows = std::malloc(kLargePage);
+  mallopt(M_TOP_PAD, kUsualStep);
+  if (grows) {
+    AskForLargePages(grows, sbrk(0), room + 2 * kLargePage);
+  }
+  std::free(grows);
+#endif
 }
 
 }  // namespace qlx

@@ -49,4 +49,6 @@ void* AllocateAligned(MCSize inSize, MCSize /*inAlignment*/) noexcept {
   return std::malloc(inSize);
 }
 
+void PreferLargePages() noexcept {}
+
 }  // namespace qlx

@@ -6,6 +6,7 @@
 #include "cli/Qlx.h"
 
 int main(int argc, char** argv) {
+  qlx::PreferLargePages();
   qlx::PrepareTerminal();
   std::vector<std::string> arguments = qlx::Utf8Arguments(argc, argv);
   if (!arguments.empty()) {
