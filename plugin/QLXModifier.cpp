@@ -81,6 +81,7 @@ uint32 QLXModifier::ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) {
       between(&fData.fPositionAll, &fData.fName),
       between(&fData.fAbsolute, &fPrivate),
       fData.fRelative || fData.fCombineSelf ? whole(fMemory.fChannels) : WorkMemory{},
+      fData.fDelayOn ? whole(fMemory.fDelayQueue) : WorkMemory{},
       isByName ? WorkMemory{&name, sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
       isByName ? whole(fLookups.GetFoundName()) : WorkMemory{},
       isByName ? WorkMemory{fLookups.GetFoundName().CStr(), fLookups.GetFoundName().ByteLength()} : WorkMemory{},

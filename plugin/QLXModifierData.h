@@ -151,11 +151,11 @@ struct QLXCurves {
   QLXOscillator fOscillator;
 };
 
-// What a link keeps beside its public block, and saves as tokens. Paths are text paths (scene3d/TextPath.h) or one of
-// "GlbX", "GlbY" and "GlbZ", which mean the element's position in the scene. They take as much memory as they are long,
-// at most that of a text path.
+// The bytes of the longest path that a link takes, which are those of a text path.
 inline constexpr uint32 kLongestQLXPath = 1023;
 
+// What a link keeps beside its public block, and saves as tokens. Paths are text paths (scene3d/TextPath.h) or one of
+// "GlbX", "GlbY" and "GlbZ", which mean the element's position in the scene.
 struct QLXPrivateData {
   TMCDynamicString fTargetPath;  // the value that is written
   bool fTargetPathSet = false;

@@ -10,9 +10,8 @@ namespace qlx::host {
 
 // Implements the three root operations for an object that offers the interfaces, the first being its identity. That one
 // comes last in memory, beside the members of the class: a call through it and what it reads are then close together.
-// Objects belong to the thread that evaluates their scene. Made with `new`, count 1; `MakeHosted` adopts
-// that. A class that offers an interface at times only overrides `Offers`; one with parts of its own overrides
-// `FindPart`.
+// Objects belong to the thread that evaluates their scene. Made with `new`, count 1; `MakeHosted` adopts that. A class
+// that offers an interface at times only overrides `Offers`; one with parts of its own overrides `FindPart`.
 template <class First, class... Rest>
 class HostObject : public Rest..., public First {
  public:
