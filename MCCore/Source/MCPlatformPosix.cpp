@@ -13,6 +13,7 @@
 
 namespace qlx {
 
+#if defined(__GLIBC__)
 namespace {
 
 constexpr std::uintptr_t kLargePage = std::uintptr_t{2} << 20;
@@ -33,6 +34,7 @@ void AskForLargePages(void* inFirst, void* inEnd, std::size_t inMost) noexcept {
 }
 
 }  // namespace
+#endif
 
 uint32 CurrentThreadID() noexcept {
   return static_cast<uint32>(syscall(SYS_gettid));
@@ -76,11 +78,11 @@ void* AllocateAligned(MCSize inSize, MCSize inAlignment) noexcept {
 
 // One step of the heap's growth takes the whole room: only a range that is there can be spoken of to the system.
 void PreferLargePages() noexcept {
-#if defined(__GLIBC__) && UINTPTR_MAX > UINT32_MAX
+#if defined(__GLIBC__)
   constexpr int kLargestInHeap = 32 << 20;  // the most that the runtime allows
   constexpr int kUsualStep = 128 << 10;
   const std::size_t room = GetRoomForLargePages();
-  if (mallopt(M_MMAP_THRESHOLD, kLargestInHeap) == 0 || mallopt(M_TRIM_THRESHOLD, INT_MAX) == 0 ||
+  if (sizeof(void*) < 8 || mallopt(M_MMAP_THRESHOLD, kLargestInHeap) == 0 || mallopt(M_TRIM_THRESHOLD, INT_MAX) == 0 ||
       mallopt(M_TOP_PAD, static_cast<int>(room)) == 0) {
     return;
   }
