@@ -89,7 +89,8 @@ class PresetReader {
     fStream.ReadMCString(text);
     fHasFailed = fStream.fail() || text.ByteLength() > inLongest;
     if (!fHasFailed) {
-      outText = text;
+      outText.Assign(text.CStr(), text.ByteLength());
+      fHasFailed = outText.ByteLength() != text.ByteLength();  // without memory
     }
   }
 
