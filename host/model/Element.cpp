@@ -308,7 +308,7 @@ ChannelMask Element::GetModifiedChannels() const {
 // Modifiers
 
 void Element::ListWorkMemory(WorkLines& ioLines) const {
-  ioLines.Add(this, sizeof(void*));
+  ioLines.Add(static_cast<const TreeElement*>(this), sizeof(void*));
   ioLines.Add(&fScene, sizeof fScene + sizeof(ElementState*));
   ioLines.Add(&fState, sizeof fState);
   if (fParameters) {

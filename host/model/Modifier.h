@@ -65,6 +65,8 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
   virtual void ListWorkMemory(WorkLines& ioLines);
 
   Element* GetElement() const { return fElement.Get(); }
+  // The same question without a look at the element.
+  bool SitsOn(const Element& inElement) const { return fElement == &inElement; }
   // Called by the element, as it takes the modifier into its list and out of it.
   void Attach(Element& inElement);
   virtual void Detach();

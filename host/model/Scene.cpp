@@ -273,7 +273,7 @@ void Scene::ApplyModifiers() {
   for (const EvaluationStep& step : fOrder->GetSteps()) {
     fAhead.Reach(done++);
     Modifier& modifier = *step.fModifier;
-    if (modifier.GetElement() == step.fElement && modifier.IsEnabled()) {
+    if (modifier.SitsOn(*step.fElement) && modifier.IsEnabled()) {
       modifier.Apply(*step.fElement);
     }
   }
