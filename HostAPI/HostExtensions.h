@@ -235,17 +235,27 @@ struct WorkMemory {
   MCSize fBytes;
 };
 
-// Answered by a modifier that can say what it reads at its next evaluation, so that a host with many of them gets it
-// under way while it evaluates others. A hint: nothing is to be read through the addresses, which may be out of date.
-class IWorkMemory : public IMCUnknown {
+// A modifier's `SetTreeElement` as a plain function, good as long as the modifier is.
+struct WorkCall {
+  MCResult(MC_CALL* fRun)(void* inModifier, TreeElement* inElement);
+  void* fModifier;  // for the call alone
+};
+
+// Answered by a modifier that makes work easy for a host with many of them.
+class IModifierWork : public IMCUnknown {
  public:
   static constexpr MCGuid kInterfaceID = "7E0C1B5A-90D4-4B57-9E4B-2D0C6A5F1E83"_guid;
 
-  // In the order of use, at most `inRoom` of them; answers how many were written.
+  // The table of a modifier's operations is all that is read of the memory around it: a plain call does without.
+  virtual void MC_CALL GetWorkCall(WorkCall& outCall) = 0;
+
+  // What the modifier reads at its next evaluation, so that a host gets it under way while it evaluates others. A hint:
+  // nothing is to be read through the addresses, which may be out of date. In the order of use, at most `inRoom` of
+  // them; answers how many were written.
   virtual uint32 MC_CALL ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) = 0;
 
  protected:
-  ~IWorkMemory() = default;
+  ~IModifierWork() = default;
 };
 
 }  // namespace qlx

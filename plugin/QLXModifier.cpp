@@ -37,14 +37,18 @@ bool IsWholeCopy(const QLXPrivateData& inSource, const QLXPrivateData& inCopy) {
          inCopy.fSourceRef.GetElemCount() == inSource.fSourceRef.GetElemCount();
 }
 
+MCResult MC_CALL Work(void* inModifier, TreeElement* inTree) {
+  return static_cast<QLXModifier*>(inModifier)->QLXModifier::SetTreeElement(inTree);
+}
+
 }  // namespace
 
 MCResult QLXModifier::QueryInterface(const MCGuid& inID, void** outObject) {
   if (inID == IExStreamIO::kInterfaceID) {
     return MCStoreCounted<IExStreamIO>(this, outObject);
   }
-  if (inID == IWorkMemory::kInterfaceID) {
-    return MCStoreCounted<IWorkMemory>(this, outObject);
+  if (inID == IModifierWork::kInterfaceID) {
+    return MCStoreCounted<IModifierWork>(this, outObject);
   }
   if (inID == kInterfaceID) {
     return MCStoreCounted<QLXModifier>(this, outObject);
@@ -65,6 +69,10 @@ MCResult QLXModifier::SetTreeElement(TreeElement* inTree) {
   });
 }
 
+void QLXModifier::GetWorkCall(WorkCall& outCall) {
+  outCall = {Work, this};
+}
+
 uint32 QLXModifier::ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) {
   const auto between = [](const void* inStart, const void* inEnd) {
     const auto* const start = static_cast<const std::byte*>(inStart);
@@ -74,7 +82,6 @@ uint32 QLXModifier::ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) {
   const bool isByName = fData.fFindControllerByName || fData.fFindSourceByName;
   const TMCString& name = fData.fAttributeMode ? fData.fControllerName : fData.fSourceName;
   const WorkMemory ranges[] = {
-      WorkMemory{this, sizeof(void*)},
       between(&fMemory.fTargetElement, &fMemory + 1),
       between(&fLookups, fLookups.GetEndOfWork()),
       between(&fData.fCombineReplace, &fData.fSourceName),

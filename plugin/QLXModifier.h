@@ -15,7 +15,7 @@
 
 namespace qlx {
 
-class QLXModifier final : public TBasicTreeModifier, public IExStreamIO, public IWorkMemory {
+class QLXModifier final : public TBasicTreeModifier, public IExStreamIO, public IModifierWork {
  public:
   static constexpr MCGuid kInterfaceID = "1F3AE15F-FDC2-001D-13E1-1FF121717497"_guid;
 
@@ -56,6 +56,8 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO, public 
   MCResult MC_CALL Write(TMCStream* inStream) override;
   MCResult MC_CALL StreamState(MCWord /*inValue*/) override { return MC_S_OK; }
 
+  // IModifierWork
+  void MC_CALL GetWorkCall(WorkCall& outCall) override;
   uint32 MC_CALL ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) override;
 
   // The block and the private data, for whoever edits or lays a link.
@@ -80,7 +82,7 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO, public 
   void LoadPreset(const TMCString& inFile);
   void SavePreset(const TMCString& inFile);
 
-  // Of many links, the memory that each evaluation touches is what it costs: in this order a plain one touches seven
+  // Of many links, the memory that each evaluation touches is what it costs: in this order a plain one touches six
   // cache lines on 64-bit targets, where the object begins with one.
   QLXModifier* fClonedFrom = nullptr;  // not counted, and never read: for whoever looks into the object
   bool fLinksLocked = false;

@@ -1,18 +1,22 @@
 // What each evaluation reads and writes of an element. It stands apart from the element, beside those of the scene's
-// other elements: taking the values of a time is then one walk through memory, and little is read of an element itself.
+// other elements: taking the values of a time is then a walk through memory, and little is read of an element itself.
 #pragma once
 
 #include <memory_resource>
 
 #include "Channels.h"
+#include "WorkAhead.h"
 
 namespace qlx::host {
 
-struct ElementState {
+// A modifier's work needs one cache line of it: the base values stand apart once more.
+struct alignas(kCacheLine) ElementState {
   enum class Local : uint8 { kNotMade, kMoved, kMade };  // moved: all but the position is as it should be
 
+  explicit ElementState(ChannelValues& inBase) : fBase(inBase) {}
+
+  ChannelValues& fBase;
   ChannelValues fEvaluated;
-  ChannelValues fBase;
   ChannelMask fWritten = 0;  // channels written during this evaluation
   Local fLocal = Local::kNotMade;
   bool fIsTouched = false;   // stands in the scene's list
@@ -40,11 +44,16 @@ struct ElementState {
   }
 };
 
+static_assert(sizeof(ElementState) == kCacheLine);
+
 // Where the elements of one scene have theirs. Each element holds it, as it may outlive the scene.
 class ElementStates {
  public:
-  ElementState& Make() { return *fMemory.new_object<ElementState>(); }
-  void End(ElementState& inState) { fMemory.delete_object(&inState); }
+  ElementState& Make() { return *fMemory.new_object<ElementState>(*fMemory.new_object<ChannelValues>()); }
+  void End(ElementState& inState) {
+    fMemory.delete_object(&inState.fBase);
+    fMemory.delete_object(&inState);
+  }
 
  private:
   std::pmr::unsynchronized_pool_resource fPool;

@@ -10,7 +10,7 @@ std::vector<EvaluationStep> PlainSteps(const std::vector<Element*>& inModified) 
   std::vector<EvaluationStep> steps;
   for (Element* const element : inModified) {
     for (const auto& modifier : element->GetModifiers()) {
-      steps.push_back({element, modifier});
+      steps.push_back({element, modifier, modifier->IsEnabled() ? modifier->GetWork() : ModifierWork{}});
     }
   }
   return steps;

@@ -2,14 +2,13 @@
 
 #include "Element.h"
 #include "Scene.h"
-#include "WorkAhead.h"
 
 namespace qlx::host {
 
 Modifier::~Modifier() = default;
 
-void Modifier::ListWorkMemory(WorkLines& ioLines) {
-  ioLines.Add(this, sizeof(Modifier));
+ModifierWork Modifier::GetWork() {
+  return {.fRun = [](const EvaluationStep& step) { step.fModifier->Apply(*step.fElement); }};
 }
 
 void Modifier::GetModifiedElement(TreeElement** outElement) {
@@ -25,7 +24,7 @@ void Modifier::SetEnabled(bool inEnabled) {
     return;
   }
   fEnabled = inEnabled;
-  if (fElement && fElement->GetOwnScene() != nullptr && fElement->GetLook() == nullptr) {
+  if (fElement && fElement->GetOwnScene() != nullptr) {
     fElement->GetOwnScene()->LinksChanged();
   }
 }

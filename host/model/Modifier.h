@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "EvaluationStep.h"
 #include "HostObject.h"
 #include "HostScene.h"
 #include "LinkLook.h"
@@ -36,6 +37,8 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
 
   // The working call, while the scene is being evaluated. A failure inside is reported and ends there.
   virtual void Apply(Element& inElement) = 0;
+  // The same for a step of an evaluation. Good as long as the modifier is.
+  virtual ModifierWork GetWork();
   // A copy that sits on no element; null with a warning when the modifier cannot be copied.
   virtual TMCCountedPtr<Modifier> Copy() = 0;
   // A copy to be looked at (LinkLook.h) and thrown away. It should do what the modifier does in its best moments: no
@@ -61,8 +64,8 @@ class Modifier : public HostObject<I3DShModifier, I3DShModifierHolder, I3DShOwne
   virtual std::string SaveState() { return {}; }
   virtual void RestoreState(const std::string& /*inState*/) {}
 
-  // What `Apply` reads, as far as the modifier knows, to be fetched ahead of time.
-  virtual void ListWorkMemory(WorkLines& ioLines);
+  // What a step reads, as far as the modifier knows, to be fetched ahead of time.
+  virtual void ListWorkMemory(WorkLines& /*ioLines*/) {}
 
   Element* GetElement() const { return fElement.Get(); }
   // The same question without a look at the element.

@@ -266,15 +266,18 @@ void Scene::Evaluate(int32 inTime) {
   }
 }
 
-// Modifiers that are added meanwhile work from the next evaluation on; one that was taken off has worked its last. The
-// steps stay as they are meanwhile, and hold the modifiers.
+// Modifiers that are added meanwhile work from the next evaluation on; one that was taken off or switched off has
+// worked its last. The steps stay as they are meanwhile, and hold the modifiers: of what changed, the modifiers tell.
 void Scene::ApplyModifiers() {
   std::size_t done = 0;
   for (const EvaluationStep& step : fOrder->GetSteps()) {
     fAhead.Reach(done++);
-    Modifier& modifier = *step.fModifier;
-    if (modifier.SitsOn(*step.fElement) && modifier.IsEnabled()) {
-      modifier.Apply(*step.fElement);
+    if (fOrderValid) {
+      if (step.fWork.fRun != nullptr) {
+        step.fWork.fRun(step);
+      }
+    } else if (step.fModifier->SitsOn(*step.fElement) && step.fModifier->IsEnabled()) {
+      step.fModifier->Apply(*step.fElement);
     }
   }
 }

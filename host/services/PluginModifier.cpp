@@ -19,6 +19,10 @@ void* UsableBlock(IExDataExchanger& inExchanger, const ParameterMap& inMap) {
   return inExchanger.GetExtensionDataSize() == inMap.GetSize() ? inExchanger.GetExtensionDataBuffer() : nullptr;
 }
 
+MCResult MC_CALL SetTreeElementOf(void* inModifier, TreeElement* inTree) {
+  return static_cast<I3DExModifier*>(inModifier)->SetTreeElement(inTree);
+}
+
 }  // namespace
 
 TMCCountedPtr<PluginModifier> PluginModifier::Create(Host& inHost, MCID inClass) {
@@ -33,6 +37,7 @@ TMCCountedPtr<PluginModifier> PluginModifier::Create(Host& inHost, MCID inClass)
     return nullptr;
   }
   modifier->FindBlock();
+  modifier->FindWorkCall();
   return modifier;
 }
 
@@ -69,6 +74,7 @@ bool PluginModifier::MakeInner() {
   const MCResult asked = Call("QueryInterface", [&] {
     fModifier = AskInner<I3DExModifier>();
     fExchanger = AskInner<IExDataExchanger>();
+    fWork = AskInner<IModifierWork>();
     return MC_S_OK;
   });
   fAskingInner = false;
@@ -123,6 +129,18 @@ void PluginModifier::FindBlock() {
   }
 }
 
+void PluginModifier::FindWorkCall() {
+  if (fWork) {
+    Call("GetWorkCall", [&] {
+      fWork->GetWorkCall(fWorkCall);
+      return MC_S_OK;
+    });
+  }
+  if (!fWorkCall.fRun) {
+    fWorkCall = {SetTreeElementOf, fModifier};
+  }
+}
+
 // Runs an operation of the component and answers its result, or the code of what it threw. A failure that was not
 // reported yet is.
 template <class Body>
@@ -148,24 +166,38 @@ void PluginModifier::ReportFailure(const char* inOperation, const ComponentFailu
 }
 
 void PluginModifier::Apply(Element& inElement) {
-  const MCResult result =
-      Call("SetTreeElement", [&] { return fModifier->SetTreeElement(static_cast<TreeElement*>(&inElement)); });
-  if (result != MC_S_OK && result != MC_E_NOTIMPLEMENTED) {
-    ReportFailure("SetTreeElement", {.fOperation = "SetTreeElement", .fCode = result});
+  if (const auto failure = Work(fWorkCall, inElement)) {
+    ReportFailure("SetTreeElement", *failure);
   }
 }
 
+ModifierWork PluginModifier::GetWork() {
+  return {.fRun = RunStep, .fCall = fWorkCall};
+}
+
+void PluginModifier::RunStep(const EvaluationStep& inStep) {
+  if (const auto failure = Work(inStep.fWork.fCall, *inStep.fElement)) {
+    static_cast<PluginModifier&>(*inStep.fModifier).ReportFailure("SetTreeElement", *failure);
+  }
+}
+
+std::optional<ComponentFailure> PluginModifier::Work(WorkCall inCall, Element& inElement) {
+  MCResult result = MC_S_OK;
+  auto failure = CallComponent("SetTreeElement", [&] { result = inCall.fRun(inCall.fModifier, &inElement); });
+  if (!failure && result != MC_S_OK && result != MC_E_NOTIMPLEMENTED) {
+    failure = ComponentFailure{.fOperation = "SetTreeElement", .fCode = result};
+  }
+  return failure;
+}
+
 void PluginModifier::ListWorkMemory(WorkLines& ioLines) {
-  Modifier::ListWorkMemory(ioLines);
-  ioLines.Add(&fModifier, sizeof fModifier);
-  const auto memory = MCQuery<IWorkMemory>(static_cast<I3DShModifier*>(this));
-  if (!memory) {
+  if (!fWork) {
     return;
   }
   WorkMemory ranges[16] = {};
   uint32 count = 0;
   Call("ListWorkMemory", [&] {
-    count = memory->ListWorkMemory(ranges, std::size(ranges));
+    count = fWork->ListWorkMemory(ranges, std::size(ranges));
     return MC_S_OK;
   });
   constexpr MCSize kMostBytes = 4096;  // of a range, whatever a component says

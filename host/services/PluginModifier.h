@@ -10,7 +10,6 @@
 #include "PluginCatalog.h"
 #include "model/Element.h"
 #include "model/Modifier.h"
-#include "model/WorkAhead.h"
 
 namespace qlx::host {
 
@@ -22,13 +21,14 @@ class Host;
 //
 // Failures of the component are warnings of the host, once for each operation and code while the modifier sits on one
 // element; the scene goes on.
-class alignas(kCacheLine) PluginModifier final : public Modifier {
+class PluginModifier final : public Modifier {
  public:
   // Null, with a warning, when the plug-in does not make the class.
   static TMCCountedPtr<PluginModifier> Create(Host& inHost, MCID inClass);
   ~PluginModifier() override;
 
   void Apply(Element& inElement) override;
+  ModifierWork GetWork() override;
   void ListWorkMemory(WorkLines& ioLines) override;
   // Takes over what the component's own copy holds where it makes one, else its public block. Both go field by field
   // through the parameter map, never byte by byte: a class without a map cannot be copied.
@@ -76,6 +76,10 @@ class alignas(kCacheLine) PluginModifier final : public Modifier {
   bool MakeInner();
   void EndInner() noexcept;
   void FindBlock();
+  void FindWorkCall();
+  // Without reading the modifier, but to report a failure.
+  static void RunStep(const EvaluationStep& inStep);
+  static std::optional<ComponentFailure> Work(WorkCall inCall, Element& inElement);
   template <class Interface>
   Interface* AskInner();
   template <class Body>
@@ -83,14 +87,16 @@ class alignas(kCacheLine) PluginModifier final : public Modifier {
   void ReportFailure(const char* inOperation, const ComponentFailure& inFailure);
   bool CopyFields(IExDataExchanger& inSource, PluginModifier& outCopy);
 
-  I3DExModifier* fModifier = nullptr;  // the component's, not counted: it counts this object. First: `Apply` needs it
+  I3DExModifier* fModifier = nullptr;  // the component's, not counted: it counts this object
   Host& fHost;
   std::shared_ptr<const PluginCatalog> fCatalog;  // holds the two that follow
   const ExtensionRecord& fPluginClass;
   const ParameterMap* fMap;
   IMCUnknown* fInner = nullptr;            // the component's own view, likewise not counted
   IExDataExchanger* fExchanger = nullptr;  // likewise
-  void* fBlock = nullptr;                  // the component's, as large as the map says
+  IModifierWork* fWork = nullptr;          // likewise; null where the component has none
+  WorkCall fWorkCall{};
+  void* fBlock = nullptr;  // the component's, as large as the map says
   bool fAskingInner = false;
   bool fEnding = false;
 

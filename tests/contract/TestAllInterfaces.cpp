@@ -24,7 +24,7 @@ constexpr InterfaceRow kInterfaces[] = {
     {"stream", IExStreamIO::kInterfaceID},         {"command", I3DExSceneCommand::kInterfaceID},
     {"responder", IMFExResponder::kInterfaceID},   {"part", IMFExPart::kInterfaceID},
     {"basic part", TBasicPart::kInterfaceID},      {"callback", ISelfPrepareMenuCallBack::kInterfaceID},
-    {"factory", IMCClassFactory::kInterfaceID},    {"work", IWorkMemory::kInterfaceID},
+    {"factory", IMCClassFactory::kInterfaceID},    {"work", IModifierWork::kInterfaceID},
 };
 
 TMCCountedPtr<IMCUnknown> MakeUnknown(const StartedPlugin& inStarted, const MCGuid& inClass) {
@@ -137,7 +137,10 @@ void DriveStream(IExStreamIO& inStreamIO) {
   EXPECT_EQ(inStreamIO.StreamState(0), MC_S_OK);
 }
 
-void DriveWork(IWorkMemory& inWork) {
+void DriveWork(IModifierWork& inWork) {
+  WorkCall call{};
+  inWork.GetWorkCall(call);
+  EXPECT_EQ(call.fRun(call.fModifier, nullptr), MC_S_OK);
   WorkMemory ranges[32] = {};
   EXPECT_EQ(inWork.ListWorkMemory(ranges, 0), 0U);
   EXPECT_EQ(inWork.ListWorkMemory(ranges, 1), 1U);
@@ -228,7 +231,7 @@ TEST(AllInterfaces, EveryOperationIsAnswered) {
         DriveIf(exchanger, [&](auto& driven) { DriveExchanger(driven, *other); });
         DriveIf(modifier, [&](auto& driven) { DriveModifier(driven, element); });
         DriveIf(stream, DriveStream);
-        DriveIf(MCQuery<IWorkMemory>(object), DriveWork);
+        DriveIf(MCQuery<IModifierWork>(object), DriveWork);
         DriveIf(command, DriveCommand);
         DriveIf(responder, [&](auto& driven) { DriveResponder(driven, part); });
         DriveIf(extension, DrivePart);

@@ -91,7 +91,7 @@ TEST(QLXAllocations, LaterEvaluationsMakeNone) {
 }
 
 // Of many links, the memory that each touches is what it costs: a member that moves must not bring another line.
-TEST(QLXAllocations, APlainLinkWorksOnSevenCacheLines) {
+TEST(QLXAllocations, APlainLinkWorksOnSixCacheLines) {
   if constexpr (sizeof(void*) != 8) {
     GTEST_SKIP() << "the members are ordered for 64-bit targets";
   }
@@ -109,7 +109,7 @@ TEST(QLXAllocations, APlainLinkWorksOnSevenCacheLines) {
       lines.insert((start + static_cast<std::ptrdiff_t>(byte)) / 64);
     }
   }
-  EXPECT_EQ(lines.size(), 7U);
+  EXPECT_EQ(lines.size(), 6U);
 }
 
 }  // namespace

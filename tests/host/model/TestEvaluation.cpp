@@ -182,6 +182,25 @@ TEST(Evaluation, KeysSetMeanwhileShowNextTime) {
   EXPECT_EQ(X(element), 9);
 }
 
+// The steps of the order say which modifiers work: what one of them switches meanwhile counts all the same.
+TEST(Evaluation, AModifierMaySwitchThoseThatFollow) {
+  TestScene scene;
+  Element& element = scene.Add("Element");
+  std::string order;
+  TestScene::Modify(element, [&](Element& e) {
+    order += " a";
+    e.GetModifiers()[1]->SetEnabled(!e.GetModifiers()[1]->IsEnabled());
+    e.GetModifiers()[2]->SetEnabled(!e.GetModifiers()[2]->IsEnabled());
+  });
+  TestScene::Modify(element, [&](Element&) { order += "b"; });
+  TestScene::Modify(element, [&](Element&) { order += "c"; });
+  element.GetModifiers()[2]->SetEnabled(false);
+  for (int32 time = 0; time < 3; ++time) {
+    scene->Evaluate(time);
+  }
+  EXPECT_EQ(order, " ac ab ac");
+}
+
 TEST(Evaluation, AModifierMayChangeTheListItStandsIn) {
   TestScene scene;
   Element& element = scene.Add("Element");
