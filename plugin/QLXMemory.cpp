@@ -2,8 +2,7 @@
 
 namespace qlx {
 
-void QLXMemory::CopyFrom(const QLXMemory& inSource) {
-  fDelayQueue.CopyFrom(inSource.fDelayQueue);
+bool QLXMemory::CopyFrom(const QLXMemory& inSource) {
   fLastTime = inSource.fLastTime;
   fLastTimeExtra = inSource.fLastTimeExtra;
   fMorphNotifier = inSource.fMorphNotifier;
@@ -12,6 +11,7 @@ void QLXMemory::CopyFrom(const QLXMemory& inSource) {
   fBaselinePending = inSource.fBaselinePending;
   fTargetLastPending = inSource.fTargetLastPending;
   fTargetStartPending = inSource.fTargetStartPending;
+  return fDelayQueue.CopyFrom(inSource.fDelayQueue);
 }
 
 }  // namespace qlx

@@ -51,8 +51,8 @@ struct QLXMemory {
   QLXPendingChannels fTargetStartPending;
   bool fSameFrame = false;  // this evaluation is a repetition
 
-  // Without memory for it the queue stays as it is.
-  void CopyFrom(const QLXMemory& inSource);
+  // False without memory for the queue, which stays as it is.
+  bool CopyFrom(const QLXMemory& inSource);
 };
 
 }  // namespace qlx

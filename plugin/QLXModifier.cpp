@@ -134,9 +134,9 @@ MCResult QLXModifier::CopyDataTo(IExDataExchanger* inOther) {
   if (other && other.Get() != this) {
     other->fPrivate = fPrivate;
     other->fLinksLocked = fLinksLocked;
-    other->fMemory.CopyFrom(fMemory);
     other->fLookups.Forget();
-    return IsWholeCopy(fPrivate, other->fPrivate) ? MC_S_OK : MC_E_OUTOFMEMORY;
+    const bool hasMemory = other->fMemory.CopyFrom(fMemory);
+    return hasMemory && IsWholeCopy(fPrivate, other->fPrivate) ? MC_S_OK : MC_E_OUTOFMEMORY;
   }
   return MC_S_OK;
 }

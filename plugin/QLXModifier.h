@@ -47,7 +47,8 @@ class QLXModifier final : public TBasicTreeModifier, public IExStreamIO, public 
   // is null.
   void MC_CALL Clone(IExDataExchanger** outCopy, void* inAllocationContext) override;
   // Gives everything but the public block to another `QLXModifier`; does nothing to a component of any other class.
-  // `MC_E_OUTOFMEMORY` when there was none for a path or a reference, which is empty then; else 0.
+  // `MC_E_OUTOFMEMORY` when there was none for a path or a reference, which is empty then, or for what a delay holds
+  // back; else 0.
   MCResult MC_CALL CopyDataTo(IExDataExchanger* inOther) override;
 
   // IExStreamIO. The tokens of the private data, without a level around them; `Read` expects one. Both answer the code

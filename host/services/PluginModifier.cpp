@@ -212,25 +212,30 @@ TMCCountedPtr<Modifier> PluginModifier::Copy() {
     return nullptr;
   }
   IExDataExchanger* clone = nullptr;
-  Call("Clone", [&] {
+  const MCResult cloned = Call("Clone", [&] {
     fExchanger->Clone(&clone, nullptr);
     return MC_S_OK;
   });
-  const bool copied = CopyFields(clone ? *clone : *fExchanger, *copy);
-  if (clone) {
-    // A component's own copy is not aggregated and cannot become so. It gives what it holds to one that is.
-    Call("CopyDataTo", [&] { return clone->CopyDataTo(copy->fExchanger); });
-    Call("Release", [&] {
-      clone->Release();
-      return MC_S_OK;
-    });
-  }
-  if (!copied) {
-    fHost.GetDiagnostics().Warn(fmt::format("{} cannot be copied: its parameters are not known", GetClassName()));
+  const bool hasFields = CopyFields(clone ? *clone : *fExchanger, *copy);
+  const bool isWhole = cloned == MC_S_OK && (!clone || GiveAndEnd(*clone, *copy->fExchanger));
+  if (!hasFields || !isWhole) {
+    fHost.GetDiagnostics().Warn(
+        fmt::format("{} cannot be copied: {}", GetClassName(),
+                    isWhole ? "its parameters are not known" : "its private data is not whole"));
     return nullptr;
   }
   copy->SetEnabled(IsEnabled());
   return copy;
+}
+
+// A component's own copy is not aggregated and cannot become so. It gives what it holds to one that is.
+bool PluginModifier::GiveAndEnd(IExDataExchanger& ioClone, IExDataExchanger& ioReceiver) {
+  const MCResult given = Call("CopyDataTo", [&] { return ioClone.CopyDataTo(&ioReceiver); });
+  Call("Release", [&] {
+    ioClone.Release();
+    return MC_S_OK;
+  });
+  return given == MC_S_OK || given == MC_E_NOTVALID || given == MC_E_NOTIMPLEMENTED;  // or it has nothing to give
 }
 
 TMCCountedPtr<Modifier> PluginModifier::CopyToLookAt() {

@@ -85,6 +85,7 @@ class PluginModifier final : public Modifier {
   template <class Body>
   MCResult Call(const char* inOperation, Body&& inBody);
   void ReportFailure(const char* inOperation, const ComponentFailure& inFailure);
+  bool GiveAndEnd(IExDataExchanger& ioClone, IExDataExchanger& ioReceiver);
   bool CopyFields(IExDataExchanger& inSource, PluginModifier& outCopy);
 
   I3DExModifier* fModifier = nullptr;  // the component's, not counted: it counts this object

@@ -6,6 +6,9 @@
 #include <limits>
 
 #include "LinkTest.h"
+#include "MCException.h"
+#include "SilentReports.h"
+#include "TestMemory.h"
 
 namespace qlx::test {
 namespace {
@@ -312,6 +315,29 @@ TEST(QLXEvaluation, CloneInMidDelayGoesOn) {
     scene.Play(frame);
     EXPECT_FLOAT_EQ(ValueOf(scene.fB, Channel::kRotationY), static_cast<real32>(frame - 5)) << frame;
     EXPECT_EQ(ValueOf(other, Channel::kRotationY), ValueOf(scene.fB, Channel::kRotationY)) << frame;
+  }
+}
+
+TEST(QLXEvaluation, CloneWithoutMemoryForTheDelayIsNone) {
+  LinkScene scene;
+  const SilentReports silence;
+  QLXModifier& link = LinkScene::Add(scene.fB, kRotY, scene.fA, kRotX);
+  link.EditData().fDelayOn = true;
+  link.EditData().fDelayFrames = 5;
+  for (int32 frame = 0; frame < 8; ++frame) {
+    scene.Play(frame);
+  }
+  auto& memory = static_cast<TestMemory&>(*gMemoryUtilities);
+  TMCCountedPtr<IExDataExchanger> clone;
+  for (int requests = 0; !clone; ++requests) {
+    memory.RefuseAfter(requests);
+    try {
+      link.Clone(clone.WriteInto(), nullptr);
+      EXPECT_FALSE(memory.HasRefused()) << requests;
+    } catch (const TMCException& exception) {
+      EXPECT_EQ(exception.GetCode(), MC_E_OUTOFMEMORY);
+    }
+    memory.RefuseNothing();
   }
 }
 

@@ -223,6 +223,12 @@ TEST_F(PluginModifierTest, ComponentsOwnCopyIsTakenOver) {
   EXPECT_TRUE(MCQuery<I3DShModifierHolder>(exchanger)) << "it is aggregated as any other";
 }
 
+TEST_F(PluginModifierTest, CopyInPartIsNone) {
+  LoadOdd(OddMode::kClonesInPart);
+  EXPECT_FALSE(fModifier->Copy());
+  EXPECT_EQ(fDiagnostics.GetWarnings(), Warnings{"PinModifier cannot be copied: its private data is not whole"});
+}
+
 TEST_F(PluginModifierTest, FailureIsToldOnceForAnElementAndTheSceneGoesOn) {
   const struct {
     OddMode fMode;

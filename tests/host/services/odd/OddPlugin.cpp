@@ -55,7 +55,7 @@ class OddPin final : public TBasicTreeModifier {
 
   void MC_CALL Clone(IExDataExchanger** outCopy, void*) override {
     *outCopy = nullptr;
-    if (sMode != OddMode::kClones) {
+    if (sMode != OddMode::kClones && sMode != OddMode::kClonesInPart) {
       return;
     }
     auto* copy = new OddPin;
@@ -70,6 +70,9 @@ class OddPin final : public TBasicTreeModifier {
 
   MCResult MC_CALL CopyDataTo(IExDataExchanger* inOther) override {
     void* view = nullptr;
+    if (sMode == OddMode::kClonesInPart) {
+      return MC_E_OUTOFMEMORY;
+    }
     if (inOther->QueryInterface(kPinClass, &view) != MC_S_OK) {
       return MC_E_NOTVALID;
     }

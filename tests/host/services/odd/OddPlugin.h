@@ -9,6 +9,7 @@ enum class OddMode {
   kSmallBlock,       // the public block is a byte too short
   kNullBlock,        // there is none
   kClones,           // makes its own copies: the position goes up by one, and a private number goes along
+  kClonesInPart,     // the same, but there is no memory for the private number
   kThrows,           // the working call throws what no component may throw; so does a command
   kFails,            // the working call answers a failure; so does a command's preparation
   kNotImplemented,   // the working call is not there; a command answers that it did nothing
