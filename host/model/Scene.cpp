@@ -290,8 +290,8 @@ void Scene::ForgetPlan() {
 const EvaluationOrder& Scene::FindOrder() {
   if (!fEvaluating) {
     RefreshWorkLists();
-    fOrder->FindAll(*this, fModified, fOrdering);
     fOrderValid = true;
+    fOrder->FindAll(*this, fModified, fOrdering);
     ForgetPlan();
   }
   return *fOrder;
