@@ -162,7 +162,7 @@ std::string TextOfRows(const std::vector<ExploredRow>& inRows, bool inIndented) 
   std::string text;
   for (std::size_t i = 0; i < inRows.size(); ++i) {
     const ExploredRow& row = inRows[i];
-    text += fmt::format("{:<{}}  {:>12}  {}{}\n", labels[i], width, row.fValue ? fmt::format("{}", *row.fValue) : "",
+    text += fmt::format("{:<{}}  {:>12}  {}{}\n", labels[i], width, row.fValue ? TextOfNumber(*row.fValue) : "",
                         Printable(row.fPath), row.fIsAnimated ? "  (animated)" : "");
   }
   return text;

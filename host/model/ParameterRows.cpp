@@ -90,16 +90,21 @@ FoundParameter FindParameter(Element& inElement, const std::string& inPath) {
   return found;
 }
 
+std::string TextOfNumber(real32 inNumber) {
+  return fmt::format("{}", inNumber + 0.0f);
+}
+
 std::string TextOfNumbers(MCID inType, const ValueNumbers& inNumbers, int inNumber) {
   if (inType == "bool"_id) {
     return inNumbers[0] >= 0.5f ? "true" : "false";
   }
   if (inNumber >= 0) {
-    return fmt::format("{}", inNumbers[static_cast<std::size_t>(inNumber)]);
+    return TextOfNumber(inNumbers[static_cast<std::size_t>(inNumber)]);
   }
   std::string text;
   for (uint32 i = 0; i < WidthOfType(inType); ++i) {
-    text += fmt::format("{}{}", i == 0 ? "" : " ", inNumbers[i]);
+    text += i == 0 ? "" : " ";
+    text += TextOfNumber(inNumbers[i]);
   }
   return text;
 }

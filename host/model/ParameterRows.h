@@ -33,6 +33,9 @@ struct FoundParameter {
 };
 FoundParameter FindParameter(Element& inElement, const std::string& inPath);
 
+// "0.5": in the fewest digits that give it back, but for a negative zero, which people read as 0.
+std::string TextOfNumber(real32 inNumber);
+
 // "0.5", "true", "1 0 0 1": the numbers of a value, or of one of its numbers alone.
 std::string TextOfNumbers(MCID inType, const ValueNumbers& inNumbers, int inNumber);
 

@@ -34,7 +34,7 @@ TEST_F(QlxDryRun, ListsEachKeyAndModifierAndWritesNothing) {
        {"keys", arm, "delete", "--select", "Forearm", "--frame", "9"},
        "Delete Keyframes, dry run: 3 keys removed\n"
        "Forearm:self,amet,TRAN,ROTA,RotX\n  frame 9      removed, was 0\n"
-       "Forearm:self,amet,TRAN,ROTA,RotY\n  frame 9      removed, was -0\n"
+       "Forearm:self,amet,TRAN,ROTA,RotY\n  frame 9      removed, was 0\n"
        "Forearm:self,amet,TRAN,ROTA,RotZ\n  frame 9      removed, was 0.87266463\n"},
       {"a base value",
        {"do", arm, "prex", "--select", "Base", "--answer", "plst=Scale", "nVal=2", "upbn"},
