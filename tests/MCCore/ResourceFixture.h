@@ -1,22 +1,19 @@
 // Resource files as tests make and spoil them.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
 #include <string>
 
-#include "AssertionGuard.h"
+#include "HostedTest.h"
 #include "MCFilePath.h"
 #include "MCResourceFile.h"
-#include "TestMemory.h"
 
 namespace qlx::test {
 
-class ResourceFiles : public testing::Test {
+class ResourceFiles : public HostedTest {
  protected:
   ResourceFiles()
       : fFolder(std::filesystem::temp_directory_path() /
@@ -63,7 +60,6 @@ class ResourceFiles : public testing::Test {
     return {data ? data : "", resource->GetSize()};
   }
 
-  TestMemory fMemory;
   std::filesystem::path fFolder;
 };
 

@@ -1,6 +1,4 @@
 // Files, buffered and not: the same content whatever the buffer, marks, failures, binary numbers.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -12,18 +10,12 @@
 #include "MCFilePath.h"
 #include "TokenText.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::kStreamReport;
-using test::Rest;
-using test::TestMemory;
-
+namespace qlx::test {
 namespace {
 
 constexpr uint32 kBoth = kStreamReadable | kStreamWritable;
 
-class FileStream : public testing::Test {
+class FileStream : public HostedTest {
  protected:
   FileStream()
       : fFolder(std::filesystem::temp_directory_path() /
@@ -46,17 +38,13 @@ class FileStream : public testing::Test {
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
-  TestMemory fMemory;
   std::filesystem::path fFolder;
 };
 
 // Sizes of the buffer: none, one byte, less than the data, more.
 class FileStreamBuffers : public FileStream, public testing::WithParamInterface<int32> {};
 
-}  // namespace
-
 TEST_P(FileStreamBuffers, AFileReadsAsItWasWritten) {
-  const AssertionGuard guard;
   bool created = false;
   TMCFileStream stream;
   ASSERT_EQ(stream.Open(Path(), kBoth, GetParam(), &created), MC_S_OK);
@@ -225,7 +213,6 @@ TEST_F(FileStream, AnEmptyEncodingIsReportedOnOutput) {
     const AssertionGuard guard({"fEncoding"});
     EXPECT_EQ(stream.Open(Path(), kBoth, 0, nullptr), MC_S_OK);
   }
-  const AssertionGuard guard;
   EXPECT_EQ(stream.Open(Path(), kStreamReadable, 0, nullptr), MC_S_OK);
 }
 
@@ -276,4 +263,5 @@ TEST_F(FileStream, BinaryFilesHaveNoMark) {
   EXPECT_EQ(value, 0x21BFBBEFU);
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

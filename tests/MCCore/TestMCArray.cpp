@@ -1,20 +1,18 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
-#include "AssertionGuard.h"
+#include "HostedTest.h"
 #include "MCClassArray.h"
 #include "MCMemory.h"
 #include "MCPtrArray.h"
-#include "TestMemory.h"
+#include "SilentReports.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::TestMemory;
-using test::WithEachAllocationRefused;
-
+namespace qlx::test {
 namespace {
+
+using Array = HostedTest;
+using ClassArray = HostedTest;
+using CountedPtrArray = HostedTest;
+using PtrArray = HostedTest;
 
 const char* const kRefused = "Array allocation failed!";
 const char* const kRefusedInConstructor = "Array allocation failed in constructor!";
@@ -54,14 +52,10 @@ struct Living {
   static inline int sAlive = 0;
 };
 
-}  // namespace
-
-TEST(TMCArray, GrowsByAFifthAtMost128KiBAtOnce) {
+TEST_F(Array, GrowsByAFifthAtMost128KiBAtOnce) {
   struct Wide {
     uint8 fBytes[0x20000 / 4];
   };
-  TestMemory memory;
-  AssertionGuard guard;
   TMCArray<double> array;
   EXPECT_TRUE(array.AddElem(1));
   EXPECT_EQ(array.GetElemSpace(), 1U);
@@ -81,8 +75,7 @@ TEST(TMCArray, GrowsByAFifthAtMost128KiBAtOnce) {
   EXPECT_EQ(wide.GetElemSpace(), 104U);
 }
 
-TEST(TMCArray, GrowsByItsGrowSizeWhenItWasMadeWithCounts) {
-  TestMemory memory;
+TEST_F(Array, GrowsByItsGrowSizeWhenItWasMadeWithCounts) {
   AssertionGuard guard({"grow size is zero!!"});
   TMCArray<int> array(2, 3, 5);
   EXPECT_FALSE(array.IsAutoGrowing());
@@ -102,7 +95,7 @@ TEST(TMCArray, GrowsByItsGrowSizeWhenItWasMadeWithCounts) {
   EXPECT_EQ(array.GetElemSpace(), 11U);
 }
 
-TEST(TMCArray, AGrowSizeKeeps27BitsAndSaysSo) {
+TEST_F(Array, AGrowSizeKeeps27BitsAndSaysSo) {
   AssertionGuard guard;
   TMCArray<int> array;
   array.SetGrowSize(0x7FFFFFF);
@@ -114,9 +107,7 @@ TEST(TMCArray, AGrowSizeKeeps27BitsAndSaysSo) {
   EXPECT_FALSE(array.ExternalMemory());
 }
 
-TEST(TMCArray, AddsAnElementOfItselfWhenFull) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(Array, AddsAnElementOfItselfWhenFull) {
   TMCArray<int> array = Counting(4);
   array.SetElemSpace(4);
   EXPECT_TRUE(array.AddElem(array[2]));
@@ -127,9 +118,7 @@ TEST(TMCArray, AddsAnElementOfItselfWhenFull) {
   EXPECT_EQ(living[1].fValue, 5);
 }
 
-TEST(TMCArray, SpaceAndCountFollowEachOther) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(Array, SpaceAndCountFollowEachOther) {
   TMCArray<int> array = Counting(5);
   EXPECT_TRUE(array.SetElemSpace(3));
   EXPECT_EQ(Values(array), (std::vector<int>{0, 1, 2}));
@@ -142,12 +131,10 @@ TEST(TMCArray, SpaceAndCountFollowEachOther) {
   EXPECT_EQ(Values(array), (std::vector<int>{0, 0, 0})) << "vacated elements are cleared";
   EXPECT_TRUE(array.SetElemSpace(0));
   EXPECT_EQ(array.BaseAddress(), nullptr);
-  EXPECT_EQ(memory.GetLiveBlocks(), 0);
+  EXPECT_EQ(fMemory.GetLiveBlocks(), 0);
 }
 
-TEST(TMCArray, WithoutZeroFillBytesStayAsTheyAre) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(Array, WithoutZeroFillBytesStayAsTheyAre) {
   TMCArray<int> array(0, 2, 1, false);
   array.AddElem(1);
   array.AddElem(2);
@@ -156,7 +143,7 @@ TEST(TMCArray, WithoutZeroFillBytesStayAsTheyAre) {
   EXPECT_EQ(Values(array), (std::vector<int>{1, 2}));
 }
 
-TEST(TMCArray, RemovesARunAndReportsWhatIsNotThere) {
+TEST_F(Array, RemovesARunAndReportsWhatIsNotThere) {
   const struct {
     const char* fLabel;
     uint32 fIndex;
@@ -175,7 +162,6 @@ TEST(TMCArray, RemovesARunAndReportsWhatIsNotThere) {
       {"an index at the end", 5, 1, false, {0, 1, 2, 3, 4}, {kBadIndex, kTooMany}},
       {"an index beyond", 77, 1, false, {0, 1, 2, 3, 4}, {kBadIndex, kTooMany}},
   };
-  TestMemory memory;
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.fLabel);
     AssertionGuard guard(row.fReports);
@@ -192,11 +178,10 @@ TEST(TMCArray, RemovesARunAndReportsWhatIsNotThere) {
   EXPECT_FALSE(TMCArray<int>().RemoveElem(0));
 }
 
-TEST(TMCArray, FindsByComparisonOrByBytes) {
+TEST_F(Array, FindsByComparisonOrByBytes) {
   struct Bytes {
     uint8 fBytes[3];
   };
-  TestMemory memory;
   AssertionGuard guard({kBadIndex});
   TMCArray<float> numbers;
   numbers.AddElem(-0.0F);
@@ -213,9 +198,7 @@ TEST(TMCArray, FindsByComparisonOrByBytes) {
   EXPECT_EQ(numbers[1], 0.0F);  // reported, and read all the same
 }
 
-TEST(TMCArray, CopiesAndRefreshesItsGrowth) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(Array, CopiesAndRefreshesItsGrowth) {
   const TMCArray<int> source = Counting(3);
   TMCArray<int> target = Counting(9);
   EXPECT_TRUE(target = source);
@@ -238,8 +221,7 @@ TEST(TMCArray, CopiesAndRefreshesItsGrowth) {
   EXPECT_EQ(Values(base), (std::vector<int>{0, 0, 1, 2}));
 }
 
-TEST(TMCArray, AViewLooksAtItsSourceAndNeverChangesItsSize) {
-  TestMemory memory;
+TEST_F(Array, AViewLooksAtItsSourceAndNeverChangesItsSize) {
   TMCArray<int> source = Counting(6);
   {
     AssertionGuard guard({kExternalResize, kExternalResize, kExternalResize});
@@ -263,8 +245,7 @@ TEST(TMCArray, AViewLooksAtItsSourceAndNeverChangesItsSize) {
   EXPECT_EQ(TMCArray<int>(source, 5, 2).GetElemCount(), 2U);
 }
 
-TEST(TMCArray, WorksOnTheCallersMemory) {
-  TestMemory memory;
+TEST_F(Array, WorksOnTheCallersMemory) {
   int room[4] = {5, 6, 7, 8};
   {
     AssertionGuard guard({kExternalResize});
@@ -276,11 +257,10 @@ TEST(TMCArray, WorksOnTheCallersMemory) {
     EXPECT_EQ(Values(array), (std::vector<int>{5, 1, 2}));
   }
   EXPECT_EQ(std::vector<int>(room, room + 4), (std::vector<int>{5, 1, 2, 8}));
-  EXPECT_EQ(memory.GetRequests(), 0);
+  EXPECT_EQ(fMemory.GetRequests(), 0);
 }
 
-TEST(TMCArray, ImpossibleCountsLeaveItInvalidAndHarmless) {
-  TestMemory memory;
+TEST_F(Array, ImpossibleCountsLeaveItInvalidAndHarmless) {
   int room[1] = {};
   {
     AssertionGuard guard({"initialCount <= initialSpace", "initialCount > initialSpace", kRefusedInConstructor,
@@ -299,12 +279,10 @@ TEST(TMCArray, ImpossibleCountsLeaveItInvalidAndHarmless) {
   EXPECT_FALSE(array.SetElemCount(kEndIndex));
   array.AddElem(1);
   EXPECT_FALSE(array.AddElemCount(0xFFFFFFFF));
-  EXPECT_EQ(memory.GetRequests(), 1);
+  EXPECT_EQ(fMemory.GetRequests(), 1);
 }
 
-TEST(TMCArray, IsInvalidOnceDestroyed) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(Array, IsInvalidOnceDestroyed) {
   alignas(TMCArray<int>) unsigned char room[sizeof(TMCArray<int>)];
   auto* array = new (room) TMCArray<int>;
   array->AddElem(1);
@@ -315,8 +293,7 @@ TEST(TMCArray, IsInvalidOnceDestroyed) {
   EXPECT_FALSE(dead->IsValid());
 }
 
-TEST(TMCArray, StaysAsItWasWhenMemoryIsRefused) {
-  TestMemory memory;
+TEST_F(Array, StaysAsItWasWhenMemoryIsRefused) {
   {
     AssertionGuard guard(
         {kRefused, kRefused, kRefused, kRefused, "Unable to complete operator=() memory allocation failed."});
@@ -324,7 +301,7 @@ TEST(TMCArray, StaysAsItWasWhenMemoryIsRefused) {
     TMCArray<int> array = Counting(3);
     array.SetElemSpace(3);
     const auto refused = [&](auto&& inChange) {
-      memory.RefuseAfter(0);
+      fMemory.RefuseAfter(0);
       EXPECT_FALSE(inChange());
       EXPECT_EQ(Values(array), (std::vector<int>{0, 1, 2}));
       EXPECT_EQ(array.GetElemSpace(), 3U);
@@ -335,24 +312,21 @@ TEST(TMCArray, StaysAsItWasWhenMemoryIsRefused) {
     refused([&] { return array = larger; });
   }
   AssertionGuard guard({kRefused, kRefusedInConstructor});
-  memory.RefuseAfter(0);
+  fMemory.RefuseAfter(0);
   const TMCArray<int> array(1, 1);
   EXPECT_EQ(array.GetElemCount(), 0U);
 }
 
 #if SIZE_MAX == UINT32_MAX
-TEST(TMCArray, ABlockBeyondTheAddressSpaceIsRefused) {
-  TestMemory memory;
+TEST_F(Array, ABlockBeyondTheAddressSpaceIsRefused) {
   AssertionGuard guard({kRefused});
   TMCArray<double> array;
   EXPECT_FALSE(array.SetElemSpace(0x20000001));
-  EXPECT_EQ(memory.GetRequests(), 0);
+  EXPECT_EQ(fMemory.GetRequests(), 0);
 }
 #endif
 
-TEST(TMCClassArray, EveryElementLivesFromItsAddingToItsDropping) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(ClassArray, EveryElementLivesFromItsAddingToItsDropping) {
   Living::sAlive = 0;
   {
     TMCClassArray<Living> array;
@@ -376,8 +350,7 @@ TEST(TMCClassArray, EveryElementLivesFromItsAddingToItsDropping) {
   EXPECT_EQ(Living::sAlive, 0);
 }
 
-TEST(TMCClassArray, AViewNeitherMakesNorEndsElements) {
-  TestMemory memory;
+TEST_F(ClassArray, AViewNeitherMakesNorEndsElements) {
   Living::sAlive = 0;
   {
     AssertionGuard guard({kExternalResize});
@@ -393,10 +366,9 @@ TEST(TMCClassArray, AViewNeitherMakesNorEndsElements) {
   EXPECT_EQ(Living::sAlive, 0);
 }
 
-TEST(TMCClassArray, ArraysOfArraysSurviveEveryRefusal) {
-  TestMemory memory;
-  WithEachAllocationRefused(memory, [&](int) {
-    testing::internal::CaptureStderr();
+TEST_F(ClassArray, ArraysOfArraysSurviveEveryRefusal) {
+  WithEachAllocationRefused(fMemory, [&](int) {
+    const SilentReports reports;
     TMCClassArray<TMCArray<int>> rows;
     for (int i = 0; i < 4; ++i) {
       TMCArray<int> row;
@@ -405,11 +377,8 @@ TEST(TMCClassArray, ArraysOfArraysSurviveEveryRefusal) {
     }
     TMCClassArray<TMCArray<int>> copy(rows);
     copy.RemoveElem(0, std::min(copy.GetElemCount(), 2U));
-    testing::internal::GetCapturedStderr();
   });
 }
-
-namespace {
 
 class Referenced final : public IMCUnknown {
  public:
@@ -419,10 +388,7 @@ class Referenced final : public IMCUnknown {
   uint32 fRefs = 1;
 };
 
-}  // namespace
-
-TEST(TMCCountedPtrArray, HoldsAReferenceOfEachElement) {
-  TestMemory memory;
+TEST_F(CountedPtrArray, HoldsAReferenceOfEachElement) {
   AssertionGuard guard({"fGrowSize is zero!!"});
   Referenced first;
   Referenced second;
@@ -452,19 +418,16 @@ TEST(TMCCountedPtrArray, HoldsAReferenceOfEachElement) {
   EXPECT_EQ(second.fRefs, 1U);
 }
 
-TEST(TMCCountedPtrArray, ARefusedAddTakesNoReference) {
-  TestMemory memory;
+TEST_F(CountedPtrArray, ARefusedAddTakesNoReference) {
   AssertionGuard guard({kRefused});
   Referenced object;
   TMCCountedPtrArray<Referenced> array;
-  memory.RefuseAfter(0);
+  fMemory.RefuseAfter(0);
   EXPECT_FALSE(array.AddElem(&object));
   EXPECT_EQ(object.fRefs, 1U);
 }
 
-TEST(TMCPtrArray, OwnsNothing) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(PtrArray, OwnsNothing) {
   int values[2] = {1, 2};
   TMCPtrArray<int> array;
   array.AddElem(&values[0]);
@@ -475,4 +438,5 @@ TEST(TMCPtrArray, OwnsNothing) {
   EXPECT_EQ(copy[1], &values[1]);
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

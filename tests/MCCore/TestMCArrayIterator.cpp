@@ -1,21 +1,14 @@
 #include "MCArrayIterator.h"
 
-#include <gtest/gtest.h>
+#include "HostedTest.h"
 
-#include "AssertionGuard.h"
-#include "TestMemory.h"
-
-namespace qlx {
-
-using test::AssertionGuard;
-using test::TestMemory;
-
+namespace qlx::test {
 namespace {
 
 const char* const kPastEnd = "Went past the end of the Array!!!";
 const char* const kPastBeginning = "Went past the beginning of the Array!!!";
 
-class Iterators : public testing::Test {
+class Iterators : public HostedTest {
  protected:
   Iterators() {
     for (int& value : fValues) {
@@ -24,15 +17,11 @@ class Iterators : public testing::Test {
     }
   }
   int fValues[3] = {10, 20, 30};
-  TestMemory fMemory;
   TMCPtrArray<int> fPointers;
   TMCArray<int> fPlain;
 };
 
-}  // namespace
-
 TEST_F(Iterators, WalkForwardsAndBackwards) {
-  AssertionGuard guard;
   std::vector<int> seen;
   TMCPtrIterator pointers(fPointers);
   for (int* value = pointers.First(); pointers.More(); value = pointers.Next()) {
@@ -79,7 +68,6 @@ TEST_F(Iterators, ThePositionPastTheEndIsTheEndIndex) {
 }
 
 TEST_F(Iterators, SurviveAChangeOfTheArray) {
-  AssertionGuard guard;
   TMCArrayIterator it(fPlain);
   EXPECT_EQ(*it.First(), 10);
   fPlain.SetElemSpace(100);
@@ -101,4 +89,5 @@ TEST_F(Iterators, TheCheckedFormWantsTheCheck) {
   EXPECT_EQ(it.Current(), nullptr);
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

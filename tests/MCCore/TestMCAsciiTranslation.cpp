@@ -1,22 +1,14 @@
 #include "MCAsciiTranslation.h"
 
-#include <gtest/gtest.h>
-
-#include "AssertionGuard.h"
+#include "HostedTest.h"
 #include "MCString.h"
 #include "PlatformTextGuard.h"
-#include "TestMemory.h"
 #include "TranslationTable.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::HostedTable;
-using test::PlatformTextGuard;
-using test::TableImage;
-using test::TestMemory;
-
+namespace qlx::test {
 namespace {
+
+using MCAsciiTranslation = HostedTest;
 
 const char* const kUntranslatable = "Untranslatable character";
 const char* const kMissing = "Missing escape string";
@@ -35,10 +27,7 @@ TableImage SomeTable() {
   return image;
 }
 
-}  // namespace
-
-TEST(MCAsciiTranslation, ReadsTransposedTables) {
-  TestMemory memory;
+TEST_F(MCAsciiTranslation, ReadsTransposedTables) {
   TMCAsciiTranslationTable table;
   const std::vector<uint8> bytes = SomeTable().Bytes();
   ASSERT_EQ(table.ReadImage(bytes.data(), bytes.size()), MC_S_OK);
@@ -49,12 +38,11 @@ TEST(MCAsciiTranslation, ReadsTransposedTables) {
   EXPECT_EQ(table.Translate(0xE2, 1), bytes[256 + 0x2E]);
 }
 
-TEST(MCAsciiTranslation, TheSecondBlockBeginsAtTheLastByteOfTheFirst) {
-  TestMemory memory;
+TEST_F(MCAsciiTranslation, TheSecondBlockBeginsAtTheLastByteOfTheFirst) {
   TMCAsciiTranslationTable table;
   const std::vector<uint8> bytes = SomeTable().Bytes();
   ASSERT_EQ(table.ReadImage(bytes.data(), bytes.size()), MC_S_OK);
-  EXPECT_EQ(memory.GetLiveBlocks(), 2);
+  EXPECT_EQ(fMemory.GetLiveBlocks(), 2);
   EXPECT_STREQ(table.GetEscapeString('q', 0), "Q");
   EXPECT_EQ(table.GetEscapeString('q', 1), nullptr);
   EXPECT_EQ(table.GetEscapeString(8, 0), nullptr);  // the second's length is no key of the first
@@ -63,8 +51,7 @@ TEST(MCAsciiTranslation, TheSecondBlockBeginsAtTheLastByteOfTheFirst) {
   EXPECT_EQ(table.GetEscapeString('m', 1), nullptr);
 }
 
-TEST(MCAsciiTranslation, ImagesThatAreNotWholeAreRefused) {
-  TestMemory memory;
+TEST_F(MCAsciiTranslation, ImagesThatAreNotWholeAreRefused) {
   const struct {
     const char* fLabel;
     std::vector<uint8> fBlocks;
@@ -86,7 +73,7 @@ TEST(MCAsciiTranslation, ImagesThatAreNotWholeAreRefused) {
     EXPECT_EQ(table.ReadImage(bytes.data(), bytes.size()), row.fResult);
     EXPECT_STREQ(table.GetEscapeString('k', 0), row.fText);
   }
-  test::WithEachAllocationRefused(memory, [](int step) {
+  WithEachAllocationRefused(fMemory, [](int step) {
     const std::vector<uint8> bytes = SomeTable().Bytes();
     TMCAsciiTranslationTable table;
     EXPECT_EQ(table.ReadImage(bytes.data(), bytes.size()), step < 2 ? MC_E_OUTOFMEMORY : MC_S_OK);
@@ -95,8 +82,7 @@ TEST(MCAsciiTranslation, ImagesThatAreNotWholeAreRefused) {
   EXPECT_EQ(TMCAsciiTranslationTable().ReadImage(nullptr, 0), MC_E_EOF);
 }
 
-TEST(MCAsciiTranslation, TextsAreTranslated) {
-  TestMemory memory;
+TEST_F(MCAsciiTranslation, TextsAreTranslated) {
   const HostedTable host(SomeTable().Bytes());
   const struct {
     const char* fLabel;
@@ -146,28 +132,25 @@ TEST(MCAsciiTranslation, TextsAreTranslated) {
   }
 }
 
-TEST(MCAsciiTranslation, WithoutATableTheTextStays) {
+TEST_F(MCAsciiTranslation, WithoutATableTheTextStays) {
   AssertionGuard guard({"asciiTranslationTable"});
   TMCString15 text("abc");
   text.TranslateAscii(0);
   EXPECT_STREQ(text.CStr(), "abc");
 }
 
-TEST(MCAsciiTranslation, AGrowingTextThatFindsNoMemoryIsEmpty) {
-  TestMemory memory;
+TEST_F(MCAsciiTranslation, AGrowingTextThatFindsNoMemoryIsEmpty) {
   const HostedTable host(SomeTable().Bytes());
   AssertionGuard guard({kSkipped});
   TMCDynamicString text("abe");
-  memory.RefuseAfter(0);
+  fMemory.RefuseAfter(0);
   text.TranslateAscii(1);
-  memory.RefuseNothing();
+  fMemory.RefuseNothing();
   EXPECT_STREQ(text.CStr(), "");
   EXPECT_EQ(text.Length(), 0U);
 }
 
-TEST(MCAsciiTranslation, ExportsToAnotherTextAndKeepsItsOwn) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(MCAsciiTranslation, ExportsToAnotherTextAndKeepsItsOwn) {
   const HostedTable host(SomeTable().Bytes());
   PlatformTextGuard platform;
   platform.UseWesternCodePage();
@@ -188,9 +171,7 @@ TEST(MCAsciiTranslation, ExportsToAnotherTextAndKeepsItsOwn) {
   EXPECT_STREQ(target.CStr(), "beta");
 }
 
-TEST(MCAsciiTranslation, ImportsTheVariantOfThisSystem) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(MCAsciiTranslation, ImportsTheVariantOfThisSystem) {
   const HostedTable host(SomeTable().Bytes());
   PlatformTextGuard platform;
   const struct {
@@ -222,4 +203,5 @@ TEST(MCAsciiTranslation, ImportsTheVariantOfThisSystem) {
   }
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

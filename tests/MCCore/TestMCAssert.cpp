@@ -4,10 +4,7 @@
 #include "MCAssert.h"
 #include "MCException.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-
+namespace qlx::test {
 namespace {
 
 // While it lives the host has no debug service.
@@ -25,8 +22,6 @@ struct CountingDetail : TMCExceptionDetail {
   ~CountingDetail() override { ++fDeleted; }
   int& fDeleted;
 };
-
-}  // namespace
 
 TEST(MCAssert, GoesToTheDebugServiceWithItsPosition) {
   AssertionGuard guard({"fCount == 2"});
@@ -122,8 +117,6 @@ TEST(TMCException, ThrownByValueItKeepsItsDetail) {
   EXPECT_EQ(deleted, 1);
 }
 
-namespace {
-
 class Abstract {
  public:
   Abstract() {
@@ -140,8 +133,6 @@ class Concrete : public Abstract {
   void Missing(int) override {}
 };
 
-}  // namespace
-
 TEST(PureCall, ThrowsInsteadOfEndingTheProcess) {
   AssertionGuard guard({"An exception is being thrown"});
   try {
@@ -153,4 +144,5 @@ TEST(PureCall, ThrowsInsteadOfEndingTheProcess) {
   }
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

@@ -1,14 +1,12 @@
 #include "MCCountedPtr.h"
 
-#include <gtest/gtest.h>
+#include "HostedTest.h"
 
-#include "AssertionGuard.h"
-
-namespace qlx {
-
-using test::AssertionGuard;
-
+namespace qlx::test {
 namespace {
+
+using CountedPtr = HostedTest;
+using Query = HostedTest;
 
 class IOther : public IMCUnknown {
  public:
@@ -61,10 +59,7 @@ const char* const kDeceasedOld = "!MCCheckDeceased(*pp)";
 const char* const kDeceasedNew = "(lp == NULL) || !MCCheckDeceased(lp)";
 const char* const kDeceasedNewObject = "(lp == NULL) || !MCCheckDeceased(*(void**)lp)";
 
-}  // namespace
-
-TEST(TMCCountedPtr, EachCallDoesWithTheReferenceWhatItsNameSays) {
-  AssertionGuard guard;
+TEST_F(CountedPtr, EachCallDoesWithTheReferenceWhatItsNameSays) {
   Counted object;
   {
     const auto shared = MCShare<IOther>(&object);
@@ -93,8 +88,7 @@ TEST(TMCCountedPtr, EachCallDoesWithTheReferenceWhatItsNameSays) {
   EXPECT_EQ(object.fRefs, 1U);
 }
 
-TEST(TMCCountedPtr, AssigningWhatItHoldsLeavesTheCountAlone) {
-  AssertionGuard guard;
+TEST_F(CountedPtr, AssigningWhatItHoldsLeavesTheCountAlone) {
   Counted object;
   auto pointer = MCShare<IOther>(&object);
   const auto& self = pointer;
@@ -104,8 +98,7 @@ TEST(TMCCountedPtr, AssigningWhatItHoldsLeavesTheCountAlone) {
   EXPECT_EQ(object.fCalls, 1) << "one for the pointer, none for the assignments";
 }
 
-TEST(TMCCountedPtr, TheNewReferenceIsTakenBeforeTheOldOneIsDropped) {
-  AssertionGuard guard;
+TEST_F(CountedPtr, TheNewReferenceIsTakenBeforeTheOldOneIsDropped) {
   Counted inner;
   Counted outer;
   outer.fKept.Adopt(&inner);  // its only reference
@@ -118,7 +111,7 @@ TEST(TMCCountedPtr, TheNewReferenceIsTakenBeforeTheOldOneIsDropped) {
   EXPECT_EQ(inner.fRefs, 0U);
 }
 
-TEST(TMCCountedPtr, DeceasedPointersAndObjectsAreReportedAndNeverCalled) {
+TEST_F(CountedPtr, DeceasedPointersAndObjectsAreReportedAndNeverCalled) {
   Counted object;
   const struct {
     const char* fLabel;
@@ -146,7 +139,7 @@ TEST(TMCCountedPtr, DeceasedPointersAndObjectsAreReportedAndNeverCalled) {
   EXPECT_EQ(object.fRefs, 3U);
 }
 
-TEST(TMCCountedPtr, AccessAndReleaseOfDeceasedObjectsAreReported) {
+TEST_F(CountedPtr, AccessAndReleaseOfDeceasedObjectsAreReported) {
   const char* const deceased = "!MCCheckDeceased(*(void**)fObject)";
   TMCCountedPtr<IOther> pointer;
   {
@@ -167,8 +160,7 @@ TEST(TMCCountedPtr, AccessAndReleaseOfDeceasedObjectsAreReported) {
   pointer.Clear();
 }
 
-TEST(MCQuery, GivesTheObjectsOwnViewOrNull) {
-  AssertionGuard guard;
+TEST_F(Query, GivesTheObjectsOwnViewOrNull) {
   Counted object;
   const auto unknown = MCShare<IMCUnknown>(&object);
   {
@@ -194,8 +186,6 @@ TEST(TMCPtr, ChecksAtEachAccess) {
   EXPECT_EQ(TMCPtr<IOther>(DeceasedObject()).operator->(), DeceasedObject());
 }
 
-namespace {
-
 struct Base {
   virtual ~Base() = default;
 };
@@ -204,8 +194,6 @@ struct Derived : Base {
   ~Derived() override { ++fDeleted; }
   int& fDeleted;
 };
-
-}  // namespace
 
 TEST(TMCSmartPtr, DeletesWhatItOwnsOnce) {
   int deleted = 0;
@@ -228,4 +216,5 @@ TEST(TMCSmartPtr, DeletesWhatItOwnsOnce) {
   EXPECT_FALSE(owner);
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

@@ -1,36 +1,30 @@
 #include "MCMemory.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <numeric>
 #include <utility>
 #include <vector>
 
-#include "AssertionGuard.h"
-#include "TestMemory.h"
+#include "HostedTest.h"
 
-namespace qlx {
+namespace qlx::test {
+namespace {
 
-using test::AssertionGuard;
-using test::TestMemory;
+using Memory = HostedTest;
 
-TEST(MCMemory, BlocksComeFromTheHost) {
-  AssertionGuard guard;
-  TestMemory memory;
+TEST_F(Memory, BlocksComeFromTheHost) {
   void* block = MCmalloc(16);
   ASSERT_NE(block, nullptr);
   MCMemoryFill(7, block, 16);
   block = MCrealloc(block, 64);
   ASSERT_NE(block, nullptr);
   EXPECT_EQ(static_cast<uint8*>(block)[15], 7);
-  EXPECT_EQ(memory.GetLiveBlocks(), 1);
+  EXPECT_EQ(fMemory.GetLiveBlocks(), 1);
   MCfree(block);
   MCfree(nullptr);
 }
 
-TEST(MCMemory, WithoutAnAllocatorRequestsFailAndFreeIsQuiet) {
-  AssertionGuard guard;  // the debug service hears nothing: it may not be there either
+TEST_F(Memory, WithoutAnAllocatorRequestsFailAndFreeIsQuiet) {
   IMemoryUtilities* const earlier = std::exchange(gMemoryUtilities, nullptr);
   testing::internal::CaptureStderr();
   int local = 0;
@@ -44,15 +38,14 @@ TEST(MCMemory, WithoutAnAllocatorRequestsFailAndFreeIsQuiet) {
 }
 
 #if SIZE_MAX > UINT32_MAX
-TEST(MCMemory, ASizeBeyond32BitsIsReported) {
-  TestMemory memory;
-  memory.RefuseAfter(0);
+TEST_F(Memory, ASizeBeyond32BitsIsReported) {
+  fMemory.RefuseAfter(0);
   AssertionGuard guard({"(size) <= static_cast<MCSize>(std::numeric_limits<uint32>::max())"});
   EXPECT_EQ(MCmalloc(MCSize{1} << 32), nullptr);
 }
 #endif
 
-TEST(MCMemory, CopiesAreTheSameWithAndWithoutTheProcessorFeature) {
+TEST_F(Memory, CopiesAreTheSameWithAndWithoutTheProcessorFeature) {
   std::vector<uint8> source(200);
   std::iota(source.begin(), source.end(), uint8{1});
   for (const uint8 feature : {uint8{0}, uint8{1}}) {
@@ -71,7 +64,7 @@ TEST(MCMemory, CopiesAreTheSameWithAndWithoutTheProcessorFeature) {
   MCMemoryFill(1, nullptr, 0);
 }
 
-TEST(MCMemory, MoveTakesOverlappingRegions) {
+TEST_F(Memory, MoveTakesOverlappingRegions) {
   char text[] = "abcdef";
   MCMemoryMove(text + 1, text, 5);
   EXPECT_STREQ(text, "aabcde");
@@ -79,4 +72,5 @@ TEST(MCMemory, MoveTakesOverlappingRegions) {
   EXPECT_STREQ(text, "abcdee");
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

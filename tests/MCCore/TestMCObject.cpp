@@ -1,21 +1,17 @@
 #include "MCObject.h"
 
-#include <gtest/gtest.h>
-
 #include <thread>
 #include <vector>
 
-#include "AssertionGuard.h"
+#include "HostedTest.h"
 #include "MCCountedPtr.h"
-#include "TestMemory.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::TestBookkeeping;
-using test::TestMemory;
-
+namespace qlx::test {
 namespace {
+
+using CountedObject = HostedTest;
+using Objects = HostedTest;
+using SharedObject = HostedTest;
 
 const char* const kNotInitialised = "InitMCCountedObject should be called before creating counted objects";
 const MCGuid kUnknownInterface = "01234567-89AB-CDEF-0123-456789ABCDEF"_guid;
@@ -42,14 +38,10 @@ std::vector<TMCCountedObject*> Backward(const TestBookkeeping& inBooks) {
   return objects;
 }
 
-}  // namespace
-
-TEST(TMCObject, AllocatesFromTheHostInBothForms) {
-  AssertionGuard guard;
-  TestMemory memory;
+TEST_F(Objects, AllocatesFromTheHostInBothForms) {
   Plain* object = new Plain;
   Plain* array = new Plain[3];
-  EXPECT_EQ(memory.GetLiveBlocks(), 2);
+  EXPECT_EQ(fMemory.GetLiveBlocks(), 2);
   EXPECT_EQ(Plain::sAlive, 4);
   delete object;
   delete[] array;
@@ -58,23 +50,20 @@ TEST(TMCObject, AllocatesFromTheHostInBothForms) {
   alignas(Plain) unsigned char room[sizeof(Plain)];
   Plain* placed = new (room) Plain;
   placed->~Plain();
-  EXPECT_EQ(memory.GetRequests(), 2);
+  EXPECT_EQ(fMemory.GetRequests(), 2);
 }
 
-TEST(TMCObject, RefusedMemoryAnswersNullAndConstructsNothing) {
-  AssertionGuard guard;
-  TestMemory memory;
-  memory.RefuseAfter(0);
+TEST_F(Objects, RefusedMemoryAnswersNullAndConstructsNothing) {
+  fMemory.RefuseAfter(0);
   EXPECT_EQ(new Plain, nullptr);
-  memory.RefuseAfter(0);
+  fMemory.RefuseAfter(0);
   EXPECT_EQ(new Plain[2], nullptr);
-  memory.RefuseAfter(0);
+  fMemory.RefuseAfter(0);
   EXPECT_EQ(new (std::nothrow) Plain, nullptr);
   EXPECT_EQ(Plain::sAlive, 0);
 }
 
-TEST(TMCObject, WithoutAnAllocatorNewReportsAndDeleteIsQuiet) {
-  TestMemory memory;
+TEST_F(Objects, WithoutAnAllocatorNewReportsAndDeleteIsQuiet) {
   Plain* volatile object = new Plain;  // the compiler takes it for dead after a delete that does nothing
   gMemoryUtilities = nullptr;
   {
@@ -83,12 +72,11 @@ TEST(TMCObject, WithoutAnAllocatorNewReportsAndDeleteIsQuiet) {
     EXPECT_EQ(new Plain[2], nullptr);
     Plain::operator delete(object);
   }
-  gMemoryUtilities = &memory;
+  gMemoryUtilities = &fMemory;
   delete object;
 }
 
-TEST(TMCCountedObject, WorksBeforeTheListIsThere) {
-  TestMemory memory;
+TEST_F(CountedObject, WorksBeforeTheListIsThere) {
   TMCCountedPtr<TMCCountedObject> object;
   {
     AssertionGuard guard({kNotInitialised});
@@ -100,7 +88,6 @@ TEST(TMCCountedObject, WorksBeforeTheListIsThere) {
   EXPECT_EQ(object->Release(), 1U);
 
   // Made before, ended after: neither the list nor the count hears of it.
-  AssertionGuard guard;
   TestBookkeeping books;
   TMCCountedPtr<TMCCountedObject> listed;
   TMCCountedObject::Create(listed.WriteInto());
@@ -109,9 +96,7 @@ TEST(TMCCountedObject, WorksBeforeTheListIsThere) {
   EXPECT_EQ(books.fLiveCount, 1);
 }
 
-TEST(TMCCountedObject, StandsInTheListWhileItLives) {
-  AssertionGuard guard;
-  TestMemory memory;
+TEST_F(CountedObject, StandsInTheListWhileItLives) {
   TestBookkeeping books;
   // Each row gives the order in which three objects end.
   const int kOrders[][3] = {{0, 1, 2}, {2, 1, 0}, {1, 0, 2}, {1, 2, 0}};
@@ -137,9 +122,7 @@ TEST(TMCCountedObject, StandsInTheListWhileItLives) {
   }
 }
 
-TEST(TMCCountedObject, LivesWithAHostThatGivesOnlyACounter) {
-  AssertionGuard guard;
-  TestMemory memory;
+TEST_F(CountedObject, LivesWithAHostThatGivesOnlyACounter) {
   int32 live = 0;
   InitMCCountedObject({nullptr, nullptr, nullptr, nullptr, nullptr, &live});
   TMCCountedPtr<TMCCountedObject> object;
@@ -150,9 +133,8 @@ TEST(TMCCountedObject, LivesWithAHostThatGivesOnlyACounter) {
   InitMCCountedObject({});
 }
 
-TEST(TMCCountedObject, IsReportedWhenDestroyedWhileReferenced) {
+TEST_F(CountedObject, IsReportedWhenDestroyedWhileReferenced) {
   AssertionGuard guard({"fRefCount <= 1"});
-  TestMemory memory;
   TestBookkeeping books;
   auto* object = new TMCCountedObject;
   object->AddRef();
@@ -165,7 +147,6 @@ using BothFamilies = testing::Types<TMCCountedObject, TMCSMPCountedObject>;
 TYPED_TEST_SUITE(CountedObjects, BothFamilies);
 
 TYPED_TEST(CountedObjects, AnswerForTheRootInterfaceAlone) {
-  AssertionGuard guard;
   TestMemory memory;
   TestBookkeeping books;
   TMCCountedPtr<TypeParam> object;
@@ -203,9 +184,7 @@ TYPED_TEST(CountedObjects, CreateStoresNullWithoutMemoryAndReportsANullPlace) {
   TypeParam::Create(nullptr);
 }
 
-TEST(TMCSMPCountedObject, StaysOutOfTheList) {
-  AssertionGuard guard;
-  TestMemory memory;
+TEST_F(SharedObject, StaysOutOfTheList) {
   TestBookkeeping books;
   TMCCountedPtr<TMCSMPCountedObject> object;
   TMCSMPCountedObject::Create(object.WriteInto());
@@ -213,9 +192,7 @@ TEST(TMCSMPCountedObject, StaysOutOfTheList) {
   EXPECT_EQ(books.fSerial, 1);
 }
 
-TEST(TMCSMPCountedObject, CountsAcrossThreads) {
-  AssertionGuard guard;
-  TestMemory memory;
+TEST_F(SharedObject, CountsAcrossThreads) {
   TestBookkeeping books;
   TMCCountedPtr<TMCSMPCountedObject> shared;
   TMCSMPCountedObject::Create(shared.WriteInto());
@@ -235,7 +212,7 @@ TEST(TMCSMPCountedObject, CountsAcrossThreads) {
   EXPECT_EQ(books.fLiveCount, 0);
 }
 
-TEST(TMCSMPCountedObject, ReportsDestructionWhileReferencedAndCountsBelowZero) {
+TEST_F(SharedObject, ReportsDestructionWhileReferencedAndCountsBelowZero) {
   AssertionGuard guard({"TMCSMPCountedObject: ref count < 0", "GetAtomicCounterValue(fRefCountAC) == 0"});
   struct Local : TMCSMPCountedObject {
     Local() { fRefCountAC = 0; }
@@ -243,4 +220,5 @@ TEST(TMCSMPCountedObject, ReportsDestructionWhileReferencedAndCountsBelowZero) {
   EXPECT_EQ(object.Release(), 0xFFFFFFFFU);
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

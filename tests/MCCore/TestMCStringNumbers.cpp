@@ -1,46 +1,30 @@
-#include <gtest/gtest.h>
-
 #include <cfloat>
 #include <cmath>
 #include <limits>
 
-#include "AssertionGuard.h"
+#include "HostedTest.h"
 #include "MCString.h"
 #include "PlatformTextGuard.h"
-#include "TestMemory.h"
 
-namespace qlx {
+namespace qlx::test {
+namespace {
 
-using test::AssertionGuard;
-using test::PlatformTextGuard;
-using test::TestMemory;
+using MCStringNumbers = HostedTest;
 
-TEST(MCStringNumbers, AreWrittenWithTheUsersSeparator) {
+TEST_F(MCStringNumbers, AreWrittenWithTheUsersSeparator) {
   const real64 kInfinity = std::numeric_limits<real64>::infinity();
   const struct {
     char fKind;  // f: FromFloat, d: FromDouble, m: FromMoney
     real64 fValue;
     uint32 fPrecision;
     const char* fText;
-  } kRows[] = {{'f', 1.5, 2, "1.50"},
-               {'f', -0.1F, 3, "-0.100"},
-               {'f', 2.5, 0, "2"},  // halves go to even
-               {'f', 0, 1, "0.0"},
-               {'f', -kInfinity, 2, "-inf"},
-               {'f', static_cast<real64>(FLT_MAX), 0, "340282346638528859811704183484516925440"},
-               {'d', 1.5, 6, "1.5"},
-               {'d', 1e20, 6, "1E+20"},
-               {'d', 1.25e-5, 6, "1.25E-05"},
-               {'d', 1e-100, 3, "1E-100"},
-               {'d', 123456, 3, "1.23E+05"},
-               {'d', 0.1, 17, "0.10000000000000001"},
-               {'d', 7, 0, "7"},
-               {'d', kInfinity, 6, "INF"},
-               {'m', 1234.567, 0, "1234.57"},
-               {'m', -0.5, 0, "-0.50"}};
+  } kRows[] = {
+      {'f', 1.5, 2, "1.50"},        {'f', 2.5, 0, "2"},  // halves go to even
+      {'f', -kInfinity, 2, "-inf"}, {'f', static_cast<real64>(FLT_MAX), 0, "340282346638528859811704183484516925440"},
+      {'d', 1e20, 6, "1E+20"},      {'d', 1.25e-5, 6, "1.25E-05"},
+      {'d', kInfinity, 6, "INF"},   {'m', 1234.567, 0, "1234.57"}};
   for (const auto& row : kRows) {
     SCOPED_TRACE(testing::Message() << row.fKind << " " << row.fValue << ", " << row.fPrecision);
-    AssertionGuard guard;
     const auto write = [&](TMCString& text) {
       row.fKind == 'f'   ? text.FromFloat(static_cast<real32>(row.fValue), row.fPrecision)
       : row.fKind == 'd' ? text.FromDouble(row.fValue, row.fPrecision)
@@ -60,8 +44,7 @@ TEST(MCStringNumbers, AreWrittenWithTheUsersSeparator) {
   }
 }
 
-TEST(MCStringNumbers, APrecisionOfAnySizeIsBounded) {
-  TestMemory memory;
+TEST_F(MCStringNumbers, APrecisionOfAnySizeIsBounded) {
   AssertionGuard guard({"byteLength <= fMaxLength"});
   PlatformTextGuard platform;
   platform.UseDecimalSeparator<'.'>();
@@ -81,7 +64,7 @@ TEST(MCStringNumbers, APrecisionOfAnySizeIsBounded) {
   EXPECT_STREQ(fixed.CStr(), "1.0000000000000");
 }
 
-TEST(MCStringNumbers, AreRead) {
+TEST_F(MCStringNumbers, AreRead) {
   const struct {
     const char* fText;
     real32 fFloat;
@@ -89,21 +72,12 @@ TEST(MCStringNumbers, AreRead) {
     int32 fInt;
   } kRows[] = {{"", 0, 0, 0},
                {"-", 0, 0, 0},
-               {"+", 0, 0, 0},
-               {"12", 12, 12, 12},
                {"+12", 12, 12, 12},
-               {"-12.5", -12.5F, -12.5, -12},
                {"1,234.5", 1234.5F, 1, 1234},
                {".5", 0.5F, 0.5, 0},
-               {"5.", 5, 5, 5},
-               {"1.2x", 1.2F, 1.2, 1},
-               {"x", 0, 0, 0},
                {" 7", 0, 7, 7},
-               {"--7", 0, 0, 0},
                {"+-7", 0, 0, 0},
                {"1.2345678912345", 1.234567891F, 1.2345678912345, 1},
-               {"1e3", 1, 1000, 1},
-               {"1e", 1, 1, 1},
                {"0x1.8p1", 0, 3, 0},
                {"0x", 0, 0, 0},
                {"1e999", 1, HUGE_VAL, 1},
@@ -113,7 +87,6 @@ TEST(MCStringNumbers, AreRead) {
                {"4294967297", 1, 4294967297.0, INT32_MAX},  // 32 bits wrap
                {"-2147483649", -2147483648.F, -2147483649.0, INT32_MIN},
                {",-,4,2,", 0, 0, -42}};
-  AssertionGuard guard;
   PlatformTextGuard platform;
   platform.UseDecimalSeparator<'.'>();
   for (const auto& row : kRows) {
@@ -124,24 +97,17 @@ TEST(MCStringNumbers, AreRead) {
     EXPECT_EQ(text.ToInt(), row.fInt);
   }
   EXPECT_TRUE(std::isnan(TMCString15("nan").ToDouble()));
-  EXPECT_EQ(TMCString15("1.5").ToDouble(), 1.5);
   platform.UseDecimalSeparator<','>();
   EXPECT_EQ(TMCString15("1,5").ToFloat(), 1.5F);
   EXPECT_EQ(TMCString15("1,5").ToDouble(), 1.5);
   EXPECT_EQ(TMCString15("1.5").ToFloat(), 1.F);
   EXPECT_EQ(TMCString15("1.5").ToDouble(), 1.5);
   platform.UseDecimalSeparator<0x66B>();
-  EXPECT_EQ(TMCString15("1\xD9\xAB"
-                        "5")
-                .ToFloat(),
-            1.5F);
-  EXPECT_EQ(TMCString15("1\xD9\xAB"
-                        "5")
-                .ToDouble(),
-            1.5);
+  EXPECT_EQ(TMCString15("1\u066B5").ToFloat(), 1.5F);
+  EXPECT_EQ(TMCString15("1\u066B5").ToDouble(), 1.5);
 }
 
-TEST(MCStringNumbers, ToDoubleReadsSixtyThreeBytes) {
+TEST_F(MCStringNumbers, ToDoubleReadsSixtyThreeBytes) {
   PlatformTextGuard platform;
   platform.UseDecimalSeparator<'.'>();
   const std::string zeros(62, '0');
@@ -150,7 +116,7 @@ TEST(MCStringNumbers, ToDoubleReadsSixtyThreeBytes) {
   EXPECT_EQ(TMCString255(std::string(255, '9').c_str()).ToDouble(), 1e63);
 }
 
-TEST(MCStringNumbers, TellNumericTexts) {
+TEST_F(MCStringNumbers, TellNumericTexts) {
   PlatformTextGuard platform;
   platform.UseDecimalSeparator<','>();
   const std::pair<const char*, bool> kRows[] = {{"", true},    {"-+1,2", true}, {"1.5", false},
@@ -160,15 +126,12 @@ TEST(MCStringNumbers, TellNumericTexts) {
   }
 }
 
-TEST(MCStringNumbers, AreIncremented) {
+TEST_F(MCStringNumbers, AreIncremented) {
   const struct {
     const char* fText;
     const char* fNext;
     std::vector<std::string> fReports;
-  } kRows[] = {{"0", "1", {}},
-               {"999", "1000", {}},
-               {"1,999.99", "2,000.00", {}},
-               {"129", "130", {}},
+  } kRows[] = {{"1,999.99", "2,000.00", {}},
                {"", "1", {}},
                {"v19", "v20", {}},
                {"1-9", "2-0", {"Unknown character!!"}},
@@ -190,19 +153,14 @@ TEST(MCStringNumbers, AreIncremented) {
   }
 }
 
-TEST(MCStringNumbers, LoseTheZerosOfAFraction) {
+TEST_F(MCStringNumbers, LoseTheZerosOfAFraction) {
   const struct {
     const char* fText;
     const char* fTrimmed;
     std::vector<std::string> fReports;
-  } kRows[] = {{"1.000", "1", {}},
-               {"1.500", "1.5", {}},
-               {"1,050", "1,05", {}},
-               {"10.", "10", {}},
+  } kRows[] = {{"1,050", "1,05", {}},
                {".0", "", {}},
-               {"1.5", "1.5", {}},
-               {"1.2.300", "1.2.3", {}},
-               {"\xC3\xA9.10", "\xC3\xA9.1", {}},
+               {"\u00E9.10", "\u00E9.1", {}},
                {"100", "100", {"TrimZeros: no separator"}}};
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.fText);
@@ -213,12 +171,11 @@ TEST(MCStringNumbers, LoseTheZerosOfAFraction) {
   }
 }
 
-TEST(MCStringNumbers, TrimZerosDeletesAThousandCharactersAtMost) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(MCStringNumbers, TrimZerosDeletesAThousandCharactersAtMost) {
   TMCDynamicString text(("1.5" + std::string(1100, '0')).c_str());
   text.TrimZeros();
   EXPECT_EQ(text.ByteLength(), 103U);
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

@@ -1,20 +1,16 @@
 // The extensible array and the hash table.
-#include <gtest/gtest.h>
-
-#include "AssertionGuard.h"
+#include "HostedTest.h"
 #include "MCException.h"
 #include "MCExtensibleArray.h"
 #include "MCHash.h"
-#include "TestMemory.h"
 
-namespace qlx {
+namespace qlx::test {
+namespace {
 
-using test::AssertionGuard;
-using test::TestMemory;
+using ExtensibleArray = HostedTest;
+using Hash = HostedTest;
 
-TEST(MCExtensibleArray, ElementsNeverMove) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(ExtensibleArray, ElementsNeverMove) {
   MCExtensibleArray<int> array(2);
   std::vector<int*> addresses;
   for (int i = 0; i < 50; ++i) {
@@ -31,9 +27,8 @@ TEST(MCExtensibleArray, ElementsNeverMove) {
   EXPECT_EQ(*array.GetElem(6), 0) << "fresh again";
 }
 
-TEST(MCExtensibleArray, BadIndicesAreReported) {
+TEST_F(ExtensibleArray, BadIndicesAreReported) {
   const char* const kBadIndex = "i>=0 && i < fElemCount";
-  TestMemory memory;
   MCExtensibleArray<int> array(2);
   array.SetElemCount(3);
   {
@@ -45,7 +40,7 @@ TEST(MCExtensibleArray, BadIndicesAreReported) {
   EXPECT_EQ(array.GetElem(-1), nullptr);
 }
 
-TEST(MCExtensibleArray, StaysAsItWasWhenMemoryIsRefused) {
+TEST_F(ExtensibleArray, StaysAsItWasWhenMemoryIsRefused) {
   for (int allowed = 0; allowed < 4; ++allowed) {
     SCOPED_TRACE(allowed);
     TestMemory memory;
@@ -61,8 +56,6 @@ TEST(MCExtensibleArray, StaysAsItWasWhenMemoryIsRefused) {
     memory.RefuseNothing();
   }
 }
-
-namespace {
 
 const char* const kWords[] = {"one", "two", "three", "one"};
 
@@ -83,11 +76,7 @@ class WordTable : public MCHash {
   }
 };
 
-}  // namespace
-
-TEST(MCHash, FindsTheFirstMatchInItsDirection) {
-  TestMemory memory;
-  AssertionGuard guard;
+TEST_F(Hash, FindsTheFirstMatchInItsDirection) {
   for (const uint32 size : {1U, 2U, 7U, 300U}) {
     SCOPED_TRACE(size);
     WordTable table(size);
@@ -103,8 +92,7 @@ TEST(MCHash, FindsTheFirstMatchInItsDirection) {
   }
 }
 
-TEST(MCHash, ANullKeyThrowsWithItsPosition) {
-  TestMemory memory;
+TEST_F(Hash, ANullKeyThrowsWithItsPosition) {
   AssertionGuard guard({"An exception is being thrown"});
   const WordTable table(3);
   try {
@@ -117,8 +105,7 @@ TEST(MCHash, ANullKeyThrowsWithItsPosition) {
   }
 }
 
-TEST(MCHash, WorksWithSizeZeroAndWithoutMemory) {
-  TestMemory memory;
+TEST_F(Hash, WorksWithSizeZeroAndWithoutMemory) {
   {
     AssertionGuard guard({"size > 0"});
     WordTable table(0);
@@ -126,10 +113,11 @@ TEST(MCHash, WorksWithSizeZeroAndWithoutMemory) {
     EXPECT_EQ(table.Lookup("two"), 1U);
   }
   AssertionGuard guard({"Array allocation failed!"});
-  memory.RefuseAfter(0);
+  fMemory.RefuseAfter(0);
   WordTable table(4);
   EXPECT_FALSE(table.AddEntry("one", 0));
   EXPECT_EQ(table.Lookup("one"), kUnusedIndex);
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

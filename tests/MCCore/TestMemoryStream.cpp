@@ -1,26 +1,11 @@
-#include <gtest/gtest.h>
-
 #include "TokenText.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::kStreamReport;
-using test::Reading;
-using test::TestMemory;
-using test::Written;
-
+namespace qlx::test {
 namespace {
 
-class MemoryStream : public testing::Test {
- protected:
-  TestMemory fMemory;
-};
-
-}  // namespace
+using MemoryStream = HostedTest;
 
 TEST_F(MemoryStream, BeginsWithAnEmptyBlockThatGrowsBy4096OrToWhatIsNeeded) {
-  const AssertionGuard guard;
   TMCMemoryStream stream;
   EXPECT_EQ(stream.GetCapacity(), 4096);
   EXPECT_EQ(stream.GetSize(), 0);
@@ -41,7 +26,6 @@ TEST_F(MemoryStream, BeginsWithAnEmptyBlockThatGrowsBy4096OrToWhatIsNeeded) {
 }
 
 TEST_F(MemoryStream, AReadPastTheEndMovesWhatIsThere) {
-  const AssertionGuard guard;
   auto stream = Reading("abcd");
   char room[8] = {};
   EXPECT_EQ(stream.Read(room, 3).gcount(), 3);
@@ -208,7 +192,7 @@ TEST_F(MemoryStream, InfosAreCopiesByKey) {
 
 TEST_F(MemoryStream, LivesWithEveryRefusedAllocation) {
   WithEachAllocationRefused(fMemory, [](int) {
-    EXPECT_EQ(test::CodeOf([] {
+    EXPECT_EQ(CodeOf([] {
                 TMCMemoryStream stream;
                 const std::string block(9000, 'x');
                 stream.Write(block.data(), 9000);
@@ -225,4 +209,5 @@ TEST_F(MemoryStream, LivesWithEveryRefusedAllocation) {
   });
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

@@ -5,15 +5,10 @@
 #include "ResourceFixture.h"
 #include "SilentReports.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::kDialog;
-using test::kText;
-
+namespace qlx::test {
 namespace {
 
-class ResourceEdit : public test::ResourceFiles {
+class ResourceEdit : public ResourceFiles {
  protected:
   static uint32 Offset(const MCResourceFile& inFile, int16 inID) {
     MCResourceInfo info;
@@ -25,10 +20,7 @@ class ResourceEdit : public test::ResourceFiles {
   }
 };
 
-}  // namespace
-
 TEST_F(ResourceEdit, ACopyHasNoGapsAndItsNamesStandAheadOfTheLists) {
-  const AssertionGuard guard;
   MCResourceFile file;
   Begin(file);
   Add(file, kText, 128, "ab", kResReplaceable, "n\xC3\xB6");
@@ -53,7 +45,6 @@ TEST_F(ResourceEdit, ACopyHasNoGapsAndItsNamesStandAheadOfTheLists) {
 }
 
 TEST_F(ResourceEdit, ASavedFileReadsBackAndAnUnsavedOneIsAsItWas) {
-  const AssertionGuard guard;
   MCResourceFile file;
   Begin(file);
   Add(file, kText, 1, "one", kResReplaceable, "first");
@@ -88,7 +79,6 @@ TEST_F(ResourceEdit, ASavedFileReadsBackAndAnUnsavedOneIsAsItWas) {
 }
 
 TEST_F(ResourceEdit, DataThatIsNotLongerStaysAndLongerDataMovesToTheEnd) {
-  const AssertionGuard guard;
   MCResourceFile file;
   Begin(file);
   Add(file, kText, 1, "12345");
@@ -144,7 +134,6 @@ TEST_F(ResourceEdit, DataThatOthersShareOrThatIsDamagedMovesInsteadOfSpoilingMor
   bytes.replace(list + 12 + 4, 4, bytes, list + 4, 4);  // 2 has the data of 1
   bytes.replace(list + 24 + 5, 3, "\xFF\xFF\xFE");
   Put(bytes);
-  const AssertionGuard guard;
   MCResourceFile file;
   ASSERT_EQ(file.Open(Path(), true), MC_S_OK);
   EXPECT_EQ(Data(file, kText, 3), "failed 39");
@@ -164,7 +153,6 @@ TEST_F(ResourceEdit, RefusalsNameTheirReasonAndChangeNothing) {
   ASSERT_EQ(used.Load(file, kText, 3), MC_S_OK);
   ASSERT_EQ(file.Save(), MC_S_OK);
   const std::string bytes = Bytes();
-  const AssertionGuard guard;
   EXPECT_EQ(static_cast<uint32>(Replace(file, 1, "n")), 0x800100C6U) << "the bit that allows it is clear";
   EXPECT_EQ(Replace(file, 2, "n"), MC_E_RESPROTECTED) << "the bit that forbids it is set";
   EXPECT_EQ(Replace(file, 4, "n"), MC_E_RESNOTFOUND);
@@ -236,7 +224,6 @@ TEST_F(ResourceEdit, WhatTheFormatCannotHoldIsRefusedByName) {
 }
 
 TEST_F(ResourceEdit, TenThousandResourcesOfOneTypeFit) {
-  const AssertionGuard guard;
   MCResourceFile file;
   Begin(file);
   for (int id = 10000; id > 0; --id) {
@@ -258,7 +245,6 @@ TEST_F(ResourceEdit, DataBehindTheReachOf24BitsIsRefused) {
     ASSERT_EQ(file.Save(), MC_S_OK);
   }
   Resize(256 + 0x00FFFFFE);
-  const AssertionGuard guard;
   MCResourceFile file;
   ASSERT_EQ(file.Open(Path(), true), MC_S_OK);
   Add(file, kText, 2, "last");
@@ -277,7 +263,7 @@ TEST_F(ResourceEdit, WithoutMemoryEveryCallFailsAndLeavesTheFileWhole) {
     ASSERT_EQ(file.Save(), MC_S_OK);
   }
   const std::string bytes = Bytes();
-  const test::SilentReports silence;
+  const SilentReports silence;
   WithEachAllocationRefused(fMemory, [&](int inStep) {
     SCOPED_TRACE(inStep);
     Put(bytes);
@@ -348,7 +334,6 @@ TEST_F(ResourceEdit, HoldersCountTheirUses) {
   c.Clear();
   EXPECT_EQ(a.Load(file, kText, 2), MC_E_RESNOTFOUND);
   EXPECT_FALSE(a);
-  const AssertionGuard guard;
   file.UnloadUnused();
   file.Close();
 }
@@ -385,4 +370,5 @@ TEST_F(ResourceEdit, AStreamReadsAResource) {
   EXPECT_TRUE(stream.Read(room, 1).eof());
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

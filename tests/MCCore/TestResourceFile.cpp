@@ -4,15 +4,10 @@
 
 #include "ResourceFixture.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::kDialog;
-using test::kText;
-
+namespace qlx::test {
 namespace {
 
-class ResourceFile : public test::ResourceFiles {
+class ResourceFile : public ResourceFiles {
  protected:
   // The places of the damage table: header 0, data 256, map 256 + 8 + 10 + 7 = 281. In the map: names 28, type list
   // 38, reference lists 56 (one of 'DLOG') and 68 (two of 'STR ').
@@ -28,11 +23,8 @@ class ResourceFile : public test::ResourceFiles {
   }
 };
 
-}  // namespace
-
 // The length of the map in the header leaves out two bytes that follow; readers work from the offsets.
 TEST_F(ResourceFile, AnEmptyFileSaysAMapLengthTwoBytesShort) {
-  const AssertionGuard guard;
   ASSERT_EQ(MCResourceFile::CreateEmpty(Path()), MC_S_OK);
   const std::string values("\0\0\1\0\0\0\1\0\0\0\0\0\0\0\0\x1E", 16);
   EXPECT_EQ(Bytes(),
@@ -143,7 +135,6 @@ TEST_F(ResourceFile, AFileCutAnywhereFailsOrOpens) {
 
 TEST_F(ResourceFile, AFileThatShrinksWhileItIsOpenEndsEarly) {
   MakeFileToSpoil();
-  const AssertionGuard guard;
   MCResourceFile file;
   ASSERT_EQ(file.Open(Path()), MC_S_OK);
   Resize(270);
@@ -156,7 +147,6 @@ TEST_F(ResourceFile, LooksUpTheFirstOfThoseAlikeAndTellsWhatIsMissing) {
   std::string bytes = Bytes();
   bytes.replace(281 + 80, 2, std::string("\0\x80", 2));  // 'STR ' -2 becomes a second 128
   Put(bytes);
-  const AssertionGuard guard;
   MCResourceFile file;
   ASSERT_EQ(file.Open(Path()), MC_S_OK);
   EXPECT_EQ(Data(file, kText, 128), "sixsix");
@@ -252,7 +242,6 @@ TEST_F(ResourceFile, MarkedResourcesThatShareTheirDataTakeNoMoreMemoryThanTheFil
 // ---- the chain ----
 
 TEST_F(ResourceFile, ALookUpGoesOnToTheNextFileUntilSomethingIsFound) {
-  const AssertionGuard guard;
   MCResourceFile old;
   Begin(old, "old");
   Add(old, kText, 1, "old 1");
@@ -343,8 +332,8 @@ TEST_F(ResourceFile, ThreadsShareAFile) {
     thread.join();
   }
   EXPECT_EQ(wrong, 0);
-  const AssertionGuard guard;
   file.Close();
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

@@ -1,29 +1,14 @@
 // Numbers as text.
-#include <gtest/gtest.h>
-
 #include <clocale>
 #include <cmath>
 #include <limits>
 
 #include "TokenText.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::kStreamReport;
-using test::Reading;
-using test::Rest;
-using test::TestMemory;
-using test::WrittenBy;
-
+namespace qlx::test {
 namespace {
 
-class StreamNumbers : public testing::Test {
- protected:
-  TestMemory fMemory;
-};
-
-}  // namespace
+using StreamNumbers = HostedTest;
 
 TEST_F(StreamNumbers, RealNumbersAreWrittenInTheirFewestDecimals) {
   constexpr real64 kInfinity = std::numeric_limits<real64>::infinity();
@@ -59,7 +44,6 @@ TEST_F(StreamNumbers, RealNumbersAreWrittenInTheirFewestDecimals) {
       {-kInfinity, 8, "-2147483647"},
       {5e-324, 15, "0"},
   };
-  const AssertionGuard guard;
   for (const Row& row : rows) {
     EXPECT_EQ(WrittenBy([&](TMCStream& s) {
                 s.precision(row.fPrecision);
@@ -89,7 +73,6 @@ TEST_F(StreamNumbers, FloatsAreRoundedToSixDecimalsFirst) {
 }
 
 TEST_F(StreamNumbers, EightBitValuesAreRawBytes) {
-  const AssertionGuard guard;
   EXPECT_EQ(WrittenBy([](TMCStream& s) { s.WriteInt8(-1).WriteUInt8(200).WriteInt8('7'); }), "\xFF\xC8\x37");
   auto stream = Reading(" \r\n\t7 \xFF");
   uint8 byte = 0;
@@ -266,4 +249,5 @@ TEST_F(StreamNumbers, TextValuesComeBackWhole) {
   EXPECT_STREQ(text.CStr(), "open");
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

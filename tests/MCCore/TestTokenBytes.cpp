@@ -1,29 +1,18 @@
 // Hex lines, binary blocks, raw data and the packed form.
-#include <gtest/gtest.h>
-
 #include <numeric>
 #include <vector>
 
 #include "TokenText.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::CodeOf;
-using test::ForeignStream;
-using test::Reading;
-using test::Rest;
-using test::TestMemory;
-using test::Written;
-using test::WrittenBy;
-
+namespace qlx::test {
 namespace {
 
+using TokenHexData = HostedTest;
+using TokenPacked = HostedTest;
+
 template <class Stream>
-class TokenBytes : public testing::Test {
- protected:
-  TestMemory fMemory;
-};
+using TokenBytes = HostedTest;
+
 using Streams = testing::Types<TMCMemoryStream, ForeignStream>;
 TYPED_TEST_SUITE(TokenBytes, Streams);
 
@@ -41,10 +30,7 @@ std::string Repeated(const std::string& inText, int inCount) {
   return text;
 }
 
-}  // namespace
-
-TEST(TokenHexData, GoesInLinesOf64Bytes) {
-  const TestMemory memory;
+TEST_F(TokenHexData, GoesInLinesOf64Bytes) {
   const std::vector<uint8> data(65, 0xA5);
   const auto write = [&](uint32 count) {
     return WrittenBy([&](TMCStream& s) { MCToken::WriteHexData(s, "DATA"_id, count, data.data()); });
@@ -55,8 +41,7 @@ TEST(TokenHexData, GoesInLinesOf64Bytes) {
   EXPECT_EQ(write(65), "DATA " + Repeated("A5", 64) + "\r\nMORE A5\r\n");
 }
 
-TEST(TokenHexData, ComesBackWhateverItsSize) {
-  const TestMemory memory;
+TEST_F(TokenHexData, ComesBackWhateverItsSize) {
   for (const uint32 count : {0U, 1U, 63U, 64U, 65U, 128U, 1000U}) {
     const std::vector<uint8> data = Counting(count);
     TMCMemoryStream stream;
@@ -176,9 +161,7 @@ TYPED_TEST(TokenBytes, BadBlocksEndInAnException) {
   EXPECT_EQ(CodeOf([&] { MCToken::ReadRawHex(huge, byte, 3, true); }), MC_E_EOF);
 }
 
-TEST(TokenPacked, ThreeBytesAreFourCharactersFromZeroOn) {
-  const TestMemory memory;
-  const AssertionGuard guard;
+TEST_F(TokenPacked, ThreeBytesAreFourCharactersFromZeroOn) {
   const struct {
     std::vector<uint8> fData;
     const char* fText;
@@ -201,9 +184,7 @@ TEST(TokenPacked, ThreeBytesAreFourCharactersFromZeroOn) {
   }
 }
 
-TEST(TokenPacked, AWritersStateHoldsCountAndBytes) {
-  const TestMemory memory;
-  const AssertionGuard guard;
+TEST_F(TokenPacked, AWritersStateHoldsCountAndBytes) {
   TMCMemoryStream stream;
   const uint8 data[] = {0x11, 0x22, 0x33, 0x44};
   uint32 state = 0;
@@ -218,7 +199,6 @@ TEST(TokenPacked, AWritersStateHoldsCountAndBytes) {
 }
 
 TYPED_TEST(TokenBytes, PackedDataIsReadInOtherPiecesThanItWasWritten) {
-  const AssertionGuard guard;
   const std::vector<uint8> data = Counting(251);
   for (const uint32 written : {1U, 2U, 3U, 5U, 251U}) {
     for (const uint32 read : {1U, 2U, 3U, 4U, 7U, 251U}) {
@@ -253,7 +233,7 @@ TYPED_TEST(TokenBytes, BadPackedDataIsReportedAndEndsInAnException) {
       {"{", MC_E_INVALIDARG, "d!='{'"},
   };
   for (const auto& row : rows) {
-    const AssertionGuard guard({row.fReport, test::kThrowReport});
+    const AssertionGuard guard({row.fReport, kThrowReport});
     uint8 data[3];
     uint32 state = 0;
     auto stream = Reading<TypeParam>(row.fText);
@@ -266,8 +246,7 @@ TYPED_TEST(TokenBytes, BadPackedDataIsReportedAndEndsInAnException) {
   }
 }
 
-TEST(TokenPacked, MisuseIsReportedAndRepaired) {
-  const TestMemory memory;
+TEST_F(TokenPacked, MisuseIsReportedAndRepaired) {
   uint8 data[3] = {0, 0, 0};
   TMCMemoryStream stream;
   uint32 state = 0;
@@ -301,4 +280,5 @@ TEST(TokenPacked, MisuseIsReportedAndRepaired) {
   MCToken::FlushPacked(stream, state);
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

@@ -1,26 +1,22 @@
 // Token files that were saved once and must be written and read like that for ever. They change with an entry in
 // CHANGELOG.md alone.
-#include <gtest/gtest.h>
-
+#include <array>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <type_traits>
 #include <vector>
 
 #include "MCFilePath.h"
 #include "MCFileStream.h"
 #include "TokenText.h"
 
-namespace qlx {
-
-using test::TestMemory;
-using test::Written;
-
+namespace qlx::test {
 namespace {
 
-const real32 kReals[] = {0.5F, -1.25F, 1e9F, 0};
-const uint32 kTwoWords[] = {0, 4294967295U};
-const uint16 kShorts[] = {1, 65535};
+const std::array<real32, 4> kReals = {0.5F, -1.25F, 1e9F, 0};
+const std::array<uint32, 2> kTwoWords = {0, 4294967295U};
+const std::array<uint16, 2> kShorts = {1, 65535};
 
 std::vector<uint8> AllBytes() {
   std::vector<uint8> bytes;
@@ -47,58 +43,51 @@ void WriteValues(TMCStream& ioStream) {
   MCToken::EndToken(ioStream);
   MCToken::WritePoint(ioStream, "pont"_id, {1, -2});
   MCToken::WriteRect(ioStream, "rect"_id, {1, 2, 3, 4});
-  MCToken::WriteUInt16Array(ioStream, "ar16"_id, kShorts, 2);
-  MCToken::WriteUInt32Array(ioStream, "ar32"_id, kTwoWords, 2);
-  MCToken::WriteFloatArray(ioStream, "arfl"_id, kReals, 4);
+  MCToken::WriteUInt16Array(ioStream, "ar16"_id, kShorts.data(), 2);
+  MCToken::WriteUInt32Array(ioStream, "ar32"_id, kTwoWords.data(), 2);
+  MCToken::WriteFloatArray(ioStream, "arfl"_id, kReals.data(), 4);
   MCToken::EndToken(ioStream);
 }
 
 void ReadValues(TMCStream& ioStream) {
   const auto expectID = [&](MCID inID) { EXPECT_EQ(MCToken::ReadTokenId(ioStream), inID); };
+  const auto expect = [&](MCID inID, auto inReader, auto inValue) {
+    expectID(inID);
+    EXPECT_EQ(inReader(ioStream), inValue);
+  };
   expectID("ALL "_id);
   MCToken::ReadBegin(ioStream);
-  expectID("bool"_id);
-  EXPECT_TRUE(MCToken::ReadBool(ioStream));
-  expectID("int8"_id);
-  EXPECT_EQ(MCToken::ReadInt8(ioStream), 'x');
-  expectID("uin8"_id);
-  EXPECT_EQ(MCToken::ReadUInt8(ioStream), 0xE9);
-  expectID("in16"_id);
-  EXPECT_EQ(MCToken::ReadInt16(ioStream), -32768);
-  expectID("ui16"_id);
-  EXPECT_EQ(MCToken::ReadUInt16(ioStream), 65535);
-  expectID("in32"_id);
-  EXPECT_EQ(MCToken::ReadInt32(ioStream), -2147483647 - 1);
-  expectID("ui32"_id);
-  EXPECT_EQ(MCToken::ReadUInt32(ioStream), 4294967295U);
-  expectID("flot"_id);
-  EXPECT_EQ(MCToken::ReadFloat(ioStream), -0.333333F);
-  expectID("dbl "_id);
-  EXPECT_EQ(MCToken::ReadDouble(ioStream), 1234.05678);
+  expect("bool"_id, MCToken::ReadBool, true);
+  expect("int8"_id, MCToken::ReadInt8, 'x');
+  expect("uin8"_id, MCToken::ReadUInt8, 0xE9);
+  expect("in16"_id, MCToken::ReadInt16, -32768);
+  expect("ui16"_id, MCToken::ReadUInt16, 65535);
+  expect("in32"_id, MCToken::ReadInt32, -2147483647 - 1);
+  expect("ui32"_id, MCToken::ReadUInt32, 4294967295U);
+  expect("flot"_id, MCToken::ReadFloat, -0.333333F);
+  expect("dbl "_id, MCToken::ReadDouble, 1234.05678);
   MCToken::ReadBegin(ioStream);
   expectID("text"_id);
   TMCString31 text;
   MCToken::ReadString(ioStream, text);
   EXPECT_STREQ(text.CStr(), "\"a\" \\ {b} caf\xC3\xA9");
-  expectID("idva"_id);
-  EXPECT_EQ(MCToken::ReadIdValue(ioStream), "a\0b "_id);
+  expect("idva"_id, MCToken::ReadIdValue, "a\0b "_id);
   MCToken::ReadEnd(ioStream);
   expectID("pont"_id);
-  EXPECT_EQ(MCToken::ReadPoint(ioStream).fSecond, -2);
+  const MCPoint point = MCToken::ReadPoint(ioStream);
+  EXPECT_TRUE(point.fFirst == 1 && point.fSecond == -2);
   expectID("rect"_id);
-  EXPECT_EQ(MCToken::ReadRect(ioStream).fFourth, 4);
-  uint16 shorts[2];
-  uint32 words[2];
-  real32 reals[4];
-  expectID("ar16"_id);
-  MCToken::ReadUInt16Array(ioStream, shorts, 2);
-  EXPECT_TRUE(std::equal(shorts, shorts + 2, kShorts));
-  expectID("ar32"_id);
-  MCToken::ReadUInt32Array(ioStream, words, 2);
-  EXPECT_TRUE(std::equal(words, words + 2, kTwoWords));
-  expectID("arfl"_id);
-  MCToken::ReadFloatArray(ioStream, reals, 4);
-  EXPECT_TRUE(std::equal(reals, reals + 4, kReals));
+  const MCRect rect = MCToken::ReadRect(ioStream);
+  EXPECT_TRUE(rect.fFirst == 1 && rect.fSecond == 2 && rect.fThird == 3 && rect.fFourth == 4);
+  const auto expectAll = [&](MCID inID, auto inReader, const auto& inValues) {
+    expectID(inID);
+    std::remove_cvref_t<decltype(inValues)> read;
+    inReader(ioStream, read.data(), static_cast<uint32>(read.size()));
+    EXPECT_EQ(read, inValues);
+  };
+  expectAll("ar16"_id, MCToken::ReadUInt16Array, kShorts);
+  expectAll("ar32"_id, MCToken::ReadUInt32Array, kTwoWords);
+  expectAll("arfl"_id, MCToken::ReadFloatArray, kReals);
   MCToken::ReadEnd(ioStream);
 }
 
@@ -147,43 +136,40 @@ void ReadBytes(TMCStream& ioStream) {
   block("PACK"_id, MCToken::kUnknownLength, [&] { MCToken::ReadPacked(ioStream, data.data(), 256, state); });
 }
 
+using TokenFiles = HostedTest;
+
 struct SavedFile {
   const char* fName;
   void (*fWrite)(TMCStream&);
   void (*fRead)(TMCStream&);
 };
 
-class TokenFiles : public testing::TestWithParam<SavedFile> {
- protected:
-  std::string Path() const { return std::string(QLX_TEST_DATA "/tokens/") + GetParam().fName; }
-  TestMemory fMemory;
+const SavedFile kSavedFiles[] = {
+    {QLX_TEST_DATA "/tokens/values.tok", WriteValues, ReadValues},
+    {QLX_TEST_DATA "/tokens/indented.tok", WriteIndented, ReadValues},
+    {QLX_TEST_DATA "/tokens/compact.tok", WriteCompact, ReadValues},
+    {QLX_TEST_DATA "/tokens/bytes.tok", WriteBytes, ReadBytes},
 };
 
+TEST_F(TokenFiles, AreWrittenByteForByte) {
+  for (const SavedFile& saved : kSavedFiles) {
+    TMCMemoryStream stream;
+    saved.fWrite(stream);
+    std::ifstream file(PathOfText(saved.fName), std::ios::binary);
+    ASSERT_TRUE(file) << saved.fName;
+    EXPECT_EQ(Written(stream), std::string(std::istreambuf_iterator<char>(file), {})) << saved.fName;
+  }
+}
+
+TEST_F(TokenFiles, AreReadBack) {
+  for (const SavedFile& saved : kSavedFiles) {
+    SCOPED_TRACE(saved.fName);
+    TMCFileStream stream;
+    ASSERT_EQ(stream.Open(TMCDynamicString(saved.fName), kStreamReadable, 100, nullptr), MC_S_OK);
+    saved.fRead(stream);
+    EXPECT_EQ(MCToken::PeekKind(stream), MCToken::Kind::kEnd);
+  }
+}
+
 }  // namespace
-
-TEST_P(TokenFiles, AreWrittenByteForByte) {
-  TMCMemoryStream stream;
-  GetParam().fWrite(stream);
-  std::ifstream file(PathOfText(Path()), std::ios::binary);
-  ASSERT_TRUE(file) << Path();
-  EXPECT_EQ(Written(stream), std::string(std::istreambuf_iterator<char>(file), {}));
-}
-
-TEST_P(TokenFiles, AreReadBack) {
-  TMCFileStream stream;
-  ASSERT_EQ(stream.Open(TMCDynamicString(Path().c_str()), kStreamReadable, 100, nullptr), MC_S_OK) << Path();
-  GetParam().fRead(stream);
-  EXPECT_EQ(MCToken::PeekKind(stream), MCToken::Kind::kEnd);
-}
-
-INSTANTIATE_TEST_SUITE_P(Saved, TokenFiles,
-                         testing::Values(SavedFile{"values.tok", WriteValues, ReadValues},
-                                         SavedFile{"indented.tok", WriteIndented, ReadValues},
-                                         SavedFile{"compact.tok", WriteCompact, ReadValues},
-                                         SavedFile{"bytes.tok", WriteBytes, ReadBytes}),
-                         [](const auto& inInfo) {
-                           const std::string name = inInfo.param.fName;
-                           return name.substr(0, name.find('.'));
-                         });
-
-}  // namespace qlx
+}  // namespace qlx::test

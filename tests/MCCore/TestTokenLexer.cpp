@@ -1,27 +1,17 @@
 // Tokens, ids, groups: what is read, where reading stops, and how bad input ends.
-#include <gtest/gtest.h>
-
 #include "TokenText.h"
 
-namespace qlx {
+namespace qlx::test {
+namespace {
+
+using TokenIds = HostedTest;
 
 using MCToken::Kind;
-using test::AssertionGuard;
-using test::CodeOf;
-using test::ForeignStream;
-using test::Reading;
-using test::Rest;
-using test::TestMemory;
-using test::WrittenBy;
-
-namespace {
 
 // Every test runs on a stream of ours, whose bytes are taken from memory, and on a foreign one.
 template <class Stream>
-class TokenLexer : public testing::Test {
- protected:
-  TestMemory fMemory;
-};
+using TokenLexer = HostedTest;
+
 using Streams = testing::Types<TMCMemoryStream, ForeignStream>;
 TYPED_TEST_SUITE(TokenLexer, Streams);
 
@@ -63,8 +53,6 @@ const TokenRow kTokenRows[] = {
     {"an open escape", "\"abc\\", MC_E_EOF, "abc", "\"abc\\", ""},
     {"an open block", "$00000003\rabc", MC_E_EOF, "", "", ""},
 };
-
-}  // namespace
 
 TYPED_TEST(TokenLexer, ReadsOneTokenAndStopsBehindIt) {
   for (const TokenRow& row : kTokenRows) {
@@ -156,7 +144,6 @@ TYPED_TEST(TokenLexer, IdsArePaddedAndStopAtBlanksAndCommas) {
       {"id,self", "id  "_id, ",self"}, {"XYZ\r\n5", "XYZ "_id, "\n5"},  {"a'b'", 0x61006200, ""},
       {"{}\"# ", "{}\"#"_id, " "},
   };
-  const AssertionGuard guard;
   for (const Row& row : rows) {
     auto stream = Reading<TypeParam>(row.fText);
     EXPECT_EQ(MCToken::ReadTokenId(stream), row.fID) << row.fText;
@@ -225,9 +212,7 @@ TYPED_TEST(TokenLexer, CaptureTakesAGroupAsItStandsOrAsSingleTokens) {
   EXPECT_EQ(Rest(stream), " e");
 }
 
-TEST(TokenIds, ReadBackWithTheSameBits) {
-  const TestMemory memory;
-  const AssertionGuard guard;
+TEST_F(TokenIds, ReadBackWithTheSameBits) {
   const struct {
     MCID fID;
     const char* fWhole;
@@ -255,8 +240,7 @@ TEST(TokenIds, ReadBackWithTheSameBits) {
   EXPECT_EQ(MCToken::MakeToken("abcdef"), "abcd"_id);
 }
 
-TEST(TokenIds, ACommaInTheirPlaceIsReportedAndLeft) {
-  const TestMemory memory;
+TEST_F(TokenIds, ACommaInTheirPlaceIsReportedAndLeft) {
   {
     const AssertionGuard guard({"c != tCOMMA"});
     EXPECT_EQ(WrittenBy([](TMCStream& s) { MCToken::WriteTokenId(s, "a,b "_id); }), "a,b ");
@@ -267,4 +251,5 @@ TEST(TokenIds, ACommaInTheirPlaceIsReportedAndLeft) {
   EXPECT_EQ(Rest(stream), ",abc");
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

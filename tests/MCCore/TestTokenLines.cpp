@@ -1,27 +1,13 @@
 // The bytes of every kind of line, read back.
-#include <gtest/gtest.h>
-
 #include <functional>
 
 #include "PlatformTextGuard.h"
 #include "TokenText.h"
 
-namespace qlx {
-
-using test::AssertionGuard;
-using test::CodeOf;
-using test::Reading;
-using test::Rest;
-using test::TestMemory;
-using test::Written;
-using test::WrittenBy;
-
+namespace qlx::test {
 namespace {
 
-class TokenLines : public testing::Test {
- protected:
-  TestMemory fMemory;
-};
+using TokenLines = HostedTest;
 
 // Reads a value of a line behind its id.
 template <class Reader>
@@ -43,10 +29,7 @@ void WriteGroups(TMCStream& ioStream) {
   MCToken::EndToken(ioStream);
 }
 
-}  // namespace
-
 TEST_F(TokenLines, ValuesAreWrittenAndReadBack) {
-  const AssertionGuard guard;
   const std::string int8s = WrittenBy([](TMCStream& s) { MCToken::WriteInt8(s, "abcd"_id, -3); });
   EXPECT_EQ(int8s, "abcd \xFD\r\n");
   EXPECT_EQ(ValueOf(int8s, MCToken::ReadInt8), -3);
@@ -143,7 +126,7 @@ TEST_F(TokenLines, BadValuesEndInAnException) {
   for (const auto& row : rows) {
     auto stream = Reading(row.fText);
     EXPECT_EQ(CodeOf([&] { row.fReader(stream); }), row.fCode) << row.fLabel;
-    auto foreign = Reading<test::ForeignStream>(row.fText);
+    auto foreign = Reading<ForeignStream>(row.fText);
     EXPECT_EQ(CodeOf([&] { row.fReader(foreign); }), row.fCode) << row.fLabel << ", foreign";
   }
 }
@@ -189,9 +172,8 @@ TEST_F(TokenLines, TheSharedRecordIsNeverWrittenTo) {
 }
 
 TEST_F(TokenLines, TextsComeBackUnchanged) {
-  test::PlatformTextGuard platform;
+  PlatformTextGuard platform;
   platform.UseUtf8CodePage();  // nothing is translated
-  const AssertionGuard guard;
   const std::string longText(100000, '"');
   for (const std::string& text : {std::string(), std::string("plain"), std::string("\\ and \" {}#$\r\n\t,"),
                                   std::string("caf\xC3\xA9 \xE2\x82\xAC"), std::string("\\"), longText}) {
@@ -238,9 +220,8 @@ TEST_F(TokenLines, TextsAreDecodedAsTheStreamSays) {
 }
 
 TEST_F(TokenLines, TextsForOtherSystemsAreLeftOut) {
-  test::PlatformTextGuard platform;
+  PlatformTextGuard platform;
   platform.UseUtf8CodePage();
-  const AssertionGuard guard;
   const std::string text = "\"@Mother@Wours@Xrest\" \"@Wmine@\" ";
   auto stream = Reading(text);
   TMCDynamicString read;
@@ -277,4 +258,5 @@ TEST_F(TokenLines, BadTextsEndInAnException) {
   }
 }
 
-}  // namespace qlx
+}  // namespace
+}  // namespace qlx::test

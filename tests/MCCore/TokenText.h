@@ -1,18 +1,15 @@
 // Token texts as tests write and read them.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <string_view>
 
-#include "AssertionGuard.h"
+#include "HostedTest.h"
 #include "MCException.h"
 #include "MCMemoryStream.h"
 #include "MCString.h"
 #include "MCToken.h"
 #include "SilentReports.h"
-#include "TestMemory.h"
 
 namespace qlx::test {
 
