@@ -70,36 +70,20 @@ TYPED_TEST(Strings, AreAssignedAndAppendedTo) {
 
 // What an operation leaves at odds with the bytes, on purpose or by the caller's hand, ends with the next append.
 TYPED_TEST(Strings, CountAnewWhenTheyAreAppendedTo) {
+  static constexpr uint16 kSurrogates[] = {0xD83D, 0xDE00, 0};
   const struct {
     const char* fLabel;
     void (*fChange)(TypeParam&);
   } kRows[] = {
       {"bytes of one character", [](TypeParam& text) { (text += '\xC3') += '\xA9'; }},
       {"a byte that begins nothing", [](TypeParam& text) { text += '\x80'; }},
-      {"a pair of surrogates",
-       [](TypeParam& text) {
-         const uint16 pair[] = {0xD83D, 0xDE00, 0};
-         text.FromUnicode(pair);
-       }},
-      {"bytes written by the caller",
-       [](TypeParam& text) {
-         text = "abc";
-         text.Buffer()[1] = '\x80';
-       }},
-      {"a byte length set by the caller",
-       [](TypeParam& text) {
-         text = "abc";
-         text.SetByteLength(1);
-       }},
-      {"an insertion of what was at odds",
-       [](TypeParam& text) {
-         TMCString15 odd;
-         odd += '\x80';
-         text.Insert(odd, 0);
-       }},
+      {"a pair of surrogates", [](TypeParam& text) { text.FromUnicode(kSurrogates); }},
+      {"bytes written by the caller", [](TypeParam& text) { text.Buffer()[1] = '\x80'; }},
+      {"a byte length set by the caller", [](TypeParam& text) { text.SetByteLength(1); }},
+      {"an insertion of what was at odds", [](TypeParam& text) { text.Insert(TMCString15() += '\x80', 0); }},
   };
   for (const auto& row : kRows) {
-    TypeParam text("a");
+    TypeParam text("abc");
     row.fChange(text);
     for (const char* added : {"b", "\xC3\xA9"}) {
       text += added;

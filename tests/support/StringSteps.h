@@ -51,33 +51,10 @@ class StringSteps {
            (kind < 4 ? 2 : static_cast<int32>(Below(4)));
   }
   std::string Piece() {
-    static const std::string kPieces[] = {"a",
-                                          "bc",
-                                          "\xC3\xA9",
-                                          "\xE2\x82\xAC",
-                                          "\xF0\x9F\x98\x80",
-                                          "\xFF",
-                                          "\x80",
-                                          "\xC3",
-                                          "^0",
-                                          "^1",
-                                          "\r",
-                                          "\n",
-                                          "\r\n",
-                                          ".",
-                                          ",",
-                                          "-",
-                                          "0",
-                                          "000",
-                                          "9",
-                                          "99",
-                                          "12.50",
-                                          "x",
-                                          "1,234.",
-                                          "-7",
-                                          " ",
-                                          "1e3",
-                                          ""};
+    static const char* const kPieces[] = {
+        "a", "bc", "\u00E9", "\u20AC", "\U0001F600", "\xFF", "\x80",  "\xC3", "^0",     "^1", "\r", "\n",  "\r\n", ".",
+        ",", "-",  "0",      "000",    "9",          "99",   "12.50", "x",    "1,234.", "-7", " ",  "1e3", "",
+    };
     return kPieces[Below(static_cast<uint32>(std::size(kPieces)))];
   }
   std::string Text() {
