@@ -1,44 +1,17 @@
 // Resource files as tests make and spoil them.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
-#include <string>
-
-#include "HostedTest.h"
-#include "MCFilePath.h"
+#include "FileTest.h"
 #include "MCResourceFile.h"
 
 namespace qlx::test {
 
-class ResourceFiles : public HostedTest {
+class ResourceFiles : public FileTest {
  protected:
-  ResourceFiles()
-      : fFolder(std::filesystem::temp_directory_path() /
-                PathOfText("qlx-r\xC3\xA9s-" + std::to_string(std::random_device{}()))) {
-    std::filesystem::create_directories(fFolder);
-  }
-  ~ResourceFiles() override {
-    std::error_code ignored;
-    std::filesystem::remove_all(fFolder, ignored);
-  }
-
-  TMCDynamicString Path(const char* inName = "a\xE8\xA1\xA8.rsrc") const {
-    return TMCDynamicString(PathText(fFolder / PathOfText(inName)).c_str());
-  }
-  std::string Bytes(const char* inName = "a\xE8\xA1\xA8.rsrc") const {
-    std::ifstream stream(PathOfText(Path(inName).CStr()), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
-  void Put(const std::string& inBytes, const char* inName = "a\xE8\xA1\xA8.rsrc") const {
-    std::ofstream(PathOfText(Path(inName).CStr()), std::ios::binary) << inBytes;
-  }
-  void Resize(std::uintmax_t inSize) const { std::filesystem::resize_file(PathOfText(Path().CStr()), inSize); }
+  void Resize(std::uintmax_t inSize) const { std::filesystem::resize_file(FilePath(), inSize); }
 
   // A new file, open for changes.
-  void Begin(MCResourceFile& outFile, const char* inName = "a\xE8\xA1\xA8.rsrc") const {
+  void Begin(MCResourceFile& outFile, const char* inName = kName) const {
     ASSERT_EQ(MCResourceFile::CreateEmpty(Path(inName)), MC_S_OK);
     ASSERT_EQ(outFile.Open(Path(inName), true), MC_S_OK);
   }
@@ -59,8 +32,6 @@ class ResourceFiles : public HostedTest {
     const auto* data = reinterpret_cast<const char*>(resource->GetData());
     return {data ? data : "", resource->GetSize()};
   }
-
-  std::filesystem::path fFolder;
 };
 
 inline constexpr MCID kText = "STR "_id;

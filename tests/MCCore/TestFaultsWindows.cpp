@@ -10,6 +10,7 @@
 #include "AssertionGuard.h"
 #include "MCException.h"
 #include "MCFaults.h"
+#include "SilentReports.h"
 #include "faults/FaultKinds.h"
 
 namespace qlx {
@@ -80,33 +81,21 @@ TEST(FaultWindows, TheErrorModeStaysWhenTranslationEnds) {
   EXPECT_EQ(SetErrorMode(0x8001), 0x8001u);
 }
 
+struct LastReport final : test::SilentReports {
+  std::string fText;
+  void MC_CALL ReportAssertion(const char* inName, int32 inPosition, const char* inText) override {
+    fText = std::string(inName) + ":" + std::to_string(inPosition) + ": " + inText;
+  }
+};
+
 // The reports of the runtime's invalid-parameter handler, which must not throw.
 std::string ReportOf(const wchar_t* inExpression, const wchar_t* inFunction, const wchar_t* inFile, unsigned inLine) {
   SwitchFaultTranslator(true);
   SwitchFaultTranslator(false);  // the handler stays in force
-  IDebugUtilities* earlier = gDebugUtilities;
-  std::string text;
-  {
-    struct Sink final : IDebugUtilities {
-      std::string fText;
-      MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
-      uint32 MC_CALL AddRef() override { return 1; }
-      uint32 MC_CALL Release() override { return 1; }
-      void MC_CALL ReportAssertion(const char* inName, int32 inPosition, const char* inText) override {
-        fText = std::string(inName) + ":" + std::to_string(inPosition) + ": " + inText;
-      }
-      void MC_CALL Report(const char*, int32) override {}
-      void MC_CALL Report2(const char*, int32, int32, int32) override {}
-      void MC_CALL Report3(const char*, int32, int32, int32, int32) override {}
-      void MC_CALL GetCountedObjectBookkeeping(CountedObjectBookkeeping&) override {}
-    } sink;
-    gDebugUtilities = &sink;
-    _get_invalid_parameter_handler()(inExpression, inFunction, inFile, inLine, 0);
-    text = sink.fText;
-  }
-  gDebugUtilities = earlier;
+  const LastReport report;
+  _get_invalid_parameter_handler()(inExpression, inFunction, inFile, inLine, 0);
   RemoveFaultHandlers();
-  return text;
+  return report.fText;
 }
 
 TEST(FaultWindows, AnInvalidParameterIsReported) {
@@ -122,8 +111,8 @@ TEST(FaultWindows, AnInvalidParameterIsReported) {
       {"as a release runtime gives it", nullptr, nullptr, nullptr,
        "MCException:66: Invalid parameter detected in function (null).\r\nFile: (null) Line: 12\r\nExpression: (null)"},
       {"beyond ASCII", L"\u00e9 \u20ac", L"f", L"\U0001F600.c",
-       "MCException:66: Invalid parameter detected in function f.\r\nFile: \xF0\x9F\x98\x80.c Line: 12\r\nExpression: "
-       "\xC3\xA9 \xE2\x82\xAC"},
+       "MCException:66: Invalid parameter detected in function f.\r\nFile: \U0001F600.c Line: 12\r\nExpression: "
+       "\u00E9 \u20AC"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(ReportOf(row.fExpression, row.fFunction, row.fFile, 12), row.fReport) << row.fLabel;

@@ -1,13 +1,6 @@
 // Files, buffered and not: the same content whatever the buffer, marks, failures, binary numbers.
-#include <algorithm>
-#include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
-
+#include "FileTest.h"
 #include "MCBinaryFileIO.h"
-#include "MCFilePath.h"
 #include "TokenText.h"
 
 namespace qlx::test {
@@ -15,34 +8,10 @@ namespace {
 
 constexpr uint32 kBoth = kStreamReadable | kStreamWritable;
 
-class FileStream : public HostedTest {
- protected:
-  FileStream()
-      : fFolder(std::filesystem::temp_directory_path() /
-                PathOfText("qlx-\xC3\xA4-" + std::to_string(std::random_device{}()))) {
-    std::filesystem::create_directories(fFolder);
-  }
-  ~FileStream() override {
-    std::error_code ignored;
-    std::filesystem::remove_all(fFolder, ignored);
-  }
-
-  TMCDynamicString Path(const char* inName = "\xE8\xA1\xA8.bin") const {
-    return TMCDynamicString(PathText(fFolder / PathOfText(inName)).c_str());
-  }
-  void Make(const std::string& inContent) const {
-    std::ofstream(PathOfText(Path().CStr()), std::ios::binary) << inContent;
-  }
-  std::string Content() const {
-    std::ifstream stream(PathOfText(Path().CStr()), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
-
-  std::filesystem::path fFolder;
-};
+using FileStream = FileTest;
 
 // Sizes of the buffer: none, one byte, less than the data, more.
-class FileStreamBuffers : public FileStream, public testing::WithParamInterface<int32> {};
+class FileStreamBuffers : public FileTest, public testing::WithParamInterface<int32> {};
 
 TEST_P(FileStreamBuffers, AFileReadsAsItWasWritten) {
   bool created = false;
@@ -65,7 +34,7 @@ TEST_P(FileStreamBuffers, AFileReadsAsItWasWritten) {
   stream.WriteText("end").Seek(0, kFromStart);
   EXPECT_EQ(Rest(stream), "012abC6789end");
   stream.Close();
-  EXPECT_EQ(Content(), "012abC6789end");
+  EXPECT_EQ(Bytes(), "012abC6789end");
 }
 
 TEST_P(FileStreamBuffers, TokensReadFromAFileAsFromMemory) {
@@ -73,7 +42,7 @@ TEST_P(FileStreamBuffers, TokensReadFromAFileAsFromMemory) {
   for (int i = 0; i < 300; ++i) {
     text += "valu " + std::to_string(i) + "\r\nDATA $00000004\r}{\"$$\r\n# comment\r\ntext \"a \\\"b\\\"\"\r\n";
   }
-  Make(text);
+  Put(text);
   TMCFileStream stream;
   ASSERT_EQ(stream.Open(Path(), kStreamReadable, GetParam(), nullptr), MC_S_OK);
   for (int i = 0; i < 300; ++i) {
@@ -91,7 +60,7 @@ TEST_P(FileStreamBuffers, TokensReadFromAFileAsFromMemory) {
 }
 
 TEST_P(FileStreamBuffers, PositionAndLengthDoNotCountTheMark) {
-  Make("\xEF\xBB\xBF text ");
+  Put("\xEF\xBB\xBF text ");
   TMCFileStream stream;
   ASSERT_EQ(stream.Open(Path(), kBoth, GetParam(), nullptr), MC_S_OK);
   EXPECT_EQ(stream.GetMarkByteCount(), 3);
@@ -103,14 +72,14 @@ TEST_P(FileStreamBuffers, PositionAndLengthDoNotCountTheMark) {
   EXPECT_EQ(stream.Tell(), 5);
   stream.Seek(0, kFromStart).Write("T", 1);
   stream.Close();
-  EXPECT_EQ(Content(), "\xEF\xBB\xBFTtext ");
+  EXPECT_EQ(Bytes(), "\xEF\xBB\xBFTtext ");
 
   ASSERT_EQ(stream.Open(Path(), kStreamWritable, GetParam(), nullptr), MC_S_OK);
   EXPECT_EQ(stream.Tell(), 0);
   stream.WriteText("new");
   EXPECT_EQ(stream.GetLength(), 3);
   stream.Close();
-  EXPECT_EQ(Content(), "\xEF\xBB\xBFnew") << "the encoding's mark is written at the start";
+  EXPECT_EQ(Bytes(), "\xEF\xBB\xBFnew") << "the encoding's mark is written at the start";
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, FileStreamBuffers, testing::Values(0, 1, 5, 4096));
@@ -127,7 +96,7 @@ TEST_F(FileStream, AMissingFileIsMadeWhereItMayBe) {
       {"to be read and written", kBoth, MC_S_OK},
   };
   for (const auto& row : rows) {
-    std::filesystem::remove(PathOfText(Path().CStr()));
+    std::filesystem::remove(FilePath());
     bool created = row.fResult != MC_S_OK;
     TMCFileStream stream;
     EXPECT_EQ(stream.Open(Path(), row.fMode, 0, &created), row.fResult) << row.fLabel;
@@ -142,15 +111,15 @@ TEST_F(FileStream, AMissingFileIsMadeWhereItMayBe) {
 
 TEST_F(FileStream, AFileThatIsOnlyWrittenIsEmptiedFirst) {
   TMCFileStream stream;
-  Make("before");
+  Put("before");
   ASSERT_EQ(stream.Open(Path(), kBoth, 100, nullptr), MC_S_OK);
   stream.WriteText("AB");
   stream.Close();
-  EXPECT_EQ(Content(), "ABfore");
+  EXPECT_EQ(Bytes(), "ABfore");
   ASSERT_EQ(stream.Open(Path(), kStreamWritable, 100, nullptr), MC_S_OK);
   stream.WriteText("x");
   stream.Close();
-  EXPECT_EQ(Content(), "x");
+  EXPECT_EQ(Bytes(), "x");
 }
 
 TEST_F(FileStream, WhatCannotBeOpenedFails) {
@@ -167,41 +136,14 @@ TEST_F(FileStream, WhatCannotBeOpenedFails) {
 }
 
 TEST_F(FileStream, TheBufferIsHalvedUntilThereIsMemory) {
-  // An allocator with so much memory, and no more.
-  class Small final : public IMemoryUtilities {
-   public:
-    explicit Small(MCSize inLargest) : fLargest(inLargest), fEarlier(std::exchange(gMemoryUtilities, this)) {}
-    ~Small() { gMemoryUtilities = fEarlier; }
-    MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
-    uint32 MC_CALL AddRef() override { return 1; }
-    uint32 MC_CALL Release() override { return 1; }
-    void* MC_CALL Allocate(MCSize inSize) override {
-      ++fRequests;
-      return inSize <= fLargest ? fEarlier->Allocate(inSize) : nullptr;
-    }
-    void* MC_CALL AllocateWithFlags(MCSize inSize, uint32) override { return Allocate(inSize); }
-    void* MC_CALL Reallocate(void*, MCSize) override { return nullptr; }
-    void MC_CALL Free(void* inBlock) override { fEarlier->Free(inBlock); }
-    void* MC_CALL NewObject(MCSize inSize) override { return Allocate(inSize); }
-    void MC_CALL DeleteObject(void* inObject) override { Free(inObject); }
-    void* MC_CALL NewArray(MCSize inSize) override { return Allocate(inSize); }
-    void MC_CALL DeleteArray(void* inArray) override { Free(inArray); }
-    int GetRequests() const { return fRequests; }
-
-   private:
-    MCSize fLargest;
-    IMemoryUtilities* fEarlier;
-    int fRequests = 0;
-  };
   const TMCDynamicString path = Path();
   TMCFileStream stream;
-  {
-    const Small memory(300);
-    EXPECT_EQ(stream.Open(path, kBoth, 1000, nullptr), MC_S_OK);
-    EXPECT_EQ(memory.GetRequests(), 3);  // 1000, 500, 250
-  }
+  fMemory.RefuseAbove(300);
+  const int before = fMemory.GetRequests();
+  EXPECT_EQ(stream.Open(path, kBoth, 1000, nullptr), MC_S_OK);
+  EXPECT_EQ(fMemory.GetRequests() - before, 3);  // 1000, 500, 250
   stream.Close();
-  const Small memory(0);
+  fMemory.RefuseAbove(0);
   EXPECT_EQ(stream.Open(path, kBoth, 1000, nullptr), MC_E_OUTOFMEMORY);
   EXPECT_EQ(stream.Open(path, kBoth, 0, nullptr), MC_S_OK) << "no buffer needs no memory";
 }
@@ -227,7 +169,7 @@ TEST_F(FileStream, BinaryNumbersFollowTheByteOrder) {
   file.SetByteOrder(2);
   write();
   file.Flush();
-  const std::string bytes = Content();
+  const std::string bytes = Bytes();
   ASSERT_EQ(bytes.size(), 52U);
   EXPECT_EQ(bytes.substr(4, 2), "\x34\x12");
   EXPECT_EQ(bytes.substr(30, 2), "\x12\x34");
@@ -255,7 +197,7 @@ TEST_F(FileStream, BinaryNumbersFollowTheByteOrder) {
 }
 
 TEST_F(FileStream, BinaryFilesHaveNoMark) {
-  Make("\xEF\xBB\xBF!");
+  Put("\xEF\xBB\xBF!");
   MCBinaryFileIO file;
   ASSERT_EQ(file.Open(Path(), kStreamReadable, 0, nullptr), MC_S_OK);
   uint32 value = 0;

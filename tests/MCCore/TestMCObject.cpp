@@ -22,16 +22,18 @@ struct Plain : TMCObject {
   static inline int sAlive = 0;
 };
 
-std::vector<TMCCountedObject*> Forward(const TestBookkeeping& inBooks) {
-  std::vector<TMCCountedObject*> objects;
+using Listed = std::vector<TMCCountedObject*>;
+
+Listed Forward(const TestBookkeeping& inBooks) {
+  Listed objects;
   for (TMCCountedObject* object = inBooks.fHead; object; object = object->GetNextObject()) {
     objects.push_back(object);
   }
   return objects;
 }
 
-std::vector<TMCCountedObject*> Backward(const TestBookkeeping& inBooks) {
-  std::vector<TMCCountedObject*> objects;
+Listed Backward(const TestBookkeeping& inBooks) {
+  Listed objects;
   for (TMCCountedObject* object = inBooks.fTail; object; object = object->GetPreviousObject()) {
     objects.insert(objects.begin(), object);
   }
@@ -92,7 +94,7 @@ TEST_F(CountedObject, WorksBeforeTheListIsThere) {
   TMCCountedPtr<TMCCountedObject> listed;
   TMCCountedObject::Create(listed.WriteInto());
   object.Clear();
-  EXPECT_EQ(Forward(books), std::vector<TMCCountedObject*>{listed.Get()});
+  EXPECT_EQ(Forward(books), Listed{listed.Get()});
   EXPECT_EQ(books.fLiveCount, 1);
 }
 
@@ -108,7 +110,7 @@ TEST_F(CountedObject, StandsInTheListWhileItLives) {
       TMCCountedObject::Create(object.WriteInto());
     }
     EXPECT_EQ(objects[2]->GetSerialNumber(), serial + 3);
-    std::vector<TMCCountedObject*> expected{objects[0].Get(), objects[1].Get(), objects[2].Get()};
+    Listed expected{objects[0].Get(), objects[1].Get(), objects[2].Get()};
     for (const int ended : order) {
       EXPECT_EQ(Forward(books), expected);
       EXPECT_EQ(Backward(books), expected);

@@ -41,7 +41,7 @@ TEST_F(ResourceEdit, ACopyHasNoGapsAndItsNamesStandAheadOfTheLists) {
   EXPECT_EQ(Data(copy, kText, 128) + Data(copy, kText, 1) + Data(copy, kDialog, -1), "longerc");
   ASSERT_EQ(copy.SaveCopy(Path("again")), MC_S_OK);
   EXPECT_EQ(Bytes("again"), Bytes("copy"));
-  EXPECT_FALSE(std::filesystem::exists(PathOfText(Path("copy.part").CStr())));
+  EXPECT_FALSE(std::filesystem::exists(FilePath("copy.part")));
 }
 
 TEST_F(ResourceEdit, ASavedFileReadsBackAndAnUnsavedOneIsAsItWas) {
@@ -286,7 +286,7 @@ TEST_F(ResourceEdit, WithoutMemoryEveryCallFailsAndLeavesTheFileWhole) {
     EXPECT_EQ(info.fName, saved && named ? "new" : "name");
     EXPECT_EQ(Data(file, kText, 1), saved && replaced ? "1111" : "one");
     EXPECT_EQ(Data(file, kDialog, 2), saved && added ? "22" : "failed 192");
-    EXPECT_EQ(std::filesystem::exists(PathOfText(Path("copy").CStr())), copied || inStep > 0);
+    EXPECT_EQ(std::filesystem::exists(FilePath("copy")), copied || inStep > 0);
   });
 }
 

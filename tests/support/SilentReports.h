@@ -7,10 +7,10 @@
 
 namespace qlx::test {
 
-class SilentReports final : public IDebugUtilities {
+class SilentReports : public IDebugUtilities {
  public:
   SilentReports() : fEarlier(std::exchange(gDebugUtilities, this)) {}
-  ~SilentReports() { gDebugUtilities = fEarlier; }
+  virtual ~SilentReports() { gDebugUtilities = fEarlier; }
   SilentReports(const SilentReports&) = delete;
   SilentReports& operator=(const SilentReports&) = delete;
   MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }

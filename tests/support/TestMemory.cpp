@@ -32,7 +32,7 @@ bool TestMemory::Refuses() {
 }
 
 void* TestMemory::Request(MCSize inSize) {
-  if (Refuses()) {
+  if (Refuses() || inSize > fLargest) {
     return nullptr;
   }
   void* const block = std::malloc(inSize ? inSize : 1);

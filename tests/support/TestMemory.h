@@ -23,6 +23,8 @@ class TestMemory final : public IMemoryUtilities {
     fUntilRefusal = inRequests;
   }
   void RefuseNothing() { fUntilRefusal = -1; }
+  // As an allocator that has no larger blocks.
+  void RefuseAbove(MCSize inSize) { fLargest = inSize; }
   bool HasRefused() const { return fRefused; }
 
   int GetRequests() const { return fRequests; }
@@ -46,6 +48,7 @@ class TestMemory final : public IMemoryUtilities {
   void GiveBack(void* inBlock);
 
   IMemoryUtilities* fEarlier;
+  MCSize fLargest = static_cast<MCSize>(-1);
   std::atomic<int> fRequests = 0;
   std::atomic<int> fLive = 0;
   std::atomic<int> fUntilRefusal = -1;
