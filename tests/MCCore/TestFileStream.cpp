@@ -176,18 +176,19 @@ TEST_F(FileStream, BinaryNumbersFollowTheByteOrder) {
   file.Seek(0, kFromStart);
   for (const int32 order : {1, 2}) {
     file.SetByteOrder(order);
-    int8 i8 = 0;
-    uint8 u8 = 0;
-    int16 i16 = 0;
-    uint16 u16 = 0;
-    int32 i32 = 0;
-    uint32 u32 = 0;
-    real32 f32 = 0;
-    real64 f64 = 0;
-    file.ReadInt8(i8).ReadUInt8(u8).ReadInt16(i16).ReadUInt16(u16).ReadInt32(i32).ReadUInt32(u32);
-    file.ReadFloat(f32).ReadDouble(f64);
-    EXPECT_TRUE(i8 == -2 && u8 == 3 && i16 == -2 && u16 == 0x1234 && i32 == -2 && u32 == 0x12345678) << order;
-    EXPECT_TRUE(f32 == 1.5F && f64 == -0.1) << order;
+    const auto expect = [&]<class Value>(TMCStream& (TMCStream::*inRead)(Value&), Value inValue) {
+      Value value{};
+      (file.*inRead)(value);
+      EXPECT_EQ(value, inValue) << order;
+    };
+    expect(&TMCStream::ReadInt8, int8{-2});
+    expect(&TMCStream::ReadUInt8, uint8{3});
+    expect(&TMCStream::ReadInt16, int16{-2});
+    expect(&TMCStream::ReadUInt16, uint16{0x1234});
+    expect(&TMCStream::ReadInt32, int32{-2});
+    expect(&TMCStream::ReadUInt32, uint32{0x12345678});
+    expect(&TMCStream::ReadFloat, 1.5F);
+    expect(&TMCStream::ReadDouble, -0.1);
   }
   const AssertionGuard guard({kStreamReport});
   int32 cut = 7;

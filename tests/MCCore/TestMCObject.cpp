@@ -144,12 +144,11 @@ TEST_F(CountedObject, IsReportedWhenDestroyedWhileReferenced) {
 }
 
 template <class T>
-class CountedObjects : public testing::Test {};
+using CountedObjects = HostedTest;
 using BothFamilies = testing::Types<TMCCountedObject, TMCSMPCountedObject>;
 TYPED_TEST_SUITE(CountedObjects, BothFamilies);
 
 TYPED_TEST(CountedObjects, AnswerForTheRootInterfaceAlone) {
-  TestMemory memory;
   TestBookkeeping books;
   TMCCountedPtr<TypeParam> object;
   TypeParam::Create(object.WriteInto());
@@ -172,32 +171,22 @@ TYPED_TEST(CountedObjects, AnswerForTheRootInterfaceAlone) {
 }
 
 TYPED_TEST(CountedObjects, CreateStoresNullWithoutMemoryAndReportsANullPlace) {
-  TestMemory memory;
   TestBookkeeping books;
   TypeParam* object = nullptr;
-  {
-    AssertionGuard guard;
-    memory.RefuseAfter(0);
-    TypeParam::Create(&object);
-    EXPECT_EQ(object, nullptr);
-    EXPECT_EQ(books.fLiveCount, 0);
-  }
+  this->fMemory.RefuseAfter(0);
+  TypeParam::Create(&object);
+  EXPECT_EQ(object, nullptr);
+  EXPECT_EQ(books.fLiveCount, 0);
   AssertionGuard guard({"outObject != NULL"});
   TypeParam::Create(nullptr);
-}
-
-TEST_F(SharedObject, StaysOutOfTheList) {
-  TestBookkeeping books;
-  TMCCountedPtr<TMCSMPCountedObject> object;
-  TMCSMPCountedObject::Create(object.WriteInto());
-  EXPECT_EQ(books.fHead, nullptr);
-  EXPECT_EQ(books.fSerial, 1);
 }
 
 TEST_F(SharedObject, CountsAcrossThreads) {
   TestBookkeeping books;
   TMCCountedPtr<TMCSMPCountedObject> shared;
   TMCSMPCountedObject::Create(shared.WriteInto());
+  EXPECT_EQ(books.fHead, nullptr) << "these stay out of the list";
+  EXPECT_EQ(books.fSerial, 1);
   std::vector<std::thread> threads;
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([object = shared] {

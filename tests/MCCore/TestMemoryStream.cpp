@@ -10,15 +10,11 @@ TEST_F(MemoryStream, BeginsWithAnEmptyBlockThatGrowsBy4096OrToWhatIsNeeded) {
   EXPECT_EQ(stream.GetCapacity(), 4096);
   EXPECT_EQ(stream.GetSize(), 0);
   const std::string block(10000, 'x');
-  struct Row {
-    int32 fWritten;
-    int32 fSize;
-    int32 fCapacity;
-  };
-  for (const Row& row : {Row{4096, 4096, 4096}, Row{1, 4097, 8192}, Row{10000, 14097, 14097}, Row{1, 14098, 18193}}) {
-    stream.Write(block.data(), row.fWritten);
-    EXPECT_EQ(stream.GetSize(), row.fSize);
-    EXPECT_EQ(stream.GetCapacity(), row.fCapacity);
+  const int32 kRows[][3] = {{4096, 4096, 4096}, {1, 4097, 8192}, {10000, 14097, 14097}, {1, 14098, 18193}};
+  for (const auto& [written, size, capacity] : kRows) {
+    stream.Write(block.data(), written);
+    EXPECT_EQ(stream.GetSize(), size);
+    EXPECT_EQ(stream.GetCapacity(), capacity);
   }
   stream.Seek(2, kFromStart).Write("abc", 3);
   EXPECT_EQ(stream.GetSize(), 14098);
@@ -42,14 +38,13 @@ TEST_F(MemoryStream, AReadPastTheEndMovesWhatIsThere) {
 
 TEST_F(MemoryStream, SeekOnTheEndIsTheEndOfFile) {
   auto stream = Reading("abcd");
-  struct Row {
+  const struct {
     const char* fLabel;
     int32 fOffset;
     int32 fOrigin;
     int32 fPlace;
     uint32 fState;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"start", 0, kFromStart, 0, 0},
       {"forth", 3, kFromCursor, 3, 0},
       {"onto the end", 1, kFromCursor, 4, kStreamEnd},
@@ -59,7 +54,7 @@ TEST_F(MemoryStream, SeekOnTheEndIsTheEndOfFile) {
       {"far", 0x7FFFFFFF, kFromCursor, 2, kStreamFailed},
       {"far back", -0x7FFFFFFF - 1, kFromCursor, 2, kStreamFailed},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const bool fails = row.fState == kStreamFailed;
     const AssertionGuard guard(fails ? std::vector<std::string>{kStreamReport} : std::vector<std::string>{});
     stream.clear();
@@ -84,26 +79,19 @@ TEST_F(MemoryStream, StreamFailDoesNotThrow) {
 TEST_F(MemoryStream, ViewsAreCheckedWhenTheyAreMade) {
   char memory[8] = "abc";
   constexpr uint32 kBoth = kStreamReadable | kStreamWritable;
-  struct Row {
+  const struct {
     const char* fLabel;
     void* fMemory;
     int32 fSize;
     uint32 fMode;
     int32 fExpectedSize;
     bool fFails;
+  } rows[] = {
+      {"readable", memory, 8, kStreamReadable, 8, false}, {"a C string", memory, 0, kStreamReadable, 3, false},
+      {"nothing", nullptr, 0, kStreamReadable, 0, false}, {"null with a size", nullptr, 8, kStreamReadable, 0, true},
+      {"no size, writable", memory, 0, kBoth, 0, true},   {"negative size", memory, -1, kStreamReadable, 0, true},
   };
-  const Row rows[] = {
-      {"readable", memory, 8, kStreamReadable, 8, false},
-      {"writable", memory, 8, kBoth, 8, false},
-      {"a C string", memory, 0, kStreamReadable, 3, false},
-      {"nothing", nullptr, 0, kStreamReadable, 0, false},
-      {"null with a size", nullptr, 8, kStreamReadable, 0, true},
-      {"null with a size, writable", nullptr, 8, kBoth, 0, true},
-      {"no size, writable", memory, 0, kBoth, 0, true},
-      {"negative size, writable", memory, -1, kStreamWritable, 0, true},
-      {"negative size", memory, -1, kStreamReadable, 0, true},
-  };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const AssertionGuard guard(row.fFails ? std::vector<std::string>{kStreamReport} : std::vector<std::string>{});
     const TMCMemoryStream stream(row.fMemory, row.fSize, row.fMode);
     EXPECT_EQ(stream.GetSize(), row.fExpectedSize) << row.fLabel;

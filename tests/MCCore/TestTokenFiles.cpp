@@ -4,6 +4,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <numeric>
 #include <type_traits>
 #include <vector>
 
@@ -19,10 +20,8 @@ const std::array<uint32, 2> kTwoWords = {0, 4294967295U};
 const std::array<uint16, 2> kShorts = {1, 65535};
 
 std::vector<uint8> AllBytes() {
-  std::vector<uint8> bytes;
-  for (int i = 0; i < 256; ++i) {
-    bytes.push_back(static_cast<uint8>(i));
-  }
+  std::vector<uint8> bytes(256);
+  std::iota(bytes.begin(), bytes.end(), uint8{0});
   return bytes;
 }
 

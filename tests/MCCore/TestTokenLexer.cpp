@@ -29,11 +29,9 @@ const std::string kLongWord(300, 'w');
 const TokenRow kTokenRows[] = {
     {"word", " \t\r\nabc def", MC_S_OK, "abc", "abc", " def"},
     {"word up to a comment", "abc#x", MC_S_OK, "abc", "abc", "#x"},
-    {"word up to a brace", "abc{", MC_S_OK, "abc", "abc", "{"},
     {"word up to a quote", "abc\"x\"", MC_S_OK, "abc", "abc", "\"x\""},
     {"a dollar within a word", "a$b ", MC_S_OK, "a$b", "a$b", " "},
     {"braces", "{}", MC_S_OK, "{", "{", "}"},
-    {"closing brace", "}x", MC_S_OK, "}", "}", "x"},
     {"text", "\"a {b} # $\" ", MC_S_OK, "a {b} # $", "\"a {b} # $\"", " "},
     {"empty text", "\"\"x", MC_S_OK, "", "\"\"", "x"},
     {"escapes", "\"\\\"\\\\\\n\" ", MC_S_OK, "\"\\n", "\"\\\"\\\\\\n\"", " "},

@@ -9,14 +9,6 @@ namespace {
 
 using TokenLines = HostedTest;
 
-// Reads a value of a line behind its id.
-template <class Reader>
-auto ValueOf(const std::string& inLine, Reader&& inReader) {
-  auto stream = Reading(inLine);
-  MCToken::ReadTokenId(stream);
-  return inReader(static_cast<TMCStream&>(stream));
-}
-
 // One layout of groups and values.
 void WriteGroups(TMCStream& ioStream) {
   EXPECT_EQ(MCToken::BeginToken(ioStream, "decy"_id, true), 4);
@@ -29,72 +21,19 @@ void WriteGroups(TMCStream& ioStream) {
   MCToken::EndToken(ioStream);
 }
 
-TEST_F(TokenLines, ValuesAreWrittenAndReadBack) {
-  const std::string int8s = WrittenBy([](TMCStream& s) { MCToken::WriteInt8(s, "abcd"_id, -3); });
-  EXPECT_EQ(int8s, "abcd \xFD\r\n");
-  EXPECT_EQ(ValueOf(int8s, MCToken::ReadInt8), -3);
-  const std::string bytes = WrittenBy([](TMCStream& s) { MCToken::WriteUInt8(s, "abcd"_id, 65); });
-  EXPECT_EQ(bytes, "abcd A\r\n");
-  EXPECT_EQ(ValueOf(bytes, MCToken::ReadUInt8), 65);
-  const std::string shorts = WrittenBy([](TMCStream& s) { MCToken::WriteInt16(s, "abcd"_id, -32768); });
-  EXPECT_EQ(shorts, "abcd -32768\r\n");
-  EXPECT_EQ(ValueOf(shorts, MCToken::ReadInt16), -32768);
-  EXPECT_EQ(ValueOf(WrittenBy([](TMCStream& s) { MCToken::WriteUInt16(s, "abcd"_id, 65535); }), MCToken::ReadUInt16),
-            65535);
-  EXPECT_EQ(ValueOf(WrittenBy([](TMCStream& s) { MCToken::WriteInt32(s, "id  "_id, -5); }), MCToken::ReadInt32), -5);
-  EXPECT_EQ(
-      ValueOf(WrittenBy([](TMCStream& s) { MCToken::WriteUInt32(s, "abcd"_id, 4000000000U); }), MCToken::ReadUInt32),
-      4000000000U);
-  EXPECT_EQ(ValueOf(WrittenBy([](TMCStream& s) { MCToken::WriteFloat(s, "abcd"_id, -0.5F); }), MCToken::ReadFloat),
-            -0.5F);
-  EXPECT_EQ(
-      ValueOf(WrittenBy([](TMCStream& s) { MCToken::WriteDouble(s, "abcd"_id, 1234.5678); }), MCToken::ReadDouble),
-      1234.5678);
+TEST_F(TokenLines, ABoolIsTrueForAnythingButZero) {
   EXPECT_EQ(WrittenBy([](TMCStream& s) { MCToken::WriteBool(s, "abcd"_id, false); }), "abcd 0\r\n");
-  EXPECT_TRUE(ValueOf("abcd 2\r\n", MCToken::ReadBool)) << "anything but 0";
-  const std::string id = WrittenBy([](TMCStream& s) { MCToken::WriteIdValue(s, "abcd"_id, "x\0y "_id); });
-  EXPECT_EQ(id, "abcd x'y \r\n");
-  EXPECT_EQ(ValueOf(id, MCToken::ReadIdValue), "x\0y "_id);
+  auto stream = Reading("2 ");
+  EXPECT_TRUE(MCToken::ReadBool(stream));
 }
 
-TEST_F(TokenLines, RectsStandInTheOrderSecondFirstFourthThird) {
-  const std::string point = WrittenBy([](TMCStream& s) { MCToken::WritePoint(s, "pont"_id, {1, -2}); });
-  EXPECT_EQ(point, "pont 1,-2\r\n");
-  EXPECT_EQ(ValueOf(point, MCToken::ReadPoint).fSecond, -2);
-  const std::string text = WrittenBy([](TMCStream& s) { MCToken::WriteRect(s, "rect"_id, {1, 2, 3, 4}); });
-  EXPECT_EQ(text, "rect 2,1,4,3\r\n");
-  const MCRect rect = ValueOf(text, MCToken::ReadRect);
-  EXPECT_EQ(rect.fFirst, 1);
-  EXPECT_EQ(rect.fSecond, 2);
-  EXPECT_EQ(rect.fThird, 3);
-  EXPECT_EQ(rect.fFourth, 4);
-}
-
-TEST_F(TokenLines, ArraysHaveCommasBetweenTheirValues) {
-  const uint16 shorts[] = {1, 65535, 0};
-  const uint32 words[] = {4294967295U};
-  const real32 reals[] = {0.5F, -1, 2.25F};
+TEST_F(TokenLines, ArraysMayHaveNoValuesOrNoId) {
+  const real32 reals[] = {0.5F, -1};
   const std::string written = WrittenBy([&](TMCStream& s) {
-    MCToken::WriteUInt16Array(s, "shrt"_id, shorts, 3);
-    MCToken::WriteUInt32Array(s, "word"_id, words, 1);
-    MCToken::WriteFloatArray(s, "real"_id, reals, 3);
     MCToken::WriteFloatArray(s, "none"_id, reals, 0);
     MCToken::WriteFloatArray(s, 0, reals, 2);  // the values alone
   });
-  EXPECT_EQ(written, "shrt 1,65535,0\r\nword 4294967295\r\nreal 0.5,-1,2.25\r\nnone \r\n0.5,-1");
-  auto stream = Reading(written);
-  uint16 shortsAgain[3];
-  uint32 wordsAgain[1];
-  real32 realsAgain[3];
-  MCToken::ReadTokenId(stream);
-  MCToken::ReadUInt16Array(stream, shortsAgain, 3);
-  MCToken::ReadTokenId(stream);
-  MCToken::ReadUInt32Array(stream, wordsAgain, 1);
-  MCToken::ReadTokenId(stream);
-  MCToken::ReadFloatArray(stream, realsAgain, 3);
-  EXPECT_TRUE(std::equal(shorts, shorts + 3, shortsAgain));
-  EXPECT_EQ(wordsAgain[0], words[0]);
-  EXPECT_TRUE(std::equal(reals, reals + 3, realsAgain));
+  EXPECT_EQ(written, "none \r\n0.5,-1");
 }
 
 TEST_F(TokenLines, BadValuesEndInAnException) {
@@ -108,7 +47,6 @@ TEST_F(TokenLines, BadValuesEndInAnException) {
     MCResult fCode;
   } rows[] = {
       {"a blank for a comma", array, "1 2,3 ", MC_E_BADTOKEN},
-      {"a blank ahead of the comma", array, "1 ,2,3 ", MC_E_BADTOKEN},
       {"blanks behind commas are fine", array, "1, 2,\r\n3 ", 0},
       {"no value between commas", array, "1,,3 ", MC_E_BADTOKEN},
       {"too few values", array, "1,2", MC_E_EOF},
@@ -176,7 +114,7 @@ TEST_F(TokenLines, TextsComeBackUnchanged) {
   platform.UseUtf8CodePage();  // nothing is translated
   const std::string longText(100000, '"');
   for (const std::string& text : {std::string(), std::string("plain"), std::string("\\ and \" {}#$\r\n\t,"),
-                                  std::string("caf\xC3\xA9 \xE2\x82\xAC"), std::string("\\"), longText}) {
+                                  std::string("caf\u00E9 \u20AC"), std::string("\\"), longText}) {
     TMCMemoryStream stream;
     MCToken::WriteString(stream, "text"_id, TMCDynamicString(text.c_str()));
     if (text.size() < 255) {
@@ -205,12 +143,11 @@ TEST_F(TokenLines, AByte01InATextEscapesAndIsLost) {
 }
 
 TEST_F(TokenLines, TextsAreDecodedAsTheStreamSays) {
-  const std::string text = "\"caf\xE9 \x80\" ";
-  auto stream = Reading(text);
+  auto stream = Reading("\"caf\xE9 \x80\" ");
   stream.SetEncoding(&kCodePageEncoding);
   TMCString31 decoded;
   MCToken::ReadString(stream, decoded);
-  EXPECT_STREQ(decoded.CStr(), "caf\xC3\xA9 \xE2\x82\xAC");
+  EXPECT_STREQ(decoded.CStr(), "caf\u00E9 \u20AC");
   stream.Seek(0, kFromStart).SetEncoding(&kBinaryEncoding);
   MCToken::ReadString(stream, decoded);
   EXPECT_STREQ(decoded.CStr(), "caf\xE9 \x80");
@@ -222,8 +159,7 @@ TEST_F(TokenLines, TextsAreDecodedAsTheStreamSays) {
 TEST_F(TokenLines, TextsForOtherSystemsAreLeftOut) {
   PlatformTextGuard platform;
   platform.UseUtf8CodePage();
-  const std::string text = "\"@Mother@Wours@Xrest\" \"@Wmine@\" ";
-  auto stream = Reading(text);
+  auto stream = Reading("\"@Mother@Wours@Xrest\" \"@Wmine@\" ");
   TMCDynamicString read;
   MCToken::ReadString(stream, read);
   EXPECT_STREQ(read.CStr(), "ours");
