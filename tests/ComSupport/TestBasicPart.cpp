@@ -1,8 +1,5 @@
-#include <gtest/gtest.h>
-
-#include "AssertionGuard.h"
 #include "BasicPart.h"
-#include "TestMemory.h"
+#include "HostedTest.h"
 
 namespace qlx {
 namespace {
@@ -48,9 +45,8 @@ class Dialog final : public TBasicPart {
   bool HasPart() const { return static_cast<bool>(fPart); }
 };
 
-class BasicPart : public testing::Test {
+class BasicPart : public test::HostedTest {
  protected:
-  test::TestMemory fMemory;
   test::TestBookkeeping fBookkeeping;
 };
 

@@ -1,8 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "BasicMCFCOMImplementations.h"
+#include "HostedTest.h"
 #include "MCException.h"
-#include "TestMemory.h"
 
 namespace qlx {
 namespace {
@@ -39,10 +37,7 @@ class Outer final : public IMCUnknown {
   MCGuid fAsked{};
 };
 
-class BasicUnknown : public testing::Test {
- protected:
-  test::TestMemory fMemory;
-};
+using BasicUnknown = test::HostedTest;
 
 TEST_F(BasicUnknown, AnswersItsViewsAndClearsThePointerForUnknownIDs) {
   auto* const component = new Component;
@@ -76,6 +71,7 @@ TEST_F(BasicUnknown, EveryViewCountsTheSameObjectAndTheLastReleaseDestroysIt) {
 }
 
 TEST_F(BasicUnknown, ReleasePastZeroThrows) {
+  test::AssertionGuard guard({"An exception is being thrown"});
   struct Held final : Component {
     Held() { fRefCount = 0; }
   } component;

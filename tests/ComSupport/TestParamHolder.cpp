@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
-#include "AssertionGuard.h"
+#include "HostedTest.h"
 #include "MCException.h"
 #include "ParamHolder.h"
-#include "TestMemory.h"
 
 namespace qlx {
 
@@ -59,6 +56,11 @@ class TestRegistry final : public ParamTypeRegistry {
   CountingType<1> fFlag{"bool"_id};
 };
 
+class ParamHolders : public test::HostedTest {
+ protected:
+  TestRegistry fRegistry;
+};
+
 MCResult CodeOf(const std::function<void()>& inBody) {
   try {
     inBody();
@@ -70,8 +72,7 @@ MCResult CodeOf(const std::function<void()>& inBody) {
 
 }  // namespace
 
-TEST(ParamHolder, RefersToTheCallersBytes) {
-  const TestRegistry registry;
+TEST_F(ParamHolders, RefersToTheCallersBytes) {
   const ParamHolder empty;
   EXPECT_EQ(empty.GetType(), 0U);
   EXPECT_FALSE(empty.IsValid());
@@ -84,8 +85,7 @@ TEST(ParamHolder, RefersToTheCallersBytes) {
   EXPECT_EQ(gLiveValues, 0);
 }
 
-TEST(ParamHolder, AnAccessorOfAnotherTypeIsReportedAndGivesThePointer) {
-  const TestRegistry registry;
+TEST_F(ParamHolders, AnAccessorOfAnotherTypeIsReportedAndGivesThePointer) {
   real32 number = 0;
   TVector3 vector;
   test::AssertionGuard reports({"GetType()=='bool'", "GetType()=='re64'", "GetType()=='re32' || GetType()=='sr32'",
@@ -105,22 +105,19 @@ TEST(ParamHolder, AnAccessorOfAnotherTypeIsReportedAndGivesThePointer) {
   holder.AsQuaternion();
 }
 
-TEST(ParamHolder, UnknownTypesAndMissingBytesThrow) {
-  TestRegistry registry;
+TEST_F(ParamHolders, UnknownTypesAndMissingBytesThrow) {
   test::AssertionGuard reports(std::vector<std::string>(5, "An exception is being thrown"));
   int32 value = 0;
   EXPECT_EQ(CodeOf([&] { ParamHolder("none"_id, &value); }), MC_E_INVALIDARG);
   EXPECT_EQ(CodeOf([&] { ParamHolder{"none"_id}; }), MC_E_INVALIDARG);
   EXPECT_EQ(CodeOf([&] { ParamHolder("re32"_id, nullptr); }), MC_E_INVALIDARG);
-  EXPECT_EQ(CodeOf([&] { ParamHolder(&registry.fReal, nullptr); }), MC_E_INVALIDARG);
+  EXPECT_EQ(CodeOf([&] { ParamHolder(&fRegistry.fReal, nullptr); }), MC_E_INVALIDARG);
   OwningParamHolder holder;
   EXPECT_EQ(CodeOf([&] { holder.SetType("none"_id); }), MC_E_INVALIDARG);
-  EXPECT_EQ(registry.fReal.fRefCount, 1U);
+  EXPECT_EQ(fRegistry.fReal.fRefCount, 1U);
 }
 
-TEST(OwningParamHolder, MakesCopiesAndEndsItsValue) {
-  const test::TestMemory memory;
-  TestRegistry registry;
+TEST_F(ParamHolders, OwnersMakeCopiesAndEndTheirValue) {
   {
     real32 value = 3;
     const ParamHolder source("re32"_id, &value);
@@ -143,13 +140,10 @@ TEST(OwningParamHolder, MakesCopiesAndEndsItsValue) {
     EXPECT_EQ(gLiveValues, 2);
   }
   EXPECT_EQ(gLiveValues, 0);
-  EXPECT_EQ(memory.GetLiveBlocks(), 0);
-  EXPECT_EQ(registry.fReal.fRefCount, 1U);
+  EXPECT_EQ(fRegistry.fReal.fRefCount, 1U);
 }
 
-TEST(OwningParamHolder, ASourceWithoutTypeIsReportedUnlessItIsTolerated) {
-  const test::TestMemory memory;
-  const TestRegistry registry;
+TEST_F(ParamHolders, ASourceWithoutTypeIsReportedUnlessItsOwnerToleratesIt) {
   test::AssertionGuard reports({"fParamType", "fParamType == src.fParamType"});
   EXPECT_FALSE(OwningParamHolder(ParamHolder()).IsValid());
   EXPECT_FALSE(OwningParamHolder(ParamHolder(), OwningParamHolder::Tolerant()).IsValid());
@@ -158,10 +152,8 @@ TEST(OwningParamHolder, ASourceWithoutTypeIsReportedUnlessItIsTolerated) {
   holder.CopyDataFrom(ParamHolder("re32"_id, &value));
 }
 
-TEST(OwningParamHolder, WithoutMemoryHasNoBytesAndFailsNothing) {
-  test::TestMemory memory;
-  const TestRegistry registry;
-  test::WithEachAllocationRefused(memory, [](int) {
+TEST_F(ParamHolders, OwnersWithoutMemoryHaveNoBytesAndFailNothing) {
+  test::WithEachAllocationRefused(fMemory, [](int) {
     OwningParamHolder holder("re32"_id);
     const OwningParamHolder copy(holder);
     EXPECT_EQ(holder.IsValid(), holder.GetData() != nullptr);

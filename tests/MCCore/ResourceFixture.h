@@ -11,10 +11,12 @@ class ResourceFiles : public FileTest {
   void Resize(std::uintmax_t inSize) const { std::filesystem::resize_file(FilePath(), inSize); }
 
   // A new file, open for changes.
-  void Begin(MCResourceFile& outFile, const char* inName = kName) const {
-    ASSERT_EQ(MCResourceFile::CreateEmpty(Path(inName)), MC_S_OK);
-    ASSERT_EQ(outFile.Open(Path(inName), true), MC_S_OK);
-  }
+  struct NewFile : MCResourceFile {
+    explicit NewFile(const TMCString& inPath) {
+      EXPECT_EQ(CreateEmpty(inPath), MC_S_OK);
+      EXPECT_EQ(Open(inPath, true), MC_S_OK);
+    }
+  };
   static void Add(MCResourceFile& ioFile, MCID inType, int16 inID, const std::string& inData,
                   uint32 inAttributes = kResReplaceable, const char* inName = "") {
     EXPECT_EQ(ioFile.AddResource(inType, inID, TMCDynamicString(inName), inAttributes, inData.data(),

@@ -147,8 +147,7 @@ TEST_F(Array, WithoutZeroFillBytesStayAsTheyAre) {
 TEST_F(Array, RemovesARunAndReportsWhatIsNotThere) {
   const struct {
     const char* fLabel;
-    uint32 fIndex;
-    uint32 fCount;
+    uint32 fIndex, fCount;
     bool fResult;
     std::vector<int> fLeft;
     std::vector<std::string> fReports;

@@ -138,8 +138,7 @@ TYPED_TEST(Strings, MeasureParts) {
   const char* const past = "Substring extends past end of string!";
   const struct {
     int32 fIndex;
-    uint32 fLength;
-    uint32 fBytes;
+    uint32 fLength, fBytes;
     std::vector<std::string> fReports;
   } kRows[] = {{1, 2, 5, {}}, {-3, 1, 1, {}}, {3, 9, 5, {past}}, {99, 0xFFFFFFFF, 0, {past}}, {9, 0, 0, {}}};
   const TypeParam text(kMixed);

@@ -40,9 +40,7 @@ TEST_F(MemoryStream, SeekOnTheEndIsTheEndOfFile) {
   auto stream = Reading("abcd");
   const struct {
     const char* fLabel;
-    int32 fOffset;
-    int32 fOrigin;
-    int32 fPlace;
+    int32 fOffset, fOrigin, fPlace;
     uint32 fState;
   } rows[] = {
       {"start", 0, kFromStart, 0, 0},

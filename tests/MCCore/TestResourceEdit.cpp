@@ -21,8 +21,7 @@ class ResourceEdit : public ResourceFiles {
 };
 
 TEST_F(ResourceEdit, ACopyHasNoGapsAndItsNamesStandAheadOfTheLists) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   Add(file, kText, 128, "ab", kResReplaceable, "n\xC3\xB6");
   Add(file, kDialog, -1, "", 0x10000000);
   Add(file, kText, 1, "c", 0, "x");
@@ -45,8 +44,7 @@ TEST_F(ResourceEdit, ACopyHasNoGapsAndItsNamesStandAheadOfTheLists) {
 }
 
 TEST_F(ResourceEdit, ASavedFileReadsBackAndAnUnsavedOneIsAsItWas) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   Add(file, kText, 1, "one", kResReplaceable, "first");
   Add(file, kText, 2, "two", kResReplaceable, "second");
   Add(file, kDialog, 3, "three", 0);
@@ -79,21 +77,19 @@ TEST_F(ResourceEdit, ASavedFileReadsBackAndAnUnsavedOneIsAsItWas) {
 }
 
 TEST_F(ResourceEdit, DataThatIsNotLongerStaysAndLongerDataMovesToTheEnd) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   Add(file, kText, 1, "12345");
   Add(file, kText, 2, "next");
   ASSERT_EQ(file.AddResource(kText, 3, TMCString15(""), kResReplaceable, nullptr, 0), MC_S_OK);
   MCSharedResource loaded;
   ASSERT_EQ(loaded.Load(file, kText, 1), MC_S_OK);
   const uint32 place = Offset(file, 1);
-  struct Row {
+  const struct {
     const char* fLabel;
     int16 fID;
     const char* fData;
     bool fStays;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"as long", 1, "abcde", true},
       {"shorter", 1, "abc", true},
       {"empty", 1, "", true},
@@ -101,7 +97,7 @@ TEST_F(ResourceEdit, DataThatIsNotLongerStaysAndLongerDataMovesToTheEnd) {
       {"no data yet", 3, "fresh", false},
       {"empty where there is none", 3, "", true},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.fLabel);
     const uint32 before = Offset(file, row.fID);
     const int32 end = file.GetFileLength();
@@ -122,8 +118,7 @@ TEST_F(ResourceEdit, DataThatIsNotLongerStaysAndLongerDataMovesToTheEnd) {
 
 TEST_F(ResourceEdit, DataThatOthersShareOrThatIsDamagedMovesInsteadOfSpoilingMore) {
   {
-    MCResourceFile file;
-    Begin(file);
+    NewFile file(Path());
     Add(file, kText, 1, "shared");
     Add(file, kText, 2, "");
     Add(file, kText, 3, "lost");
@@ -144,8 +139,7 @@ TEST_F(ResourceEdit, DataThatOthersShareOrThatIsDamagedMovesInsteadOfSpoilingMor
 }
 
 TEST_F(ResourceEdit, RefusalsNameTheirReasonAndChangeNothing) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   Add(file, kText, 1, "kept", 0);
   Add(file, kText, 2, "kept", kResReplaceable | kResProtected);
   Add(file, kText, 3, "kept", kResReplaceable);
@@ -177,45 +171,34 @@ TEST_F(ResourceEdit, RefusalsNameTheirReasonAndChangeNothing) {
 // ---- limits ----
 
 TEST_F(ResourceEdit, WhatTheFormatCannotHoldIsRefusedByName) {
-  struct Row {
+  const struct {
     const char* fLabel;
-    void (*fFill)(MCResourceFile& ioFile);
+    std::vector<MCID> fTypes;
+    int fCount;
+    std::size_t fNameLength;
     const char* fProblem;
-  };
-  static const auto add = [](MCResourceFile& ioFile, MCID inType, int inID, const TMCString& inName) {
-    ASSERT_EQ(ioFile.AddResource(inType, static_cast<int16>(inID), inName, 0, nullptr, 0), MC_S_OK);
-  };
-  const Row rows[] = {
-      {"names",
-       [](MCResourceFile& ioFile) {
-         const TMCString255 name(std::string(255, 'n').c_str());
-         for (int id = 0; id < 256; ++id) {
-           add(ioFile, kText, id, name);
-         }
-       },
-       "the names up to those of type 'STR ': 65564 is above the limit of 65535"},
+  } rows[] = {
+      {"names", {kText}, 256, 255, "the names up to those of type 'STR ': 65564 is above the limit of 65535"},
       {"resources of a type",
-       [](MCResourceFile& ioFile) {
-         for (int id = 0; id < 32769; ++id) {
-           add(ioFile, kText, id, TMCString15());
-         }
-       },
+       {kText},
+       32769,
+       0,
        "the count of resources of type 'STR ': 32769 is above the limit of 32768"},
       {"reference lists",
-       [](MCResourceFile& ioFile) {
-         for (int id = 0; id < 5500; ++id) {
-           add(ioFile, kText, id, TMCString15());
-           add(ioFile, kDialog, id, TMCString15());
-           add(ioFile, "LAST"_id, id, TMCString15());
-         }
-       },
+       {kText, kDialog, "LAST"_id},
+       5500,
+       0,
        "the offset of the references of type 'LAST': 66026 is above the limit of 65535"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.fLabel);
-    MCResourceFile file;
-    Begin(file);
-    row.fFill(file);
+    NewFile file(Path());
+    const TMCString255 name(std::string(row.fNameLength, 'n').c_str());
+    for (int i = 0; i < row.fCount; ++i) {
+      for (const MCID type : row.fTypes) {
+        ASSERT_EQ(file.AddResource(type, static_cast<int16>(i), name, 0, nullptr, 0), MC_S_OK);
+      }
+    }
     const std::string bytes = Bytes();
     EXPECT_EQ(file.Save(), MC_E_RESTOOLARGE);
     EXPECT_EQ(file.GetProblem(), row.fProblem);
@@ -224,8 +207,7 @@ TEST_F(ResourceEdit, WhatTheFormatCannotHoldIsRefusedByName) {
 }
 
 TEST_F(ResourceEdit, TenThousandResourcesOfOneTypeFit) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   for (int id = 10000; id > 0; --id) {
     Add(file, kText, static_cast<int16>(id * 3), id % 1000 == 0 ? std::to_string(id) : "", 0, id < 100 ? "name" : "");
   }
@@ -239,8 +221,7 @@ TEST_F(ResourceEdit, TenThousandResourcesOfOneTypeFit) {
 
 TEST_F(ResourceEdit, DataBehindTheReachOf24BitsIsRefused) {
   {
-    MCResourceFile file;
-    Begin(file);
+    NewFile file(Path());
     Add(file, kText, 1, "first");
     ASSERT_EQ(file.Save(), MC_S_OK);
   }
@@ -257,8 +238,7 @@ TEST_F(ResourceEdit, DataBehindTheReachOf24BitsIsRefused) {
 
 TEST_F(ResourceEdit, WithoutMemoryEveryCallFailsAndLeavesTheFileWhole) {
   {
-    MCResourceFile file;
-    Begin(file);
+    NewFile file(Path());
     Add(file, kText, 1, "one", kResReplaceable | kResPreload, "name");
     ASSERT_EQ(file.Save(), MC_S_OK);
   }
@@ -304,8 +284,7 @@ TEST_F(ResourceEdit, AResourceMadeWithoutItsDataIsReported) {
 
 // A resource belongs to its file. One that somebody deletes all the same is loaded again when it is asked for.
 TEST_F(ResourceEdit, DeletingAResourceOfAnOpenFileIsReportedAndRepaired) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   Add(file, kText, 1, "data");
   MCResource* resource = nullptr;
   ASSERT_EQ(file.GetResource(kText, 1, &resource), MC_S_OK);
@@ -317,8 +296,7 @@ TEST_F(ResourceEdit, DeletingAResourceOfAnOpenFileIsReportedAndRepaired) {
 }
 
 TEST_F(ResourceEdit, HoldersCountTheirUses) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   Add(file, kText, 1, "data");
   MCSharedResource a;
   ASSERT_EQ(a.Load(file, kText, 1), MC_S_OK);
@@ -339,8 +317,7 @@ TEST_F(ResourceEdit, HoldersCountTheirUses) {
 }
 
 TEST_F(ResourceEdit, AStreamReadsAResource) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   Add(file, kText, 1, "12 abc");
   MCSharedResource shared;
   ASSERT_EQ(shared.Load(file, kText, 1), MC_S_OK);

@@ -13,9 +13,7 @@ class ResourceFile : public ResourceFiles {
   // 38, reference lists 56 (one of 'DLOG') and 68 (two of 'STR ').
   void MakeFileToSpoil() {
     const AssertionGuard guard;
-    MCResourceFile file;
-    ASSERT_EQ(MCResourceFile::CreateEmpty(Path("source")), MC_S_OK);
-    ASSERT_EQ(file.Open(Path("source"), true), MC_S_OK);
+    NewFile file(Path("source"));
     Add(file, kDialog, 131, "four", kResPreload, "Chain");
     Add(file, kText, 128, "sixsix", kResReplaceable | kResPreload, "abc");
     Add(file, kText, -2, "odd", 0x40000000 | kResPreload);
@@ -51,17 +49,16 @@ TEST_F(ResourceFile, DamageFailsWithItsPlaceAndNeverReadsOutside) {
   MakeFileToSpoil();
   const std::string sound = Bytes();
   ASSERT_EQ(sound.size(), 373U) << "see the places above";
-  struct Row {
+  using namespace std::string_literals;
+  constexpr std::size_t kMap = 281;
+  const struct {
     const char* fLabel;
     std::size_t fPlace;
     std::string fBytes;
     const char* fProblem;  // of opening; null: it opens
     std::string fData;     // of 'STR ' 128, and the problem of that
     const char* fDataProblem;
-  };
-  using namespace std::string_literals;
-  constexpr std::size_t kMap = 281;
-  const Row rows[] = {
+  } rows[] = {
       {"sound", 0, "", nullptr, "sixsix", ""},
       {"data area in the header", 0, "\0\0\0\x10"s, "the data area at 16", "", ""},
       {"data area past the end", 0, "\0\1\0\0"s, "the data area at 65536", "", ""},
@@ -98,7 +95,7 @@ TEST_F(ResourceFile, DamageFailsWithItsPlaceAndNeverReadsOutside) {
       {"data over other data", 264, "\0\0\0\x0D"s, nullptr, "sixsix\0\0\0\3odd"s, ""},
       {"no data", kMap + 73, "\xFF\xFF\xFF"s, nullptr, "", ""},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.fLabel);
     std::string bytes = sound;
     bytes.replace(row.fPlace, row.fBytes.size(), row.fBytes);
@@ -175,8 +172,7 @@ TEST_F(ResourceFile, CountsOutOfRangeAreReported) {
 
 // 0x00FFFFFF is how a resource without data stands in the file; whoever asks for its stored size has not looked.
 TEST_F(ResourceFile, TheStoredSizeOfAResourceWithoutDataIsReported) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   ASSERT_EQ(file.AddResource(kText, 1, TMCString15(""), 0, nullptr, 0), MC_S_OK);
   Add(file, kText, 2, "ab");
   const AssertionGuard guard({"dataBytes != 0x00FFFFFF"});
@@ -190,8 +186,7 @@ TEST_F(ResourceFile, TheStoredSizeOfAResourceWithoutDataIsReported) {
 
 TEST_F(ResourceFile, MarkedResourcesAreLoadedWithTheFileUntilOneOfTheirTypeFails) {
   {
-    MCResourceFile file;
-    Begin(file);
+    NewFile file(Path());
     for (int16 id = 1; id <= 3; ++id) {
       Add(file, kDialog, id, "dddd", id == 3 ? 0 : kResPreload);
       Add(file, kText, id, "tttt", kResPreload);
@@ -216,8 +211,7 @@ TEST_F(ResourceFile, MarkedResourcesAreLoadedWithTheFileUntilOneOfTheirTypeFails
 TEST_F(ResourceFile, MarkedResourcesThatShareTheirDataTakeNoMoreMemoryThanTheFileIsLong) {
   std::string bytes;
   {
-    MCResourceFile file;
-    Begin(file);
+    NewFile file(Path());
     Add(file, kText, 0, std::string(1000, 'x'), kResPreload);
     for (int16 id = 1; id <= 50; ++id) {
       Add(file, kText, id, "", kResPreload);
@@ -242,12 +236,10 @@ TEST_F(ResourceFile, MarkedResourcesThatShareTheirDataTakeNoMoreMemoryThanTheFil
 // ---- the chain ----
 
 TEST_F(ResourceFile, ALookUpGoesOnToTheNextFileUntilSomethingIsFound) {
-  MCResourceFile old;
-  Begin(old, "old");
+  NewFile old(Path("old"));
   Add(old, kText, 1, "old 1");
   Add(old, kText, 2, "old 2");
-  MCResourceFile fresh;
-  Begin(fresh, "fresh");
+  NewFile fresh(Path("fresh"));
   Add(fresh, kText, 2, "fresh 2");
   EXPECT_EQ(MCResourceFile::GetFirstFile(), &fresh);
   MCResource* resource = nullptr;
@@ -295,8 +287,7 @@ TEST_F(ResourceFile, ClosingAFileWithinTheChainIsReported) {
 }
 
 TEST_F(ResourceFile, ClosingWithAResourceInUseReportsItAndStillCloses) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   Add(file, kText, -5, "held");
   Add(file, kText, 6, "let go");
   EXPECT_EQ(Data(file, kText, 6), "let go");
@@ -313,8 +304,7 @@ TEST_F(ResourceFile, ClosingWithAResourceInUseReportsItAndStillCloses) {
 }
 
 TEST_F(ResourceFile, ThreadsShareAFile) {
-  MCResourceFile file;
-  Begin(file);
+  NewFile file(Path());
   for (int16 id = 0; id < 50; ++id) {
     Add(file, kText, id, std::to_string(id));
   }

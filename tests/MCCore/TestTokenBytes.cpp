@@ -73,6 +73,7 @@ TYPED_TEST(TokenBytes, BadHexDataEndsInAnException) {
       {"no digits", "\"\" ", 1, MC_E_BADTOKEN},
       {"no digits in a further line", "01 MORE \"\" ", 2, MC_E_BADTOKEN},
       {"a brace", "{ ", 1, MC_E_BADTOKEN},
+      {"a block", "$00000002\r01$ ", 1, MC_E_BADTOKEN},
       {"ends early", "01 MO", 2, MC_E_EOF},
       {"ends behind the digits", "01", 1, MC_E_EOF},
       {"more digits than a line holds", line + "1122 MORE FF ", 65, 0},

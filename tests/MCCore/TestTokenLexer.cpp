@@ -177,8 +177,7 @@ TYPED_TEST(TokenLexer, PeekingLeavesTheToken) {
 TYPED_TEST(TokenLexer, BracesAreExpectedWhereTheyMustStand) {
   const struct {
     const char* fText;
-    MCResult fBegin;
-    MCResult fEnd;
+    MCResult fBegin, fEnd;
   } rows[] = {
       {" { ", 0, MC_E_BADTOKEN},
       {" } ", MC_E_BADTOKEN, 0},

@@ -175,8 +175,7 @@ TEST_F(TokenLines, BadTextsEndInAnException) {
   TMCDynamicString text;
   const struct {
     const char* fText;
-    MCResult fShort;
-    MCResult fLong;
+    MCResult fShort, fLong;
   } rows[] = {
       {"{", MC_E_BADTOKEN, MC_E_EOF},
       {"} \"x\"", MC_E_BADTOKEN, 0},

@@ -17,9 +17,7 @@ namespace {
 TEST(Angles, ShiftKeepsWhatIsNearAndTurnsWhatIsFar) {
   const struct {
     const char* fLabel;
-    real32 fAngle;
-    real32 fReference;
-    real32 fExpected;
+    real32 fAngle, fReference, fExpected;
   } rows[] = {
       {"near", 3, 0, 3},
       {"half a turn stays", kRealPI, 0, kRealPI},
