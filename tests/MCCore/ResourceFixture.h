@@ -17,6 +17,11 @@ class ResourceFiles : public FileTest {
       EXPECT_EQ(Open(inPath, true), MC_S_OK);
     }
   };
+  struct OpenFile : MCResourceFile {
+    explicit OpenFile(const TMCString& inPath, bool inIsWritable = false, bool inPreloads = false) {
+      EXPECT_EQ(Open(inPath, inIsWritable, inPreloads), MC_S_OK);
+    }
+  };
   static void Add(MCResourceFile& ioFile, MCID inType, int16 inID, const std::string& inData,
                   uint32 inAttributes = kResReplaceable, const char* inName = "") {
     EXPECT_EQ(ioFile.AddResource(inType, inID, TMCDynamicString(inName), inAttributes, inData.data(),

@@ -4,7 +4,7 @@
 #include <cfenv>
 #include <cstdlib>
 #include <exception>
-#include <optional>
+#include <string>
 #include <thread>
 
 #include "AssertionGuard.h"
@@ -50,33 +50,23 @@ class FaultTranslation : public testing::Test {
   test::SilentReports fQuiet;
 };
 
-struct Caught {
-  MCResult fCode;
-  std::string fFile;  // "-" for none
-  int32 fLine;
-  bool operator==(const Caught&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& inStream, const Caught& inCaught) {
-  return inStream << std::hex << inCaught.fCode << ' ' << inCaught.fFile << ' ' << std::dec << inCaught.fLine;
-}
-
-const Caught kFault = {MC_E_FAULT, "-", 0};
-const Caught kTermination = {MC_E_FAULT, "MCException", 53};
-
+// The exception that a body ends with: its code and its place. Empty without one.
 template <class Body>
-std::optional<Caught> Catch(Body inBody) {
+std::string Catch(Body inBody) {
   try {
     inBody();
   } catch (const TMCException& exception) {
     const char* file = exception.GetFileName();
-    return Caught{exception.GetCode(), file ? file : "-", exception.GetLine()};
+    return std::to_string(exception.GetCode()) + " at " + (file ? file : "-") + std::to_string(exception.GetLine());
   }
-  return std::nullopt;
+  return {};
 }
 
+const std::string kFault = std::to_string(MC_E_FAULT) + " at -0";
+const std::string kTermination = std::to_string(MC_E_FAULT) + " at MCException53";
+
 template <class Body>
-std::optional<Caught> CatchGuarded(Body inBody) {
+std::string CatchGuarded(Body inBody) {
   return Catch([&] { CallGuarded(inBody); });
 }
 
@@ -85,8 +75,7 @@ TEST_F(FaultTranslation, EachKindComesOutOfAGuardAsAnException) {
     for (const test::FaultKind& kind : test::FaultKinds()) {
       SCOPED_TRACE(kind.fLabel);
       const auto caught = CatchGuarded(kind.fFault);
-      ASSERT_TRUE(caught);
-      EXPECT_EQ(caught->fCode, MC_E_FAULT);
+      EXPECT_TRUE(caught == kFault || (!kind.fUnwinds && caught == kTermination)) << caught;
       EXPECT_EQ(std::uncaught_exceptions(), 0);
       EXPECT_EQ(std::current_exception(), nullptr);
     }
@@ -127,7 +116,7 @@ TEST_F(FaultTranslation, TerminationsNameTheExceptionModule) {
 }
 
 TEST_F(FaultTranslation, ATerminationReachesTheInnermostGuard) {
-  std::optional<Caught> inner;
+  std::string inner;
   bool wentOn = false;
   const auto outer = CatchGuarded([&] {
     inner = CatchGuarded(test::FaultInNoexcept);
@@ -192,7 +181,7 @@ TEST_F(FaultTranslation, TheRoundingOfTheThreadStays) {
 }
 
 TEST_F(FaultTranslation, EachThreadHasItsOwnSwitch) {
-  std::optional<Caught> caught;
+  std::string caught;
   bool onAtStart = true;
   std::thread([&] {
     onAtStart = IsFaultTranslatorOn();
@@ -209,7 +198,7 @@ TEST_F(FaultTranslation, ManyThreadsFaultAtOnce) {
   const auto work = [](int& outCaught) {
     SwitchFaultTranslator(true);
     for (int i = 0; i < 200; ++i) {
-      outCaught += CatchGuarded(i % 2 ? test::FaultInNoexcept : test::WriteNull) ? 1 : 0;
+      outCaught += CatchGuarded(i % 2 ? test::FaultInNoexcept : test::WriteNull).empty() ? 0 : 1;
     }
   };
   int first = 0;

@@ -1,4 +1,6 @@
 // Files, buffered and not: the same content whatever the buffer, marks, failures, binary numbers.
+#include <tuple>
+
 #include "FileTest.h"
 #include "MCBinaryFileIO.h"
 #include "TokenText.h"
@@ -85,41 +87,24 @@ TEST_P(FileStreamBuffers, PositionAndLengthDoNotCountTheMark) {
 INSTANTIATE_TEST_SUITE_P(Sizes, FileStreamBuffers, testing::Values(0, 1, 5, 4096));
 
 TEST_F(FileStream, AMissingFileIsMadeWhereItMayBe) {
-  const struct {
-    const char* fLabel;
-    uint32 fMode;
-    MCResult fResult;
-  } rows[] = {
+  const std::tuple<const char*, uint32, MCResult> rows[] = {
       {"to be read", kStreamReadable, MC_E_FILENOTFOUND},
       {"must exist", kBoth | kStreamMustExist, MC_E_FILENOTFOUND},
       {"to be written", kStreamWritable, MC_S_OK},
       {"to be read and written", kBoth, MC_S_OK},
   };
-  for (const auto& row : rows) {
+  for (const auto& [label, mode, result] : rows) {
     std::filesystem::remove(FilePath());
-    bool created = row.fResult != MC_S_OK;
+    bool created = result != MC_S_OK;
     TMCFileStream stream;
-    EXPECT_EQ(stream.Open(Path(), row.fMode, 0, &created), row.fResult) << row.fLabel;
-    EXPECT_EQ(created, row.fResult == MC_S_OK) << row.fLabel;
-    EXPECT_EQ(stream.fail(), row.fResult != MC_S_OK) << row.fLabel;
-    if (row.fResult == MC_S_OK) {
-      ASSERT_EQ(stream.Open(Path(), row.fMode | kStreamMustExist, 0, &created), MC_S_OK) << row.fLabel;
-      EXPECT_FALSE(created) << row.fLabel;
+    EXPECT_EQ(stream.Open(Path(), mode, 0, &created), result) << label;
+    EXPECT_EQ(created, result == MC_S_OK) << label;
+    EXPECT_EQ(stream.fail(), result != MC_S_OK) << label;
+    if (result == MC_S_OK) {
+      ASSERT_EQ(stream.Open(Path(), mode | kStreamMustExist, 0, &created), MC_S_OK) << label;
+      EXPECT_FALSE(created) << label;
     }
   }
-}
-
-TEST_F(FileStream, AFileThatIsOnlyWrittenIsEmptiedFirst) {
-  TMCFileStream stream;
-  Put("before");
-  ASSERT_EQ(stream.Open(Path(), kBoth, 100, nullptr), MC_S_OK);
-  stream.WriteText("AB");
-  stream.Close();
-  EXPECT_EQ(Bytes(), "ABfore");
-  ASSERT_EQ(stream.Open(Path(), kStreamWritable, 100, nullptr), MC_S_OK);
-  stream.WriteText("x");
-  stream.Close();
-  EXPECT_EQ(Bytes(), "x");
 }
 
 TEST_F(FileStream, WhatCannotBeOpenedFails) {

@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include "MCAsciiTranslation.h"
 
 #include "HostedTest.h"
@@ -82,12 +84,7 @@ TEST_F(MCAsciiTranslation, ImagesThatAreNotWholeAreRefused) {
 
 TEST_F(MCAsciiTranslation, TextsAreTranslated) {
   const HostedTable host(SomeTable().Bytes());
-  const struct {
-    const char* fLabel;
-    const char* fText;
-    const char* fTranslated;
-    std::vector<std::string> fReports;
-  } kRows[] = {
+  const std::tuple<const char*, const char*, const char*, std::vector<std::string>> kRows[] = {
       {"byte by byte", "baba", "bAbA", {}},
       {"untranslatable bytes are dropped", "xax", "A", {kUntranslatable, kUntranslatable}},
       {"a missing text is dropped", "ama", "AA", {kMissing}},
@@ -101,12 +98,12 @@ TEST_F(MCAsciiTranslation, TextsAreTranslated) {
     EXPECT_EQ(text.Length(), text.ByteLength());
     return std::string(text.CStr());
   };
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fLabel);
-    const AssertionGuard guard(row.fReports);
-    EXPECT_EQ(translate(TMCString15(row.fText)), row.fTranslated);
-    const AssertionGuard second(row.fReports);
-    EXPECT_EQ(translate(TMCDynamicString(row.fText)), row.fTranslated);
+  for (const auto& [label, text, translated, reports] : kRows) {
+    SCOPED_TRACE(label);
+    const AssertionGuard guard(reports);
+    EXPECT_EQ(translate(TMCString15(text)), translated);
+    const AssertionGuard second(reports);
+    EXPECT_EQ(translate(TMCDynamicString(text)), translated);
   }
   EXPECT_EQ(translate(TMCDynamicString("123456789012ee")), "123456789012<e><e>");
   const AssertionGuard guard({kSkipped, kSkipped});

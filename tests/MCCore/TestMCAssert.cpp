@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "AssertionGuard.h"
 #include "MCAssert.h"
 #include "MCException.h"
@@ -40,11 +42,7 @@ TEST(MCAssert, TheMacroAnswersTheCheck) {
 }
 
 TEST(TMCException, ReportsItselfByItsCode) {
-  const struct {
-    const char* fLabel;
-    MCResult fCode;
-    std::vector<std::string> fReports;
-  } kRows[] = {
+  const std::tuple<const char*, MCResult, std::vector<std::string>> kRows[] = {
       {"success", MC_S_OK, {}},
       {"silent", MC_E_SILENT, {}},
       {"cancel", MC_E_CANCEL, {"A cancel exception is being thrown"}},
@@ -53,12 +51,12 @@ TEST(TMCException, ReportsItselfByItsCode) {
       {"fault", MC_E_FAULT, {"An exception is being thrown"}},
       {"unknown", 77, {"An exception is being thrown"}},
   };
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fLabel);
-    AssertionGuard guard(row.fReports);
-    const TMCException exception(row.fCode, "Module", 5);
+  for (const auto& [label, code, reports] : kRows) {
+    SCOPED_TRACE(label);
+    AssertionGuard guard(reports);
+    const TMCException exception(code, "Module", 5);
     const TMCException copy(exception);  // a copy is no second throw
-    EXPECT_EQ(copy.GetCode(), row.fCode);
+    EXPECT_EQ(copy.GetCode(), code);
     EXPECT_STREQ(copy.GetFileName(), "Module");
     EXPECT_EQ(copy.GetLine(), 5);
     if (!guard.GetReports().empty()) {

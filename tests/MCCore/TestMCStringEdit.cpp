@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include "HostedTest.h"
 #include "MCPtrArray.h"
 #include "MCString.h"
@@ -123,20 +125,16 @@ TEST_F(MCStringEdit, PascalStringsKeepEightBitsOfTheirLength) {
 }
 
 TEST_F(MCStringEdit, ParametersAreSubstituted) {
-  const struct {
-    const char* fText;
-    const char* fValue;
-    int32 fNumber;
-    const char* fResult;
-  } kRows[] = {{"Move ^0 to ^1", "X", 1, "Move ^0 to X"},
-               {"^^00", "", 0, ""},            // what closes up is looked at again
-               {"^10", "x", 1, "x0"},          // the marker of 10 begins with that of 1
-               {"^0^0^0", "0^", 0, "000^^^"},  // each moves past the others
-               {"\u00E9^7\u00E9", "\u20AC", 7, "\u00E9\u20AC\u00E9"}};
-  for (const auto& row : kRows) {
-    TMCString31 text(row.fText);
-    SubstituteParam(text, TMCString15(row.fValue), row.fNumber);
-    EXPECT_STREQ(text.CStr(), row.fResult) << row.fText;
+  const std::tuple<const char*, const char*, int32, const char*> kRows[] = {
+      {"Move ^0 to ^1", "X", 1, "Move ^0 to X"},
+      {"^^00", "", 0, ""},            // what closes up is looked at again
+      {"^10", "x", 1, "x0"},          // the marker of 10 begins with that of 1
+      {"^0^0^0", "0^", 0, "000^^^"},  // each moves past the others
+      {"\u00E9^7\u00E9", "\u20AC", 7, "\u00E9\u20AC\u00E9"}};
+  for (const auto& [givenText, value, number, result] : kRows) {
+    TMCString31 text(givenText);
+    SubstituteParam(text, TMCString15(value), number);
+    EXPECT_STREQ(text.CStr(), result) << givenText;
   }
   AssertionGuard guard({"arg"});
   TMCString15 first("one");

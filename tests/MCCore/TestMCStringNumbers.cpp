@@ -1,6 +1,7 @@
 #include <cfloat>
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "HostedTest.h"
 #include "MCString.h"
@@ -12,36 +13,21 @@ namespace {
 using MCStringNumbers = HostedTest;
 
 TEST_F(MCStringNumbers, AreWrittenWithTheUsersSeparator) {
-  const real64 kInfinity = std::numeric_limits<real64>::infinity();
-  const struct {
-    char fKind;  // f: FromFloat, d: FromDouble, m: FromMoney
-    real64 fValue;
-    uint32 fPrecision;
-    const char* fText;
-  } kRows[] = {
-      {'f', 1.5, 2, "1.50"},        {'f', 2.5, 0, "2"},  // halves go to even
-      {'f', -kInfinity, 2, "-inf"}, {'f', static_cast<real64>(FLT_MAX), 0, "340282346638528859811704183484516925440"},
-      {'d', 1e20, 6, "1E+20"},      {'d', 1.25e-5, 6, "1.25E-05"},
-      {'d', kInfinity, 6, "INF"},   {'m', 1234.567, 0, "1234.57"}};
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(testing::Message() << row.fKind << " " << row.fValue << ", " << row.fPrecision);
-    const auto write = [&](TMCString& text) {
-      row.fKind == 'f'   ? text.FromFloat(static_cast<real32>(row.fValue), row.fPrecision)
-      : row.fKind == 'd' ? text.FromDouble(row.fValue, row.fPrecision)
-                         : text.FromMoney(row.fValue);
-      return std::string(text.CStr());
-    };
-    PlatformTextGuard platform;
-    platform.UseDecimalSeparator<'.'>();
-    TMCString63 text;
-    std::string expected = row.fText;
-    EXPECT_EQ(write(text), expected);
-    platform.UseDecimalSeparator<0x66B>();  // two bytes of UTF-8
-    if (const auto point = expected.find('.'); point != std::string::npos) {
-      expected.replace(point, 1, "\xD9\xAB");
-    }
-    EXPECT_EQ(write(text), expected);
-  }
+  constexpr real64 kInfinity = std::numeric_limits<real64>::infinity();
+  PlatformTextGuard platform;
+  platform.UseDecimalSeparator<0x66B>();
+  const auto written = [](auto&& inWrite) {
+    TMCString63 text("earlier");
+    inWrite(text);
+    return std::string(text.CStr());
+  };
+  EXPECT_EQ(written([](TMCString& text) { text.FromFloat(1.5F, 2); }), "1\u066B50");
+  EXPECT_EQ(written([](TMCString& text) { text.FromFloat(2.5F, 0); }), "2") << "halves go to even";
+  EXPECT_EQ(written([](TMCString& text) { text.FromFloat(FLT_MAX, 0); }), "340282346638528859811704183484516925440");
+  EXPECT_EQ(written([](TMCString& text) { text.FromFloat(-HUGE_VALF, 2); }), "-inf");
+  EXPECT_EQ(written([](TMCString& text) { text.FromDouble(1.25e-5, 6); }), "1\u066B25E-05");
+  EXPECT_EQ(written([](TMCString& text) { text.FromDouble(kInfinity, 6); }), "INF");
+  EXPECT_EQ(written([](TMCString& text) { text.FromMoney(1234.567); }), "1234\u066B57");
 }
 
 TEST_F(MCStringNumbers, APrecisionOfAnySizeIsBounded) {
@@ -65,36 +51,32 @@ TEST_F(MCStringNumbers, APrecisionOfAnySizeIsBounded) {
 }
 
 TEST_F(MCStringNumbers, AreRead) {
-  const struct {
-    const char* fText;
-    real32 fFloat;
-    real64 fDouble;
-    int32 fInt;
-  } kRows[] = {{"", 0, 0, 0},
-               {"-", 0, 0, 0},
-               {"+12", 12, 12, 12},
-               {"1,234.5", 1234.5F, 1, 1234},
-               {".5", 0.5F, 0.5, 0},
-               {" 7", 0, 7, 7},
-               {"+-7", 0, 0, 0},
-               {"1.2345678912345", 1.234567891F, 1.2345678912345, 1},
-               {"0x1.8p1", 0, 3, 0},
-               {"0x", 0, 0, 0},
-               {"1e999", 1, HUGE_VAL, 1},
-               {"-1e999", -1, -HUGE_VAL, -1},
-               {"1e-999", 1, 0, 1},
-               {"infinity", 0, HUGE_VAL, 0},
-               {"4294967297", 1, 4294967297.0, INT32_MAX},  // 32 bits wrap
-               {"-2147483649", -2147483648.F, -2147483649.0, INT32_MIN},
-               {",-,4,2,", 0, 0, -42}};
+  const std::tuple<const char*, real32, real64, int32> kRows[] = {
+      {"", 0, 0, 0},
+      {"-", 0, 0, 0},
+      {"+12", 12, 12, 12},
+      {"1,234.5", 1234.5F, 1, 1234},
+      {".5", 0.5F, 0.5, 0},
+      {" 7", 0, 7, 7},
+      {"+-7", 0, 0, 0},
+      {"1.2345678912345", 1.234567891F, 1.2345678912345, 1},
+      {"0x1.8p1", 0, 3, 0},
+      {"0x", 0, 0, 0},
+      {"1e999", 1, HUGE_VAL, 1},
+      {"-1e999", -1, -HUGE_VAL, -1},
+      {"1e-999", 1, 0, 1},
+      {"infinity", 0, HUGE_VAL, 0},
+      {"4294967297", 1, 4294967297.0, INT32_MAX},  // 32 bits wrap
+      {"-2147483649", -2147483648.F, -2147483649.0, INT32_MIN},
+      {",-,4,2,", 0, 0, -42}};
   PlatformTextGuard platform;
   platform.UseDecimalSeparator<'.'>();
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fText);
-    const TMCString31 text(row.fText);
-    EXPECT_EQ(text.ToFloat(), row.fFloat);
-    EXPECT_EQ(text.ToDouble(), row.fDouble);
-    EXPECT_EQ(text.ToInt(), row.fInt);
+  for (const auto& [givenText, asFloat, asDouble, asInt] : kRows) {
+    SCOPED_TRACE(givenText);
+    const TMCString31 text(givenText);
+    EXPECT_EQ(text.ToFloat(), asFloat);
+    EXPECT_EQ(text.ToDouble(), asDouble);
+    EXPECT_EQ(text.ToInt(), asInt);
   }
   EXPECT_TRUE(std::isnan(TMCString15("nan").ToDouble()));
   platform.UseDecimalSeparator<','>();
@@ -127,47 +109,41 @@ TEST_F(MCStringNumbers, TellNumericTexts) {
 }
 
 TEST_F(MCStringNumbers, AreIncremented) {
-  const struct {
-    const char* fText;
-    const char* fNext;
-    std::vector<std::string> fReports;
-  } kRows[] = {{"1,999.99", "2,000.00", {}},
-               {"", "1", {}},
-               {"v19", "v20", {}},
-               {"1-9", "2-0", {"Unknown character!!"}},
-               {"x", "1x", {"Unknown character!!"}}};
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fText);
-    AssertionGuard guard(row.fReports);
-    const TMCString15 text(row.fText);
+  const std::tuple<const char*, const char*, std::vector<std::string>> kRows[] = {
+      {"1,999.99", "2,000.00", {}},
+      {"", "1", {}},
+      {"v19", "v20", {}},
+      {"1-9", "2-0", {"Unknown character!!"}},
+      {"x", "1x", {"Unknown character!!"}}};
+  for (const auto& [givenText, expected, reports] : kRows) {
+    SCOPED_TRACE(givenText);
+    AssertionGuard guard(reports);
+    const TMCString15 text(givenText);
     TMCString31 next("earlier");
     text.IncrementNumber(next);
-    EXPECT_STREQ(next.CStr(), row.fNext);
-    EXPECT_STREQ(text.CStr(), row.fText);
-    TMCString31 self(row.fText);
+    EXPECT_STREQ(next.CStr(), expected);
+    EXPECT_STREQ(text.CStr(), givenText);
+    TMCString31 self(givenText);
     {
-      AssertionGuard again(row.fReports);
+      AssertionGuard again(reports);
       self.IncrementNumber(self);
     }
-    EXPECT_STREQ(self.CStr(), row.fNext);
+    EXPECT_STREQ(self.CStr(), expected);
   }
 }
 
 TEST_F(MCStringNumbers, LoseTheZerosOfAFraction) {
-  const struct {
-    const char* fText;
-    const char* fTrimmed;
-    std::vector<std::string> fReports;
-  } kRows[] = {{"1,050", "1,05", {}},
-               {".0", "", {}},
-               {"\u00E9.10", "\u00E9.1", {}},
-               {"100", "100", {"TrimZeros: no separator"}}};
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fText);
-    AssertionGuard guard(row.fReports);
-    TMCString15 text(row.fText);
+  const std::tuple<const char*, const char*, std::vector<std::string>> kRows[] = {
+      {"1,050", "1,05", {}},
+      {".0", "", {}},
+      {"\u00E9.10", "\u00E9.1", {}},
+      {"100", "100", {"TrimZeros: no separator"}}};
+  for (const auto& [givenText, trimmed, reports] : kRows) {
+    SCOPED_TRACE(givenText);
+    AssertionGuard guard(reports);
+    TMCString15 text(givenText);
     text.TrimZeros();
-    EXPECT_STREQ(text.CStr(), row.fTrimmed);
+    EXPECT_STREQ(text.CStr(), trimmed);
   }
 }
 

@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include "HostedTest.h"
 #include "MCCountedPtr.h"
 #include "MCTranscoder.h"
@@ -83,27 +85,23 @@ TEST_F(MCStringUnicode, ToUnicodeKeepsToTheRoom) {
 }
 
 TEST_F(MCStringUnicode, TranscodedTextsOfEachEncoding) {
-  const struct {
-    const char* fLabel;
-    bool fIsUtf8;
-    const char* fBytes;
-    const char* fText;
-  } kRows[] = {{"one, two and three bytes", true, "a\u00E9\u20AC", "a\u00E9\u20AC"},
-               {"upper bits of four bytes are lost", true, "\U0001F600", "\xEF\x98\x80"},
-               {"an interrupted character is dropped", true, "a\xE2\x82z", "az"},
-               {"and one that the end interrupts", true, "a\xE2\x82", "a"},
-               {"bytes that begin nothing are replaced", true, "a\xFF\x80z", "a\xEF\xBF\xBD\xEF\xBF\xBDz"},
-               {"values that are no characters are replaced", true, "\xEF\xBF\xBFz\xF0\x90\x80\x80",
-                "\xEF\xBF\xBDz\xEF\xBF\xBD"},
-               {"Western", false, "caf\xE9 \x80 \x81", "caf\u00E9 \u20AC \xC2\x81"}};
+  const std::tuple<const char*, bool, const char*, const char*> kRows[] = {
+      {"one, two and three bytes", true, "a\u00E9\u20AC", "a\u00E9\u20AC"},
+      {"upper bits of four bytes are lost", true, "\U0001F600", "\xEF\x98\x80"},
+      {"an interrupted character is dropped", true, "a\xE2\x82z", "az"},
+      {"and one that the end interrupts", true, "a\xE2\x82", "a"},
+      {"bytes that begin nothing are replaced", true, "a\xFF\x80z", "a\xEF\xBF\xBD\xEF\xBF\xBDz"},
+      {"values that are no characters are replaced", true, "\xEF\xBF\xBFz\xF0\x90\x80\x80",
+       "\xEF\xBF\xBDz\xEF\xBF\xBD"},
+      {"Western", false, "caf\xE9 \x80 \x81", "caf\u00E9 \u20AC \xC2\x81"}};
   TMCCountedPtr<IMCTranscoder> utf8;
   CreateUtf8Transcoder(utf8.WriteInto());
   TMCCountedPtr<IMCTranscoder> western;
   CreateCodePageTranscoder(kWesternCodePage, western.WriteInto());
-  for (const auto& row : kRows) {
+  for (const auto& [label, isUtf8, bytes, givenText] : kRows) {
     TMCString63 text("earlier");
-    text.FromTranscoded(Bytes(row.fBytes), row.fIsUtf8 ? utf8.Get() : western.Get());
-    EXPECT_STREQ(text.CStr(), row.fText) << row.fLabel;
+    text.FromTranscoded(Bytes(bytes), isUtf8 ? utf8.Get() : western.Get());
+    EXPECT_STREQ(text.CStr(), givenText) << label;
   }
   TMCDynamicString text("kept");
   text.FromTranscoded(nullptr, utf8.Get());

@@ -27,8 +27,7 @@ TEST_F(ResourceFile, AnEmptyFileSaysAMapLengthTwoBytesShort) {
   const std::string values("\0\0\1\0\0\0\1\0\0\0\0\0\0\0\0\x1E", 16);
   EXPECT_EQ(Bytes(),
             values + std::string(240, '\0') + values + std::string("\0\0\0\0\0\0\0\0\0\x1C\0\x1E\xFF\xFF\0\0", 16));
-  MCResourceFile file;
-  ASSERT_EQ(file.Open(Path()), MC_S_OK);
+  OpenFile file(Path());
   EXPECT_EQ(file.GetTypeCount(), 0);
   EXPECT_EQ(file.GetHeader().rMapLength, 0x1EU);
 }
@@ -132,8 +131,7 @@ TEST_F(ResourceFile, AFileCutAnywhereFailsOrOpens) {
 
 TEST_F(ResourceFile, AFileThatShrinksWhileItIsOpenEndsEarly) {
   MakeFileToSpoil();
-  MCResourceFile file;
-  ASSERT_EQ(file.Open(Path()), MC_S_OK);
+  OpenFile file(Path());
   Resize(270);
   EXPECT_EQ(Data(file, kText, 128), "failed 39");
   EXPECT_EQ(Data(file, kDialog, 131), "four");
@@ -144,8 +142,7 @@ TEST_F(ResourceFile, LooksUpTheFirstOfThoseAlikeAndTellsWhatIsMissing) {
   std::string bytes = Bytes();
   bytes.replace(281 + 80, 2, std::string("\0\x80", 2));  // 'STR ' -2 becomes a second 128
   Put(bytes);
-  MCResourceFile file;
-  ASSERT_EQ(file.Open(Path()), MC_S_OK);
+  OpenFile file(Path());
   EXPECT_EQ(Data(file, kText, 128), "sixsix");
   MCResource* resource = nullptr;
   EXPECT_EQ(static_cast<uint32>(file.GetResource(kText, 129, &resource)), 0x800100C0U) << "in a type that is there";
@@ -159,8 +156,7 @@ TEST_F(ResourceFile, LooksUpTheFirstOfThoseAlikeAndTellsWhatIsMissing) {
 
 TEST_F(ResourceFile, CountsOutOfRangeAreReported) {
   MakeFileToSpoil();
-  MCResourceFile file;
-  ASSERT_EQ(file.Open(Path()), MC_S_OK);
+  OpenFile file(Path());
   MCResourceInfo info;
   const char* const kReport = "n >= 0 && n <= thisType->rTotal";
   const AssertionGuard guard({kReport, kReport});
@@ -196,8 +192,7 @@ TEST_F(ResourceFile, MarkedResourcesAreLoadedWithTheFileUntilOneOfTheirTypeFails
   std::string bytes = Bytes();
   bytes[256 + 32 + 3 * 8] = 1;  // the length of 'STR ' 2
   Put(bytes);
-  MCResourceFile file;
-  ASSERT_EQ(file.Open(Path(), false, true), MC_S_OK);
+  OpenFile file(Path(), false, true);
   const int loaded = fMemory.GetLiveBlocks();
   EXPECT_EQ(Data(file, kDialog, 2) + Data(file, kText, 1), "ddddtttt");
   EXPECT_EQ(fMemory.GetLiveBlocks(), loaded) << "were there already";

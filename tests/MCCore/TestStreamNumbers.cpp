@@ -2,6 +2,7 @@
 #include <clocale>
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "TokenText.h"
 
@@ -120,12 +121,7 @@ TEST_F(StreamNumbers, IntegersReadWhatEitherWriterOfTheirWidthWrites) {
 
 TEST_F(StreamNumbers, RealNumbersAreReadWithFractionAndExponent) {
   constexpr real64 kInfinity = std::numeric_limits<real64>::infinity();
-  const struct {
-    const char* fText;
-    real64 fValue;
-    bool fFails;
-    const char* fRest;
-  } rows[] = {
+  const std::tuple<const char*, real64, bool, const char*> rows[] = {
       {"1.5 ", 1.5, false, " "},
       {"-0.1,", -0.1, false, ","},
       {".5", 0.5, false, ""},
@@ -150,13 +146,13 @@ TEST_F(StreamNumbers, RealNumbersAreReadWithFractionAndExponent) {
       {":", 0, true, ":"},
       {"", 0, true, ""},
   };
-  for (const auto& row : rows) {
-    const AssertionGuard guard(row.fFails ? std::vector<std::string>{kStreamReport} : std::vector<std::string>{});
-    auto stream = Reading(row.fText);
+  for (const auto& [text, expected, fails, rest] : rows) {
+    const AssertionGuard guard(fails ? std::vector<std::string>{kStreamReport} : std::vector<std::string>{});
+    auto stream = Reading(text);
     real64 value = 7;
-    EXPECT_EQ(stream.ReadDouble(value).fail(), row.fFails) << row.fText;
-    EXPECT_DOUBLE_EQ(value, row.fValue) << row.fText;
-    EXPECT_EQ(Rest(stream), row.fRest) << row.fText;
+    EXPECT_EQ(stream.ReadDouble(value).fail(), fails) << text;
+    EXPECT_DOUBLE_EQ(value, expected) << text;
+    EXPECT_EQ(Rest(stream), rest) << text;
   }
 }
 

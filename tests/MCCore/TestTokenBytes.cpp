@@ -1,5 +1,6 @@
 // Hex lines, binary blocks, raw data and the packed form.
 #include <numeric>
+#include <tuple>
 #include <vector>
 
 #include "TokenText.h"
@@ -206,24 +207,20 @@ TYPED_TEST(TokenBytes, PackedDataIsReadInOtherPiecesThanItWasWritten) {
 }
 
 TYPED_TEST(TokenBytes, BadPackedDataIsReportedAndEndsInAnException) {
-  const struct {
-    const char* fText;
-    MCResult fCode;
-    const char* fReport;
-  } rows[] = {
+  const std::tuple<const char*, MCResult, const char*> rows[] = {
       {"000", MC_E_EOF, "!stream.eof()"},
       {"00$ \xFFp/", MC_E_EOF, "!stream.eof()"},
       {"00}", MC_E_INVALIDARG, "d!='}'"},
       {"{", MC_E_INVALIDARG, "d!='{'"},
   };
-  for (const auto& row : rows) {
-    const AssertionGuard guard({row.fReport, kThrowReport});
+  for (const auto& [text, code, report] : rows) {
+    const AssertionGuard guard({report, kThrowReport});
     uint8 data[3];
     uint32 state = 0;
-    auto stream = Reading<TypeParam>(row.fText);
-    EXPECT_THROW(MCToken::ReadPacked(stream, data, 3, state), TMCException) << row.fText;
+    auto stream = Reading<TypeParam>(text);
+    EXPECT_THROW(MCToken::ReadPacked(stream, data, 3, state), TMCException) << text;
     stream.Seek(0, kFromStart);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadPacked(stream, data, 3, state); }, nullptr), row.fCode) << row.fText;
+    EXPECT_EQ(CodeOf([&] { MCToken::ReadPacked(stream, data, 3, state); }, nullptr), code) << text;
   }
 }
 

@@ -1,4 +1,6 @@
 // Tokens, ids, groups: what is read, where reading stops, and how bad input ends.
+#include <tuple>
+
 #include "TokenText.h"
 
 namespace qlx::test {
@@ -154,31 +156,24 @@ TYPED_TEST(TokenLexer, IdsArePaddedAndStopAtBlanksAndCommas) {
 }
 
 TYPED_TEST(TokenLexer, PeekingLeavesTheToken) {
-  const struct {
-    const char* fText;
-    Kind fKind;
-    const char* fRest;
-  } rows[] = {
+  const std::tuple<const char*, Kind, const char*> rows[] = {
       {" # c\r\n a", Kind::kWord, "a"}, {" \"a\"", Kind::kString, "\"a\""}, {"$x", Kind::kBlock, "$x"},
       {"{", Kind::kOpen, "{"},          {" }", Kind::kClose, "}"},          {" ", Kind::kEnd, ""},
       {"# open", Kind::kEnd, ""},
   };
-  for (const auto& row : rows) {
-    auto stream = Reading<TypeParam>(row.fText);
-    EXPECT_EQ(MCToken::PeekKind(stream), row.fKind) << row.fText;
-    EXPECT_EQ(Rest(stream), row.fRest) << row.fText;
+  for (const auto& [text, kind, rest] : rows) {
+    auto stream = Reading<TypeParam>(text);
+    EXPECT_EQ(MCToken::PeekKind(stream), kind) << text;
+    EXPECT_EQ(Rest(stream), rest) << text;
     stream.Seek(0, kFromStart);
     bool atEnd = false;
-    EXPECT_EQ(CodeOf([&] { atEnd = MCToken::IsAtEnd(stream); }), row.fKind == Kind::kEnd ? MC_E_EOF : MC_S_OK);
-    EXPECT_EQ(atEnd, row.fKind == Kind::kClose) << row.fText;
+    EXPECT_EQ(CodeOf([&] { atEnd = MCToken::IsAtEnd(stream); }), kind == Kind::kEnd ? MC_E_EOF : MC_S_OK);
+    EXPECT_EQ(atEnd, kind == Kind::kClose) << text;
   }
 }
 
 TYPED_TEST(TokenLexer, BracesAreExpectedWhereTheyMustStand) {
-  const struct {
-    const char* fText;
-    MCResult fBegin, fEnd;
-  } rows[] = {
+  const std::tuple<const char*, MCResult, MCResult> rows[] = {
       {" { ", 0, MC_E_BADTOKEN},
       {" } ", MC_E_BADTOKEN, 0},
       {"\"{\"", MC_E_BADTOKEN, MC_E_BADTOKEN},
@@ -186,11 +181,11 @@ TYPED_TEST(TokenLexer, BracesAreExpectedWhereTheyMustStand) {
       {"$00000001\r{$", MC_E_BADTOKEN, MC_E_BADTOKEN},
       {"", MC_E_EOF, MC_E_EOF},
   };
-  for (const auto& row : rows) {
-    auto begin = Reading<TypeParam>(row.fText);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadBegin(begin); }), row.fBegin) << row.fText;
-    auto end = Reading<TypeParam>(row.fText);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadEnd(end); }), row.fEnd) << row.fText;
+  for (const auto& [text, beginCode, endCode] : rows) {
+    auto begin = Reading<TypeParam>(text);
+    EXPECT_EQ(CodeOf([&] { MCToken::ReadBegin(begin); }), beginCode) << text;
+    auto end = Reading<TypeParam>(text);
+    EXPECT_EQ(CodeOf([&] { MCToken::ReadEnd(end); }), endCode) << text;
   }
 }
 

@@ -1,5 +1,6 @@
 // The bytes of every kind of line, read back.
 #include <functional>
+#include <tuple>
 
 #include "PlatformTextGuard.h"
 #include "TokenText.h"
@@ -173,10 +174,7 @@ TEST_F(TokenLines, TextsForOtherSystemsAreLeftOut) {
 
 TEST_F(TokenLines, BadTextsEndInAnException) {
   TMCDynamicString text;
-  const struct {
-    const char* fText;
-    MCResult fShort, fLong;
-  } rows[] = {
+  const std::tuple<const char*, MCResult, MCResult> rows[] = {
       {"{", MC_E_BADTOKEN, MC_E_EOF},
       {"} \"x\"", MC_E_BADTOKEN, 0},
       {"$00000001\rx$ ", MC_E_BADTOKEN, MC_E_EOF},
@@ -185,11 +183,11 @@ TEST_F(TokenLines, BadTextsEndInAnException) {
       {"word ", 0, MC_E_EOF},
       {"", MC_E_EOF, MC_E_EOF},
   };
-  for (const auto& row : rows) {
-    auto stream = Reading(row.fText);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadString(stream, text); }), row.fShort) << row.fText;
+  for (const auto& [givenText, shortCode, longCode] : rows) {
+    auto stream = Reading(givenText);
+    EXPECT_EQ(CodeOf([&] { MCToken::ReadString(stream, text); }), shortCode) << givenText;
     stream.Seek(0, kFromStart);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadLongString(stream, text); }), row.fLong) << row.fText;
+    EXPECT_EQ(CodeOf([&] { MCToken::ReadLongString(stream, text); }), longCode) << givenText;
   }
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "AssertionGuard.h"
 #include "MCMatrix.h"
 #include "NotFinite.h"
@@ -53,11 +55,7 @@ TEST(Matrix, InverseUndoes) {
 }
 
 TEST(Matrix, SingularMatricesHaveNoInverse) {
-  const struct {
-    const char* fLabel;
-    TMatrix33 fMatrix;
-    bool fIsRegular;
-  } rows[] = {
+  const std::tuple<const char*, TMatrix33, bool> rows[] = {
       {"zero", TMatrix33::FromDiagonal(kZeroVector), false},
       {"flat", TMatrix33::FromDiagonal({1, 0, 1}), false},
       {"rank two", {1, 2, 3, 4, 5, 6, 7, 8, 9}, false},
@@ -69,12 +67,12 @@ TEST(Matrix, SingularMatricesHaveNoInverse) {
       {"very large", TMatrix33::FromDiagonal({1e30f, 1e30f, 1e30f}), true},
       {"uneven", TMatrix33::FromDiagonal({1e-12f, 1, 1e12f}), true},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fLabel);
+  for (const auto& [label, matrix, isRegular] : rows) {
+    SCOPED_TRACE(label);
     TMatrix33 inverse = kCounting;
-    EXPECT_EQ(row.fMatrix.GetInverse(inverse), row.fIsRegular);
-    if (row.fIsRegular) {
-      EXPECT_TRUE((row.fMatrix * inverse).IsEqual(kIdentityMatrix, 1e-6f));
+    EXPECT_EQ(matrix.GetInverse(inverse), isRegular);
+    if (isRegular) {
+      EXPECT_TRUE((matrix * inverse).IsEqual(kIdentityMatrix, 1e-6f));
     } else {
       EXPECT_EQ(inverse, kCounting);
     }

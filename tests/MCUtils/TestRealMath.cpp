@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "Angles.h"
 #include "AssertionGuard.h"
@@ -15,10 +16,7 @@ namespace qlx::test {
 namespace {
 
 TEST(Angles, ShiftKeepsWhatIsNearAndTurnsWhatIsFar) {
-  const struct {
-    const char* fLabel;
-    real32 fAngle, fReference, fExpected;
-  } rows[] = {
+  const std::tuple<const char*, real32, real32, real32> rows[] = {
       {"near", 3, 0, 3},
       {"half a turn stays", kRealPI, 0, kRealPI},
       {"one turn above", 7, 0, 7 - kRealTwoPI},
@@ -27,8 +25,8 @@ TEST(Angles, ShiftKeepsWhatIsNearAndTurnsWhatIsFar) {
       {"infinite", kInfinity, 0, kInfinity},
       {"infinite reference", 1, -kInfinity, 1},
   };
-  for (const auto& row : rows) {
-    EXPECT_FLOAT_EQ(ShiftByWholeTurns(row.fAngle, row.fReference), row.fExpected) << row.fLabel;
+  for (const auto& [label, angle, reference, expected] : rows) {
+    EXPECT_FLOAT_EQ(ShiftByWholeTurns(angle, reference), expected) << label;
   }
   EXPECT_TRUE(std::isnan(ShiftByWholeTurns(kNaN, 0)));
 }

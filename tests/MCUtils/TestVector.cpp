@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "MCVector.h"
 #include "NotFinite.h"
 
@@ -7,12 +9,7 @@ namespace qlx::test {
 namespace {
 
 TEST(Vector, NormalizeLeavesWhatHasNoDirection) {
-  const struct {
-    const char* fLabel;
-    TVector3 fVector;
-    real32 fTolerance;
-    bool fHasDirection;
-  } rows[] = {
+  const std::tuple<const char*, TVector3, real32, bool> rows[] = {
       {"zero", {0, 0, 0}, 0, false},
       {"at the tolerance", {kReal_SmallValue, 0, 0}, kReal_SmallValue, false},
       {"above the tolerance", {1.1e-6f, 0, 0}, kReal_SmallValue, true},
@@ -21,15 +18,15 @@ TEST(Vector, NormalizeLeavesWhatHasNoDirection) {
       {"infinite", {kInfinity, 0, 0}, 0, false},
       {"not a number", {0, kNaN, 0}, 0, false},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fLabel);
-    TVector3 v = row.fVector;
-    EXPECT_EQ(v.Normalize(row.fTolerance), row.fHasDirection);
-    if (row.fHasDirection) {
+  for (const auto& [label, vector, tolerance, hasDirection] : rows) {
+    SCOPED_TRACE(label);
+    TVector3 v = vector;
+    EXPECT_EQ(v.Normalize(tolerance), hasDirection);
+    if (hasDirection) {
       EXPECT_NEAR(v.GetMagnitude(), 1, 1e-7);
     } else {
       for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(v[i] == row.fVector[i] || std::isnan(row.fVector[i]));
+        EXPECT_TRUE(v[i] == vector[i] || std::isnan(vector[i]));
       }
     }
   }
