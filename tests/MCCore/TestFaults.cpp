@@ -279,9 +279,6 @@ TEST_F(FaultsDeathTest, AThreadThatIsOffEndsTheProcessAsEver) {
         std::thread(FaultAndExit).join();
       },
       EndedByFault, "");
-}
-
-TEST_F(FaultsDeathTest, AThreadThatSwitchedOffEndsTheProcessAsEver) {
   EXPECT_EXIT(
       {
         SwitchFaultTranslator(true);

@@ -178,7 +178,7 @@ TEST_F(MemoryStream, InfosAreCopiesByKey) {
 
 TEST_F(MemoryStream, LivesWithEveryRefusedAllocation) {
   WithEachAllocationRefused(fMemory, [](int) {
-    EXPECT_EQ(CodeOf([] {
+    EXPECT_EQ(TokenCodeOf([] {
                 TMCMemoryStream stream;
                 const std::string block(9000, 'x');
                 stream.Write(block.data(), 9000);

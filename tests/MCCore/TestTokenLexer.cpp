@@ -17,6 +17,16 @@ using TokenLexer = HostedTest;
 using Streams = testing::Types<TMCMemoryStream, ForeignStream>;
 TYPED_TEST_SUITE(TokenLexer, Streams);
 
+// The bytes of the group that comes next.
+std::string Captured(TMCStream& ioStream) {
+  uint8* data = nullptr;
+  uint32 size = 0;
+  MCToken::CaptureGroup(ioStream, data, size);
+  const std::string bytes(reinterpret_cast<char*>(data), size);
+  MCfree(data);
+  return bytes;
+}
+
 struct TokenRow {
   const char* fLabel;
   std::string fText;
@@ -69,14 +79,13 @@ TYPED_TEST(TokenLexer, ReadsOneTokenAndStopsBehindIt) {
 }
 
 TYPED_TEST(TokenLexer, SkippingStopsBehindATokenOrItsWholeGroup) {
-  struct Row {
+  const struct {
     const char* fLabel;
     const char* fText;
     MCResult fCode;
     const char* fRest;
     bool fInside;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"value", " 1,2 3", 0, " 3", false},
       {"of two tokens the first alone", "one two", 0, " two", false},
       {"group", "{ a { } b } c", 0, " c", false},
@@ -96,18 +105,15 @@ TYPED_TEST(TokenLexer, SkippingStopsBehindATokenOrItsWholeGroup) {
       {"header with another $", "{ $00$ } c", MC_E_BADTOKEN, "$ } c", false},
       {"header cut by the end", "{ $0000", MC_E_EOF, "", false},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.fLabel);
     auto stream = Reading<TypeParam>(row.fText);
-    EXPECT_EQ(CodeOf([&] { row.fInside ? MCToken::SkipToEnd(stream) : MCToken::SkipToken(stream); }), row.fCode);
+    EXPECT_EQ(TokenCodeOf([&] { row.fInside ? MCToken::SkipToEnd(stream) : MCToken::SkipToken(stream); }), row.fCode);
     EXPECT_EQ(Rest(stream), row.fRest);
     if (!row.fInside) {  // capturing ends where skipping does
       auto again = Reading<TypeParam>(row.fText);
-      uint8* data = nullptr;
-      uint32 size = 0;
-      EXPECT_EQ(CodeOf([&] { MCToken::CaptureGroup(again, data, size); }), row.fCode);
+      EXPECT_EQ(TokenCodeOf([&] { Captured(again); }), row.fCode);
       EXPECT_EQ(Rest(again), row.fRest);
-      MCfree(data);
     }
   }
 }
@@ -120,38 +126,33 @@ TYPED_TEST(TokenLexer, AMillionGroupsInEachOther) {
   MCToken::SkipToken(stream);
   EXPECT_EQ(Rest(stream), " end ");
   stream.Seek(0, kFromStart);
-  uint8* data = nullptr;
-  uint32 size = 0;
-  MCToken::CaptureGroup(stream, data, size);
-  EXPECT_EQ(size, text.size() - 5);
-  MCfree(data);
+  EXPECT_EQ(Captured(stream).size(), text.size() - 5);
   stream.Seek(0, kFromStart);
   TMCDynamicString captured;
   MCToken::CaptureGroupText(stream, captured);
   EXPECT_EQ(captured.ByteLength(), text.size() - 5 + 2 * kDepth);
   auto open = Reading<TypeParam>(std::string_view(text).substr(0, kDepth));
-  EXPECT_EQ(CodeOf([&] { MCToken::SkipToken(open); }), MC_E_EOF);
+  EXPECT_EQ(TokenCodeOf([&] { MCToken::SkipToken(open); }), MC_E_EOF);
 }
 
 TYPED_TEST(TokenLexer, IdsArePaddedAndStopAtBlanksAndCommas) {
-  struct Row {
+  const struct {
     const char* fText;
     MCID fID;
     const char* fRest;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"pset 1", "pset"_id, " 1"},     {"\r\n  psetx", "pset"_id, "x"}, {"id   5", "id  "_id, "  5"},
       {"id,self", "id  "_id, ",self"}, {"XYZ\r\n5", "XYZ "_id, "\n5"},  {"a'b'", 0x61006200, ""},
       {"{}\"# ", "{}\"#"_id, " "},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     auto stream = Reading<TypeParam>(row.fText);
     EXPECT_EQ(MCToken::ReadTokenId(stream), row.fID) << row.fText;
     EXPECT_EQ(Rest(stream), row.fRest) << row.fText;
   }
   for (const char* const text : {"", "  ", "a", "abc"}) {
     auto stream = Reading<TypeParam>(text);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadTokenId(stream); }), MC_E_EOF) << "an id cut by the end: " << text;
+    EXPECT_EQ(TokenCodeOf([&] { MCToken::ReadTokenId(stream); }), MC_E_EOF) << "an id cut by the end: " << text;
   }
 }
 
@@ -167,7 +168,7 @@ TYPED_TEST(TokenLexer, PeekingLeavesTheToken) {
     EXPECT_EQ(Rest(stream), rest) << text;
     stream.Seek(0, kFromStart);
     bool atEnd = false;
-    EXPECT_EQ(CodeOf([&] { atEnd = MCToken::IsAtEnd(stream); }), kind == Kind::kEnd ? MC_E_EOF : MC_S_OK);
+    EXPECT_EQ(TokenCodeOf([&] { atEnd = MCToken::IsAtEnd(stream); }), kind == Kind::kEnd ? MC_E_EOF : MC_S_OK);
     EXPECT_EQ(atEnd, kind == Kind::kClose) << text;
   }
 }
@@ -183,19 +184,15 @@ TYPED_TEST(TokenLexer, BracesAreExpectedWhereTheyMustStand) {
   };
   for (const auto& [text, beginCode, endCode] : rows) {
     auto begin = Reading<TypeParam>(text);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadBegin(begin); }), beginCode) << text;
+    EXPECT_EQ(TokenCodeOf([&] { MCToken::ReadBegin(begin); }), beginCode) << text;
     auto end = Reading<TypeParam>(text);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadEnd(end); }), endCode) << text;
+    EXPECT_EQ(TokenCodeOf([&] { MCToken::ReadEnd(end); }), endCode) << text;
   }
 }
 
 TYPED_TEST(TokenLexer, CaptureTakesAGroupAsItStandsOrAsSingleTokens) {
   auto stream = Reading<TypeParam>(" {\r\n a\t\"b \\\" c\" # note }\r\n $00000001\r}$ d{}\r\n} e");
-  uint8* data = nullptr;
-  uint32 size = 0;
-  MCToken::CaptureGroup(stream, data, size);
-  EXPECT_EQ(std::string(reinterpret_cast<char*>(data), size), " {\r\n a\t\"b \\\" c\" \r\n  d{}\r\n}");
-  MCfree(data);
+  EXPECT_EQ(Captured(stream), " {\r\n a\t\"b \\\" c\" \r\n  d{}\r\n}");
   EXPECT_EQ(Rest(stream), " e");
   stream.Seek(0, kFromStart);
   TMCDynamicString text;
@@ -210,23 +207,21 @@ TEST_F(TokenIds, ReadBackWithTheSameBits) {
     const char* fWhole;
     const char* fShort;
   } rows[] = {
-      {"pset"_id, "pset", "pset"},  {"id  "_id, "id  ", "id"}, {"a  b"_id, "a  b", "a"},
-      {0x61006200, "a'b'", "a'b'"}, {0, "''''", "''''"},       {0xFF80C3A9, "\xFF\x80\xC3\xA9", "\xFF\x80\xC3\xA9"},
+      {"pset"_id, "pset", "pset"},
+      {"id  "_id, "id  ", "id"},
+      {0x61006200, "a'b'", "a'b'"},
+      {0, "''''", "''''"},
+      {0xFF80C3A9, "\xFF\x80\xC3\xA9", "\xFF\x80\xC3\xA9"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(WrittenBy([&](TMCStream& s) { MCToken::WriteTokenId(s, row.fID); }), row.fWhole);
     EXPECT_EQ(WrittenBy([&](TMCStream& s) { MCToken::WriteTokenId(s, row.fID, true); }), row.fShort);
     EXPECT_EQ(MCToken::MakeToken(row.fWhole), row.fID);
+    const std::string text = row.fShort + std::string(" ");
+    auto stream = Reading(text);
+    EXPECT_EQ(MCToken::ReadTokenId(stream), row.fID);
   }
-  for (const MCID id : {"pset"_id, "id  "_id, "x   "_id, MCID{0x61006200}, MCID{0}}) {
-    for (const bool dropBlanks : {false, true}) {
-      TMCMemoryStream stream;
-      MCToken::WriteTokenId(stream, id, dropBlanks);
-      stream.Write(" ", 1);
-      stream.Seek(0, kFromStart);
-      EXPECT_EQ(MCToken::ReadTokenId(stream), id);
-    }
-  }
+  EXPECT_EQ(WrittenBy([](TMCStream& s) { MCToken::WriteTokenId(s, "a  b"_id, true); }), "a");
   EXPECT_EQ(MCToken::MakeToken(nullptr), "    "_id);
   EXPECT_EQ(MCToken::MakeToken("ab"), "ab  "_id);
   EXPECT_EQ(MCToken::MakeToken("abcdef"), "abcd"_id);

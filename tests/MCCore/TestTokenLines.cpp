@@ -64,9 +64,9 @@ TEST_F(TokenLines, BadValuesEndInAnException) {
   };
   for (const auto& row : rows) {
     auto stream = Reading(row.fText);
-    EXPECT_EQ(CodeOf([&] { row.fReader(stream); }), row.fCode) << row.fLabel;
+    EXPECT_EQ(TokenCodeOf([&] { row.fReader(stream); }), row.fCode) << row.fLabel;
     auto foreign = Reading<ForeignStream>(row.fText);
-    EXPECT_EQ(CodeOf([&] { row.fReader(foreign); }), row.fCode) << row.fLabel << ", foreign";
+    EXPECT_EQ(TokenCodeOf([&] { row.fReader(foreign); }), row.fCode) << row.fLabel << ", foreign";
   }
 }
 
@@ -185,9 +185,9 @@ TEST_F(TokenLines, BadTextsEndInAnException) {
   };
   for (const auto& [givenText, shortCode, longCode] : rows) {
     auto stream = Reading(givenText);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadString(stream, text); }), shortCode) << givenText;
+    EXPECT_EQ(TokenCodeOf([&] { MCToken::ReadString(stream, text); }), shortCode) << givenText;
     stream.Seek(0, kFromStart);
-    EXPECT_EQ(CodeOf([&] { MCToken::ReadLongString(stream, text); }), longCode) << givenText;
+    EXPECT_EQ(TokenCodeOf([&] { MCToken::ReadLongString(stream, text); }), longCode) << givenText;
   }
 }
 

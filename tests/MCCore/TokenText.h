@@ -4,12 +4,11 @@
 #include <string>
 #include <string_view>
 
+#include "CodeOf.h"
 #include "HostedTest.h"
-#include "MCException.h"
 #include "MCMemoryStream.h"
 #include "MCString.h"
 #include "MCToken.h"
-#include "SilentReports.h"
 
 namespace qlx::test {
 
@@ -41,22 +40,10 @@ std::string WrittenBy(Writer&& inWriter) {
   return Written(stream);
 }
 
-// The code of the exception that the work throws; 0 for none. It must carry the file's name, where one is expected, and
-// a line. Reports are not looked at.
+// An exception of tokens names its module.
 template <class Work>
-MCResult CodeOf(Work&& inWork, const char* inFile = "MCToken") {
-  const SilentReports silence;
-  MCResult code = MC_S_OK;
-  try {
-    inWork();
-  } catch (const TMCException& problem) {
-    code = problem.GetCode();
-    if (inFile) {
-      EXPECT_STREQ(problem.GetFileName(), inFile);
-    }
-    EXPECT_GT(problem.GetLine(), 0);
-  }
-  return code;
+MCResult TokenCodeOf(Work&& inWork) {
+  return CodeOf(inWork, "MCToken");
 }
 
 // The rest of a stream.

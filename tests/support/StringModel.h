@@ -3,7 +3,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -340,7 +339,6 @@ class StringModel {
   uint32 Size() const { return static_cast<uint32>(fBytes.size()); }
   uint32 Length() const { return fLength; }
   uint32 MaxLength() const { return fMaxLength; }
-  bool Grows() const { return fGrows; }
   void SetMaxLength(uint32 inMaxLength) {
     if (fGrows) {
       fMaxLength = inMaxLength;
