@@ -1,5 +1,6 @@
 #include "CodeOf.h"
 #include "HostedTest.h"
+#include "OwnedByTest.h"
 #include "ParamHolder.h"
 
 namespace qlx {
@@ -10,12 +11,9 @@ int gLiveValues = 0;
 
 // A type that counts its values and fills fresh ones with its own mark.
 template <std::size_t kSize>
-class CountingType final : public ParamType {
+class CountingType final : public test::OwnedByTest<ParamType> {
  public:
   explicit CountingType(MCID inWord) : fWord(inWord) {}
-  MCResult MC_CALL QueryInterface(const MCGuid&, void** outObject) override { return MCStoreNone(outObject); }
-  uint32 MC_CALL AddRef() override { return ++fRefCount; }
-  uint32 MC_CALL Release() override { return --fRefCount; }
   MCID MC_CALL GetTypeID() override { return fWord; }
   uint32 MC_CALL GetDataSize() override { return kSize; }
   void MC_CALL ConstructData(void* outData) override {
@@ -27,19 +25,14 @@ class CountingType final : public ParamType {
     std::memcpy(outDestination, inSource, kSize);
   }
 
-  uint32 fRefCount = 1;
-
  private:
   MCID fWord;
 };
 
-class TestRegistry final : public ParamTypeRegistry {
+class TestRegistry final : public test::OwnedByTest<ParamTypeRegistry> {
  public:
   TestRegistry() { SetParamTypeRegistry(this); }
   ~TestRegistry() { SetParamTypeRegistry(nullptr); }
-  MCResult MC_CALL QueryInterface(const MCGuid&, void** outObject) override { return MCStoreNone(outObject); }
-  uint32 MC_CALL AddRef() override { return 1; }
-  uint32 MC_CALL Release() override { return 1; }
   ParamType* MC_CALL GetParamType(MCID inWord) override {
     for (ParamType* const type : std::initializer_list<ParamType*>{&fReal, &fSigned, &fVector, &fDirection, &fFlag}) {
       if (type->GetTypeID() == inWord) {
@@ -104,7 +97,7 @@ TEST_F(ParamHolders, UnknownTypesAndMissingBytesThrow) {
   EXPECT_EQ(test::CodeOf([&] { ParamHolder(&fRegistry.fReal, nullptr); }), MC_E_INVALIDARG);
   OwningParamHolder holder;
   EXPECT_EQ(test::CodeOf([&] { holder.SetType("none"_id); }), MC_E_INVALIDARG);
-  EXPECT_EQ(fRegistry.fReal.fRefCount, 1U);
+  EXPECT_EQ(fRegistry.fReal.fRefs, 1U);
 }
 
 TEST_F(ParamHolders, OwnersMakeCopiesAndEndTheirValue) {
@@ -130,7 +123,7 @@ TEST_F(ParamHolders, OwnersMakeCopiesAndEndTheirValue) {
     EXPECT_EQ(gLiveValues, 2);
   }
   EXPECT_EQ(gLiveValues, 0);
-  EXPECT_EQ(fRegistry.fReal.fRefCount, 1U);
+  EXPECT_EQ(fRegistry.fReal.fRefs, 1U);
 }
 
 TEST_F(ParamHolders, ASourceWithoutTypeIsReportedUnlessItsOwnerToleratesIt) {

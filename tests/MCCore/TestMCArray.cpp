@@ -4,6 +4,7 @@
 #include "MCClassArray.h"
 #include "MCMemory.h"
 #include "MCPtrArray.h"
+#include "OwnedByTest.h"
 #include "SilentReports.h"
 
 namespace qlx::test {
@@ -373,13 +374,7 @@ TEST_F(ClassArray, ArraysOfArraysSurviveEveryRefusal) {
   });
 }
 
-class Referenced final : public IMCUnknown {
- public:
-  MCResult MC_CALL QueryInterface(const MCGuid&, void** outObject) override { return MCStoreNone(outObject); }
-  uint32 MC_CALL AddRef() override { return ++fRefs; }
-  uint32 MC_CALL Release() override { return --fRefs; }
-  uint32 fRefs = 1;
-};
+class Referenced final : public OwnedByTest<IMCUnknown> {};
 
 TEST_F(CountedPtrArray, HoldsAReferenceOfEachElement) {
   AssertionGuard guard({"fGrowSize is zero!!"});

@@ -7,6 +7,7 @@ namespace {
 
 using CountedPtr = HostedTest;
 using Query = HostedTest;
+using SmartPtr = HostedTest;
 
 class IOther : public IMCUnknown {
  public:
@@ -113,27 +114,16 @@ TEST_F(CountedPtr, TheNewReferenceIsTakenBeforeTheOldOneIsDropped) {
 
 TEST_F(CountedPtr, DeceasedPointersAndObjectsAreReportedAndNeverCalled) {
   Counted object;
-  const struct {
-    const char* fLabel;
-    IOther* fHeld;
-    IOther* fAssigned;
-    std::vector<std::string> fReports;
-    IOther* fResult;
-  } kRows[] = {
-      {"a freed variable", DeceasedPointer(), &object, {kDeceasedOld}, &object},
-      {"a deceased pointer", nullptr, DeceasedPointer(), {kDeceasedNew}, nullptr},
-      {"a deceased object", nullptr, DeceasedObject(), {kDeceasedNewObject}, nullptr},
-      {"all well", nullptr, &object, {}, &object},
+  const auto assigned = [](IOther* inHeld, IOther* inNext) {
+    MCAssignCounted(&inHeld, inNext);
+    return inHeld;
   };
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fLabel);
-    IOther* variable = row.fHeld;
-    AssertionGuard guard(row.fReports);
-    MCAssignCounted(&variable, row.fAssigned);
-    EXPECT_EQ(variable, row.fResult);
-  }
+  AssertionGuard guard({kDeceasedOld, kDeceasedNew, kDeceasedNewObject, "Bad Pointer", "Bad Pointer"});
+  EXPECT_EQ(assigned(nullptr, &object), &object);
+  EXPECT_EQ(assigned(DeceasedPointer(), &object), &object) << "a freed variable";
   EXPECT_EQ(object.fRefs, 3U);
-  AssertionGuard guard({"Bad Pointer", "Bad Pointer"});
+  EXPECT_EQ(assigned(nullptr, DeceasedPointer()), nullptr);
+  EXPECT_EQ(assigned(nullptr, DeceasedObject()), nullptr);
   MCAssignCounted<IOther>(nullptr, &object);
   MCAssignCounted(reinterpret_cast<IOther**>(DeceasedPointer()), static_cast<IOther*>(&object));
   EXPECT_EQ(object.fRefs, 3U);
@@ -195,10 +185,9 @@ struct Derived : Base {
   int& fDeleted;
 };
 
-TEST(TMCSmartPtr, DeletesWhatItOwnsOnce) {
+TEST_F(SmartPtr, DeletesWhatItOwnsOnce) {
   int deleted = 0;
   {
-    AssertionGuard guard;
     TMCSmartPtr<Base> owner(new Derived(deleted));
     owner.Adopt(owner.Get());
     EXPECT_EQ(deleted, 0);

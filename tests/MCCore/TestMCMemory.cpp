@@ -12,18 +12,6 @@ namespace {
 
 using Memory = HostedTest;
 
-TEST_F(Memory, BlocksComeFromTheHost) {
-  void* block = MCmalloc(16);
-  ASSERT_NE(block, nullptr);
-  MCMemoryFill(7, block, 16);
-  block = MCrealloc(block, 64);
-  ASSERT_NE(block, nullptr);
-  EXPECT_EQ(static_cast<uint8*>(block)[15], 7);
-  EXPECT_EQ(fMemory.GetLiveBlocks(), 1);
-  MCfree(block);
-  MCfree(nullptr);
-}
-
 TEST_F(Memory, WithoutAnAllocatorRequestsFailAndFreeIsQuiet) {
   IMemoryUtilities* const earlier = std::exchange(gMemoryUtilities, nullptr);
   testing::internal::CaptureStderr();

@@ -72,10 +72,7 @@ TYPED_TEST(Strings, AreAssignedAndAppendedTo) {
 // What an operation leaves at odds with the bytes, on purpose or by the caller's hand, ends with the next append.
 TYPED_TEST(Strings, CountAnewWhenTheyAreAppendedTo) {
   static constexpr uint16 kSurrogates[] = {0xD83D, 0xDE00, 0};
-  const struct {
-    const char* fLabel;
-    void (*fChange)(TypeParam&);
-  } kRows[] = {
+  const std::pair<const char*, void (*)(TypeParam&)> kRows[] = {
       {"bytes of one character", [](TypeParam& text) { (text += '\xC3') += '\xA9'; }},
       {"a byte that begins nothing", [](TypeParam& text) { text += '\x80'; }},
       {"a pair of surrogates", [](TypeParam& text) { text.FromUnicode(kSurrogates); }},
@@ -83,13 +80,13 @@ TYPED_TEST(Strings, CountAnewWhenTheyAreAppendedTo) {
       {"a byte length set by the caller", [](TypeParam& text) { text.SetByteLength(1); }},
       {"an insertion of what was at odds", [](TypeParam& text) { text.Insert(TMCString15() += '\x80', 0); }},
   };
-  for (const auto& row : kRows) {
+  for (const auto& [label, change] : kRows) {
     TypeParam text("abc");
-    row.fChange(text);
+    change(text);
     for (const char* added : {"b", "\xC3\xA9"}) {
       text += added;
       const TypeParam counted(text.CStr());
-      EXPECT_EQ(text.Length(), counted.Length()) << row.fLabel << ", " << added;
+      EXPECT_EQ(text.Length(), counted.Length()) << label << ", " << added;
     }
   }
 }
@@ -279,12 +276,7 @@ TEST_F(DynamicString, ReportsThatThereIsNoBlock) {
 }
 
 TEST_F(DynamicString, IsEmptyWhenMemoryIsRefused) {
-  const struct {
-    const char* fLabel;
-    void (*fChange)(TMCDynamicString&);
-    std::vector<std::string> fReports;
-    const char* fLeft;
-  } kRows[] = {
+  const std::tuple<const char*, void (*)(TMCDynamicString&), std::vector<std::string>, const char*> kRows[] = {
       {"assignment", [](TMCDynamicString& text) { text = "longer than before"; }, {kTooLong}, ""},
       {"append", [](TMCDynamicString& text) { text += "more"; }, {kTooLong}, ""},
       {"append to itself", [](TMCDynamicString& text) { text += text; }, {kTooLong}, ""},
@@ -292,15 +284,15 @@ TEST_F(DynamicString, IsEmptyWhenMemoryIsRefused) {
       {"a capacity", [](TMCDynamicString& text) { text.SetMaxLength(50); }, {}, ""},
       {"insertion", [](TMCDynamicString& text) { text.Insert(TMCString15("x"), 1); }, {"block"}, "abc"},
   };
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fLabel);
-    AssertionGuard guard(row.fReports);
+  for (const auto& [label, change, reports, left] : kRows) {
+    SCOPED_TRACE(label);
+    AssertionGuard guard(reports);
     TMCDynamicString text("abc");
     fMemory.RefuseAfter(0);
-    row.fChange(text);
+    change(text);
     EXPECT_TRUE(fMemory.HasRefused());
     fMemory.RefuseNothing();
-    ExpectText(text, row.fLeft, static_cast<uint32>(std::strlen(row.fLeft)));
+    ExpectText(text, left, static_cast<uint32>(std::strlen(left)));
     text = "usable";
     ExpectText(text, "usable", 6);
   }
@@ -320,12 +312,6 @@ TEST_F(DynamicString, ACapacityBeyondTheAddressSpaceIsRefused) {
   text.SetByteLength(0xFFFFFFFF);
 #endif
   ExpectText(text, "", 0);
-}
-
-TEST_F(DynamicString, LivesOnTheHostsHeap) {
-  const TMCString* const text = new TMCDynamicString("on the heap");
-  EXPECT_EQ(fMemory.GetLiveBlocks(), 2);
-  delete text;
 }
 
 TEST(MCUtf8, MissingBytesReadAsZero) {

@@ -1,9 +1,9 @@
 #include <tuple>
 
 #include "HostedTest.h"
-#include "MCCountedPtr.h"
 #include "MCTranscoder.h"
 #include "MCUnicodeString.h"
+#include "OwnedByTest.h"
 
 namespace qlx::test {
 namespace {
@@ -21,11 +21,8 @@ const uint8* Bytes(const char* inText) {
 }
 
 // Not a transcoder that anybody should write: it never ends a text.
-class EndlessTranscoder final : public IMCTranscoder {
+class EndlessTranscoder final : public OwnedByTest<IMCTranscoder> {
  public:
-  MCResult MC_CALL QueryInterface(const MCGuid&, void**) override { return MC_E_NOINTERFACE; }
-  uint32 MC_CALL AddRef() override { return 1; }
-  uint32 MC_CALL Release() override { return 1; }
   uint16 MC_CALL Translate(uint8) override { return fCalls++ % 3 ? 'x' : kIncomplete; }
 
  private:

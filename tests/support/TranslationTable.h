@@ -7,6 +7,7 @@
 
 #include "MCAsciiTranslation.h"
 #include "MCHostUtilities.h"
+#include "OwnedByTest.h"
 
 namespace qlx::test {
 
@@ -34,7 +35,7 @@ struct TableImage {
   std::vector<uint8> fBlocks = {0};
 };
 
-class HostedTable final : public IShSafeUtilities {
+class HostedTable final : public OwnedByTest<IShSafeUtilities> {
  public:
   explicit HostedTable(const std::vector<uint8>& inImage) : fEarlier(std::exchange(gShSafeUtilities, this)) {
     fResult = fTable.ReadImage(inImage.data(), inImage.size());
@@ -47,12 +48,6 @@ class HostedTable final : public IShSafeUtilities {
   MCResult GetResult() const { return fResult; }
   const TMCAsciiTranslationTable& Table() const { return fTable; }
 
-  MCResult MC_CALL QueryInterface(const MCGuid&, void** outObject) override {
-    *outObject = nullptr;
-    return MC_E_NOINTERFACE;
-  }
-  uint32 MC_CALL AddRef() override { return 1; }
-  uint32 MC_CALL Release() override { return 1; }
   void MC_CALL GetProcessorFeatures(ProcessorFeatures& outFeatures) override { outFeatures = {}; }
   const TMCAsciiTranslationTable* MC_CALL GetAsciiTranslationTable() override { return &fTable; }
 
