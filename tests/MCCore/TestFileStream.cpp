@@ -136,10 +136,8 @@ TEST_F(FileStream, TheBufferIsHalvedUntilThereIsMemory) {
 TEST_F(FileStream, AnEmptyEncodingIsReportedOnOutput) {
   TMCFileStream stream;
   stream.SetEncoding(nullptr);
-  {
-    const AssertionGuard guard({"fEncoding"});
-    EXPECT_EQ(stream.Open(Path(), kBoth, 0, nullptr), MC_S_OK);
-  }
+  const AssertionGuard guard({"fEncoding"});
+  EXPECT_EQ(stream.Open(Path(), kBoth, 0, nullptr), MC_S_OK);
   EXPECT_EQ(stream.Open(Path(), kStreamReadable, 0, nullptr), MC_S_OK);
 }
 

@@ -255,24 +255,20 @@ TEST_F(Array, WorksOnTheCallersMemory) {
 }
 
 TEST_F(Array, ImpossibleCountsLeaveItInvalidAndHarmless) {
+  const char* const few = "initialCount <= initialSpace";
+  const char* const many = "initialCount > initialSpace";
+  const char* const valid = "IsValid()";
+  AssertionGuard guard({few, many, kRefusedInConstructor, valid, valid, valid, few, many, valid,
+                        "nAsMCSize < kEndIndex", "nAsMCSize < kEndIndex"});
+  TMCArray<int> array(3, 2);
+  EXPECT_FALSE(array.AddElem(1));
+  EXPECT_FALSE(array.SetElemCount(1));
   int room[1] = {};
-  {
-    AssertionGuard guard({"initialCount <= initialSpace", "initialCount > initialSpace", kRefusedInConstructor,
-                          "IsValid()", "IsValid()", "IsValid()"});
-    TMCArray<int> array(3, 2);
-    EXPECT_FALSE(array.AddElem(1));
-    EXPECT_FALSE(array.SetElemCount(1));
-  }
-  {
-    AssertionGuard guard({"initialCount <= initialSpace", "initialCount > initialSpace", "IsValid()"});
-    TMCArray<int> array(kExternalMemory, room, 2, 1);
-    EXPECT_EQ(array.GetElemCount(), 0U);
-  }
-  AssertionGuard guard({"nAsMCSize < kEndIndex", "nAsMCSize < kEndIndex"});
-  TMCArray<uint8> array;
-  EXPECT_FALSE(array.SetElemCount(kEndIndex));
-  array.AddElem(1);
-  EXPECT_FALSE(array.AddElemCount(0xFFFFFFFF));
+  EXPECT_EQ(TMCArray<int>(kExternalMemory, room, 2, 1).GetElemCount(), 0U);
+  TMCArray<uint8> bytes;
+  EXPECT_FALSE(bytes.SetElemCount(kEndIndex));
+  bytes.AddElem(1);
+  EXPECT_FALSE(bytes.AddElemCount(0xFFFFFFFF));
   EXPECT_EQ(fMemory.GetRequests(), 1);
 }
 

@@ -130,23 +130,17 @@ TEST_F(CountedPtr, DeceasedPointersAndObjectsAreReportedAndNeverCalled) {
 }
 
 TEST_F(CountedPtr, AccessAndReleaseOfDeceasedObjectsAreReported) {
-  const char* const deceased = "!MCCheckDeceased(*(void**)fObject)";
+  const char* const access = "fObject && !MCCheckDeceased(*(void**)fObject)";
+  AssertionGuard guard({access, access, "(fObject == NULL) || !MCCheckDeceased(*(void**)fObject)",
+                        "!MCCheckDeceased(*(void**)fObject)", "!MCCheckDeceased(fObject)"});
   TMCCountedPtr<IOther> pointer;
-  {
-    AssertionGuard guard({"fObject && !MCCheckDeceased(*(void**)fObject)"});
-    EXPECT_EQ(pointer.operator->(), nullptr);
-    EXPECT_EQ(pointer.Get(), nullptr);
-  }
+  EXPECT_EQ(pointer.operator->(), nullptr);
+  EXPECT_EQ(pointer.Get(), nullptr);
   pointer.Adopt(DeceasedObject());
-  {
-    AssertionGuard guard({"fObject && !MCCheckDeceased(*(void**)fObject)",
-                          "(fObject == NULL) || !MCCheckDeceased(*(void**)fObject)", deceased});
-    EXPECT_EQ(pointer.operator->(), DeceasedObject());
-    EXPECT_EQ(pointer.Get(), DeceasedObject());
-    pointer.Clear();
-  }
+  EXPECT_EQ(pointer.operator->(), DeceasedObject());
+  EXPECT_EQ(pointer.Get(), DeceasedObject());
+  pointer.Clear();
   pointer.Adopt(DeceasedPointer());
-  AssertionGuard guard({"!MCCheckDeceased(fObject)"});
   pointer.Clear();
 }
 

@@ -100,21 +100,17 @@ TEST_F(MemoryStream, ViewsAreCheckedWhenTheyAreMade) {
 TEST_F(MemoryStream, AViewCannotGrowAndKeepsItsMode) {
   char memory[4] = {'a', 'b', 'c', 'd'};
   uint8 byte = 0;
-  {
-    const AssertionGuard guard({kStreamReport, kStreamReport});
-    TMCMemoryStream stream(memory, 4, kStreamWritable);
-    stream.Seek(2, kFromStart).Write("xyz", 3);
-    EXPECT_TRUE(stream.fail());
-    EXPECT_EQ(std::string_view(memory, 4), "abcd") << "all or nothing";
-    stream.Write("xy", 2);
-    EXPECT_EQ(std::string_view(memory, 4), "abxy");
-    stream.Seek(0, kFromStart);
-    EXPECT_TRUE(stream.GetByte(byte).fail()) << "cannot be read";
-  }
-  const AssertionGuard guard({kStreamReport});
+  const AssertionGuard guard({kStreamReport, kStreamReport, kStreamReport});
+  TMCMemoryStream stream(memory, 4, kStreamWritable);
+  stream.Seek(2, kFromStart).Write("xyz", 3);
+  EXPECT_TRUE(stream.fail());
+  EXPECT_EQ(std::string_view(memory, 4), "abcd") << "all or nothing";
+  stream.Write("xy", 2);
+  EXPECT_EQ(std::string_view(memory, 4), "abxy");
+  stream.Seek(0, kFromStart);
+  EXPECT_TRUE(stream.GetByte(byte).fail()) << "cannot be read";
   const TMCString15 text("text");
-  TMCMemoryStream stream(text);
-  EXPECT_TRUE(stream.Write("x", 1).fail()) << "cannot be written";
+  EXPECT_TRUE(TMCMemoryStream(text).Write("x", 1).fail()) << "cannot be written";
   EXPECT_EQ(text, "text");
 }
 
