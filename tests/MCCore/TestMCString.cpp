@@ -127,16 +127,13 @@ TYPED_TEST(Strings, ReadCharactersAndBytes) {
   EXPECT_STREQ(copy, kMixed);
 }
 
-TYPED_TEST(Strings, MeasureParts) {
+TYPED_TEST(Strings, ReportPartsPastTheirEnd) {
   const char* const past = "Substring extends past end of string!";
-  const std::tuple<int32, uint32, uint32, std::vector<std::string>> kRows[] = {
-      {1, 2, 5, {}}, {-3, 1, 1, {}}, {3, 9, 5, {past}}, {99, 0xFFFFFFFF, 0, {past}}, {9, 0, 0, {}}};
+  AssertionGuard guard({past, past});
   const TypeParam text(kMixed);
-  for (const auto& [index, length, bytes, reports] : kRows) {
-    SCOPED_TRACE(testing::Message() << index << ", " << length);
-    AssertionGuard guard(reports);
-    EXPECT_EQ(text.GetSubStringByteLength(index, length), bytes);
-  }
+  EXPECT_EQ(text.GetSubStringByteLength(3, 9), 5U);
+  EXPECT_EQ(text.GetSubStringByteLength(99, 0xFFFFFFFF), 0U);
+  EXPECT_EQ(text.GetSubStringByteLength(9, 0), 0U);
 }
 
 TYPED_TEST(Strings, BytesThatBeginNoCharacterAreReportedByFindChar) {
