@@ -72,6 +72,13 @@ class StringSteps {
     return kChars[Below(static_cast<uint32>(std::size(kChars)))];
   }
 
+  // Operations that bear the same names.
+  template <class Operation>
+  static void Both(Form& ioForm, Operation&& inOperation) {
+    inOperation(ioForm.fText);
+    inOperation(ioForm.fModel);
+  }
+
   void Change(Form& ioForm) {
     auto& [text, model] = ioForm;
     const uint32 operation = Below(9);
@@ -108,11 +115,8 @@ class StringSteps {
         units.push_back(0);
         return text.FromUnicode(units.data());
       }
-      case 7: {
-        const uint32 room = 1 + Below(64);
-        text.SetMaxLength(room);
-        return model.SetMaxLength(room);
-      }
+      case 7:
+        return Both(ioForm, [room = 1 + Below(64)](auto& form) { form.SetMaxLength(room); });
       default: {
         const std::string part = bytes.substr(0, 255);
         const std::string pascal = static_cast<char>(part.size()) + part;
@@ -134,32 +138,21 @@ class StringSteps {
       case 1:
         return Same(text.DeleteBytes(index, count), model.DeleteBytes(index, count));
       case 2:
-        text.SetLength(static_cast<uint32>(count));
-        return model.SetLength(static_cast<uint32>(count));
+        return Both(ioForm, [&](auto& form) { form.SetLength(static_cast<uint32>(count)); });
       case 3:
-        text.Extract(index, count);
-        return model.Extract(index, count);
-      case 4: {
-        const uint16 character = Char();
-        text.SetChar(character, index);
-        return model.SetChar(character, index);
-      }
-      case 5: {
-        const char byte = static_cast<char>(fNext());
-        text.SetByte(byte, index);
-        return model.SetByte(byte, index);
-      }
+        return Both(ioForm, [&](auto& form) { form.Extract(index, count); });
+      case 4:
+        return Both(ioForm, [&, character = Char()](auto& form) { form.SetChar(character, index); });
+      case 5:
+        return Both(ioForm, [&, byte = static_cast<char>(fNext())](auto& form) { form.SetByte(byte, index); });
       case 6: {
         const std::string find = Piece();
         const std::string replacement = Piece();
         return Same(text.Replace(TMCString15(find.c_str()), TMCString15(replacement.c_str()), index),
                     model.Replace(find, replacement, index));
       }
-      case 7: {
-        const auto mode = static_cast<int32>(Below(3));
-        text.NormalizeLineEnds(mode);
-        return model.NormalizeLineEnds(mode);
-      }
+      case 7:
+        return Both(ioForm, [mode = static_cast<int32>(Below(3))](auto& form) { form.NormalizeLineEnds(mode); });
       default: {
         const std::string value = Text().substr(0, 60);
         if (value.find('^') == std::string::npos) {
@@ -205,8 +198,7 @@ class StringSteps {
         std::snprintf(scratch, sizeof scratch, "%.2f", value);
         return model.Assign(scratch);
       case 4:
-        text.TrimZeros();
-        return model.TrimZeros();
+        return Both(ioForm, [](auto& form) { form.TrimZeros(); });
       case 5:
         text.IncrementNumber(text);
         return model.Increment();
