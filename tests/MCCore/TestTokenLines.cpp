@@ -132,8 +132,11 @@ TEST_F(TokenLines, AByte01InATextEscapesAndIsLost) {
   MCToken::WriteString(stream, "text"_id, TMCString15("a\x01\x62"));
   EXPECT_EQ(Written(stream), "text \"a\x01\x62\"\r\n");
   stream.Seek(5, kFromStart);
-  TMCString15 text;
+  TMCDynamicString text;
   MCToken::ReadString(stream, text);
+  EXPECT_EQ(text, "ab");
+  stream.Seek(5, kFromStart);
+  MCToken::ReadLongString(stream, text);
   EXPECT_EQ(text, "ab");
 }
 
