@@ -52,26 +52,22 @@ TEST_F(MCAsciiTranslation, TheSecondBlockBeginsAtTheLastByteOfTheFirst) {
 }
 
 TEST_F(MCAsciiTranslation, ImagesThatAreNotWholeAreRefused) {
-  const struct {
-    const char* fLabel;
-    std::vector<uint8> fBlocks;
-    MCResult fResult;
-    const char* fText;  // of 'k' in direction 0
-  } kRows[] = {{"no blocks", {}, MC_E_EOF, nullptr},
-               {"an absent block is followed by itself", {0}, MC_S_OK, nullptr},
-               {"the text's end is the second block, which is absent", {3, 'k', 'K', 0}, MC_S_OK, "K"},
-               {"the first block ends early", {3, 'k', 'K'}, MC_E_EOF, nullptr},
-               {"the second block ends early", {4, 'k', 'K', 0, 2, 'z'}, MC_E_EOF, nullptr},
-               {"a text without an end", {3, 'k', 'K', 1, 0}, MC_S_OK, nullptr},
-               {"a key without a text", {1, 'k', 0}, MC_E_EOF, nullptr}};
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fLabel);
+  const std::tuple<const char*, std::vector<uint8>, MCResult, const char*> kRows[] = {
+      {"no blocks", {}, MC_E_EOF, nullptr},
+      {"an absent block is followed by itself", {0}, MC_S_OK, nullptr},
+      {"the text's end is the second block, which is absent", {3, 'k', 'K', 0}, MC_S_OK, "K"},
+      {"the first block ends early", {3, 'k', 'K'}, MC_E_EOF, nullptr},
+      {"the second block ends early", {4, 'k', 'K', 0, 2, 'z'}, MC_E_EOF, nullptr},
+      {"a text without an end", {3, 'k', 'K', 1, 0}, MC_S_OK, nullptr},
+      {"a key without a text", {1, 'k', 0}, MC_E_EOF, nullptr}};
+  for (const auto& [label, blocks, result, textOfK] : kRows) {
+    SCOPED_TRACE(label);
     TableImage image;
-    image.fBlocks = row.fBlocks;
+    image.fBlocks = blocks;
     TMCAsciiTranslationTable table;
     const std::vector<uint8> bytes = image.Bytes();
-    EXPECT_EQ(table.ReadImage(bytes.data(), bytes.size()), row.fResult);
-    EXPECT_STREQ(table.GetEscapeString('k', 0), row.fText);
+    EXPECT_EQ(table.ReadImage(bytes.data(), bytes.size()), result);
+    EXPECT_STREQ(table.GetEscapeString('k', 0), textOfK);
   }
   WithEachAllocationRefused(fMemory, [](int step) {
     const std::vector<uint8> bytes = SomeTable().Bytes();
@@ -153,30 +149,26 @@ TEST_F(MCAsciiTranslation, ExportsToAnotherTextAndKeepsItsOwn) {
 TEST_F(MCAsciiTranslation, ImportsTheVariantOfThisSystem) {
   const HostedTable host(SomeTable().Bytes());
   PlatformTextGuard platform;
-  const struct {
-    const char* fLabel;
-    const char* fText;
-    const char* fUtf8;     // without translation
-    const char* fWestern;  // with it, and by bytes
-  } kRows[] = {{"no variants", "A@WB", "A@WB", "a@WB"},
-               {"ours first", "@WmyA@Mx", "myA", "mya"},
-               {"ours last", "@Mx@WmyA", "myA", "mya"},
-               {"ours is not there", "@MxA", "", ""},
-               {"more characters than one byte", "@W\u00E9@M", "\u00E9", "\u00E9"}};
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.fLabel);
-    TMCString31 text(row.fText);
+  const std::tuple<const char*, const char*, const char*, const char*> kRows[] = {
+      {"no variants", "A@WB", "A@WB", "a@WB"},
+      {"ours first", "@WmyA@Mx", "myA", "mya"},
+      {"ours last", "@Mx@WmyA", "myA", "mya"},
+      {"ours is not there", "@MxA", "", ""},
+      {"more characters than one byte", "@W\u00E9@M", "\u00E9", "\u00E9"}};
+  for (const auto& [label, given, untranslated, translated] : kRows) {
+    SCOPED_TRACE(label);
+    TMCString31 text(given);
     platform.UseUtf8CodePage();
     text.ImportTranslated();
-    EXPECT_STREQ(text.CStr(), row.fUtf8);
-    text = row.fText;
+    EXPECT_STREQ(text.CStr(), untranslated);
+    text = given;
     platform.UseWesternCodePage();
     text.ImportTranslated();
-    EXPECT_STREQ(text.CStr(), row.fWestern);
-    text = row.fText;
+    EXPECT_STREQ(text.CStr(), translated);
+    text = given;
     platform.UseUtf8CodePage();
     text.ImportTranslatedBytes();
-    EXPECT_STREQ(text.CStr(), row.fWestern);
+    EXPECT_STREQ(text.CStr(), translated);
   }
 }
 

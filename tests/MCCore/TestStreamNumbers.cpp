@@ -13,11 +13,7 @@ using StreamNumbers = HostedTest;
 
 TEST_F(StreamNumbers, RealNumbersAreWrittenInTheirFewestDecimals) {
   constexpr real64 kInfinity = std::numeric_limits<real64>::infinity();
-  const struct {
-    real64 fValue;
-    int32 fPrecision;
-    const char* fText;
-  } rows[] = {
+  const std::tuple<real64, int32, const char*> rows[] = {
       {1.5, 8, "1.5"},
       {-0.0, 8, "0"},
       {1.05, 8, "1.05"},  // the zero in front stays
@@ -38,13 +34,14 @@ TEST_F(StreamNumbers, RealNumbersAreWrittenInTheirFewestDecimals) {
       {-kInfinity, 8, "-2147483647"},
       {5e-324, 15, "0"},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(WrittenBy([&](TMCStream& s) {
-                s.precision(row.fPrecision);
-                s.WriteDouble(row.fValue);
-              }),
-              row.fText)
-        << row.fValue << ", " << row.fPrecision;
+  const auto written = [](real64 value, int32 precision) {
+    return WrittenBy([&](TMCStream& s) {
+      s.precision(precision);
+      s.WriteDouble(value);
+    });
+  };
+  for (const auto& [value, precision, text] : rows) {
+    EXPECT_EQ(written(value, precision), text) << value << ", " << precision;
   }
 }
 
@@ -55,15 +52,12 @@ TEST_F(StreamNumbers, AValueThatIsNoNumberIsReportedAndWrittenAsZero) {
 }
 
 TEST_F(StreamNumbers, FloatsAreRoundedToSixDecimalsFirst) {
-  const struct {
-    real32 fValue;
-    const char* fText;
-  } rows[] = {
-      {0.1F, "0.1"}, {1.0000004F, "1"}, {-0.0000014F, "-0.000001"}, {16777216.0F, "16777216"}, {3e38F, "2147483647"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(WrittenBy([&](TMCStream& s) { s.WriteFloat(row.fValue); }), row.fText);
-  }
+  const std::string written = WrittenBy([](TMCStream& s) {
+    for (const real32 value : {0.1F, 1.0000004F, -0.0000014F, 16777216.0F, 3e38F}) {
+      s.WriteFloat(value).WriteText(" ");
+    }
+  });
+  EXPECT_EQ(written, "0.1 1 -0.000001 16777216 2147483647 ");
 }
 
 TEST_F(StreamNumbers, EightBitValuesAreRawBytes) {

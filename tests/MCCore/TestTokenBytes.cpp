@@ -55,12 +55,7 @@ TEST_F(TokenHexData, ComesBackWhateverItsSize) {
 
 TYPED_TEST(TokenBytes, BadHexDataEndsInAnException) {
   const std::string line(128, 'F');
-  const struct {
-    const char* fLabel;
-    std::string fText;
-    uint32 fCount;
-    MCResult fCode;
-  } rows[] = {
+  const std::tuple<const char*, std::string, uint32, MCResult> rows[] = {
       {"two lines", line + " MORE FF ", 65, 0},
       {"shorter lines", "01 MORE 02 MORE 03 ", 3, 0},
       {"a text with line ends in it", "\"01\r\n02\" ", 2, 0},
@@ -76,10 +71,13 @@ TYPED_TEST(TokenBytes, BadHexDataEndsInAnException) {
       {"ends behind the digits", "01", 1, MC_E_EOF},
       {"more digits than a line holds", line + "1122 MORE FF ", 65, 0},
   };
-  for (const auto& row : rows) {
-    std::vector<uint8> data(row.fCount);
-    auto stream = Reading<TypeParam>(row.fText);
-    EXPECT_EQ(TokenCodeOf([&] { MCToken::ReadHexData(stream, row.fCount, data.data()); }), row.fCode) << row.fLabel;
+  const auto codeOf = [](const std::string& text, uint32 count) {
+    std::vector<uint8> data(count);
+    auto stream = Reading<TypeParam>(text);
+    return TokenCodeOf([&] { MCToken::ReadHexData(stream, count, data.data()); });
+  };
+  for (const auto& [label, text, count, code] : rows) {
+    EXPECT_EQ(codeOf(text, count), code) << label;
   }
 }
 

@@ -202,26 +202,25 @@ TYPED_TEST(TokenLexer, CaptureTakesAGroupAsItStandsOrAsSingleTokens) {
 }
 
 TEST_F(TokenIds, ReadBackWithTheSameBits) {
-  const struct {
-    MCID fID;
-    const char* fWhole;
-    const char* fShort;
-  } rows[] = {
+  const std::tuple<MCID, const char*, const char*> rows[] = {
       {"pset"_id, "pset", "pset"},
       {"id  "_id, "id  ", "id"},
       {0x61006200, "a'b'", "a'b'"},
       {0, "''''", "''''"},
       {0xFF80C3A9, "\xFF\x80\xC3\xA9", "\xFF\x80\xC3\xA9"},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(WrittenBy([&](TMCStream& s) { MCToken::WriteTokenId(s, row.fID); }), row.fWhole);
-    EXPECT_EQ(WrittenBy([&](TMCStream& s) { MCToken::WriteTokenId(s, row.fID, true); }), row.fShort);
-    EXPECT_EQ(MCToken::MakeToken(row.fWhole), row.fID);
-    const std::string text = row.fShort + std::string(" ");
+  const auto written = [](MCID id, bool dropBlanks) {
+    return WrittenBy([&](TMCStream& s) { MCToken::WriteTokenId(s, id, dropBlanks); });
+  };
+  for (const auto& [id, whole, shortened] : rows) {
+    EXPECT_EQ(written(id, false), whole);
+    EXPECT_EQ(written(id, true), shortened);
+    EXPECT_EQ(MCToken::MakeToken(whole), id);
+    const std::string text = shortened + std::string(" ");
     auto stream = Reading(text);
-    EXPECT_EQ(MCToken::ReadTokenId(stream), row.fID);
+    EXPECT_EQ(MCToken::ReadTokenId(stream), id);
   }
-  EXPECT_EQ(WrittenBy([](TMCStream& s) { MCToken::WriteTokenId(s, "a  b"_id, true); }), "a");
+  EXPECT_EQ(written("a  b"_id, true), "a");
   EXPECT_EQ(MCToken::MakeToken(nullptr), "    "_id);
   EXPECT_EQ(MCToken::MakeToken("ab"), "ab  "_id);
   EXPECT_EQ(MCToken::MakeToken("abcdef"), "abcd"_id);

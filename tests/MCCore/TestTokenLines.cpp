@@ -41,12 +41,7 @@ TEST_F(TokenLines, BadValuesEndInAnException) {
   uint16 shorts[3];
   using Reader = std::function<void(TMCStream&)>;
   const Reader array = [&](TMCStream& s) { MCToken::ReadUInt16Array(s, shorts, 3); };
-  const struct {
-    const char* fLabel;
-    Reader fReader;
-    const char* fText;
-    MCResult fCode;
-  } rows[] = {
+  const std::tuple<const char*, Reader, const char*, MCResult> rows[] = {
       {"a blank for a comma", array, "1 2,3 ", MC_E_BADTOKEN},
       {"blanks behind commas are fine", array, "1, 2,\r\n3 ", 0},
       {"no value between commas", array, "1,,3 ", MC_E_BADTOKEN},
@@ -62,11 +57,10 @@ TEST_F(TokenLines, BadValuesEndInAnException) {
       {"the last byte", [](TMCStream& s) { MCToken::ReadUInt8(s); }, " x", 0},
       {"id", [](TMCStream& s) { MCToken::ReadIdValue(s); }, "ab", MC_E_EOF},
   };
-  for (const auto& row : rows) {
-    auto stream = Reading(row.fText);
-    EXPECT_EQ(TokenCodeOf([&] { row.fReader(stream); }), row.fCode) << row.fLabel;
-    auto foreign = Reading<ForeignStream>(row.fText);
-    EXPECT_EQ(TokenCodeOf([&] { row.fReader(foreign); }), row.fCode) << row.fLabel << ", foreign";
+  const auto codeOf = [](const Reader& inReader, auto&& inStream) { return TokenCodeOf([&] { inReader(inStream); }); };
+  for (const auto& [label, reader, text, code] : rows) {
+    EXPECT_EQ(codeOf(reader, Reading(text)), code) << label;
+    EXPECT_EQ(codeOf(reader, Reading<ForeignStream>(text)), code) << label << ", foreign";
   }
 }
 
