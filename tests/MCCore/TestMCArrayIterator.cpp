@@ -23,7 +23,9 @@ class Iterators : public HostedTest {
 
 TEST_F(Iterators, WalkForwardsAndBackwards) {
   std::vector<int> seen;
-  TMCPtrIterator pointers(fPointers);
+  TMCPtrArray<int> copy;
+  EXPECT_TRUE(copy = fPointers);
+  TMCPtrIterator pointers(copy);
   for (int* value = pointers.First(); pointers.More(); value = pointers.Next()) {
     seen.push_back(*value);
   }

@@ -65,7 +65,7 @@ TYPED_TEST(Strings, AreAssignedAndAppendedTo) {
   const TypeParam& self = text;
   text = self;
   ExpectText(text, "xyz", 3);
-  text = "";
+  text = TypeParam();
   ExpectText(text, "", 0);
 }
 

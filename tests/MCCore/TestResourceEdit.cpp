@@ -51,6 +51,7 @@ TEST_F(ResourceEdit, ASavedFileReadsBackAndAnUnsavedOneIsAsItWas) {
   EXPECT_TRUE(file.IsChanged());
   ASSERT_EQ(file.Save(), MC_S_OK);
   EXPECT_FALSE(file.IsChanged());
+  EXPECT_EQ(file.Save(), MC_S_OK) << "nothing to save";
   ASSERT_EQ(file.RenameResource(kText, 1, TMCString15("other")), MC_S_OK);
   ASSERT_EQ(file.RemoveResource(kDialog, 3), MC_S_OK);
   ASSERT_EQ(file.SetAttributes(kText, 2, kResPreload), MC_S_OK);
