@@ -284,27 +284,23 @@ TEST_F(Array, IsInvalidOnceDestroyed) {
 }
 
 TEST_F(Array, StaysAsItWasWhenMemoryIsRefused) {
-  {
-    AssertionGuard guard(
-        {kRefused, kRefused, kRefused, kRefused, "Unable to complete operator=() memory allocation failed."});
-    const TMCArray<int> larger = Counting(20);
-    TMCArray<int> array = Counting(3);
-    array.SetElemSpace(3);
-    const auto refused = [&](auto&& inChange) {
-      fMemory.RefuseAfter(0);
-      EXPECT_FALSE(inChange());
-      EXPECT_EQ(Values(array), (Ints{0, 1, 2}));
-      EXPECT_EQ(array.GetElemSpace(), 3U);
-    };
-    refused([&] { return array.AddElem(3); });
-    refused([&] { return array.SetElemCount(9); });
-    refused([&] { return array.AddElemCount(2); });
-    refused([&] { return array = larger; });
-  }
-  AssertionGuard guard({kRefused, kRefusedInConstructor});
+  AssertionGuard guard({kRefused, kRefused, kRefused, kRefused,
+                        "Unable to complete operator=() memory allocation failed.", kRefused, kRefusedInConstructor});
+  const TMCArray<int> larger = Counting(20);
+  TMCArray<int> array = Counting(3);
+  array.SetElemSpace(3);
+  const auto refused = [&](auto&& inChange) {
+    fMemory.RefuseAfter(0);
+    EXPECT_FALSE(inChange());
+    EXPECT_EQ(Values(array), (Ints{0, 1, 2}));
+    EXPECT_EQ(array.GetElemSpace(), 3U);
+  };
+  refused([&] { return array.AddElem(3); });
+  refused([&] { return array.SetElemCount(9); });
+  refused([&] { return array.AddElemCount(2); });
+  refused([&] { return array = larger; });
   fMemory.RefuseAfter(0);
-  const TMCArray<int> array(1, 1);
-  EXPECT_EQ(array.GetElemCount(), 0U);
+  EXPECT_EQ(TMCArray<int>(1, 1).GetElemCount(), 0U);
 }
 
 #if SIZE_MAX == UINT32_MAX

@@ -24,18 +24,10 @@ struct Plain : TMCObject {
 
 using Listed = std::vector<TMCCountedObject*>;
 
-Listed Forward(const TestBookkeeping& inBooks) {
+Listed Walk(TMCCountedObject* inFirst, TMCCountedObject* (TMCCountedObject::*inNext)() const) {
   Listed objects;
-  for (TMCCountedObject* object = inBooks.fHead; object; object = object->GetNextObject()) {
+  for (TMCCountedObject* object = inFirst; object; object = (object->*inNext)()) {
     objects.push_back(object);
-  }
-  return objects;
-}
-
-Listed Backward(const TestBookkeeping& inBooks) {
-  Listed objects;
-  for (TMCCountedObject* object = inBooks.fTail; object; object = object->GetPreviousObject()) {
-    objects.insert(objects.begin(), object);
   }
   return objects;
 }
@@ -80,10 +72,8 @@ TEST_F(Objects, WithoutAnAllocatorNewReportsAndDeleteIsQuiet) {
 
 TEST_F(CountedObject, WorksBeforeTheListIsThere) {
   TMCCountedPtr<TMCCountedObject> object;
-  {
-    AssertionGuard guard({kNotInitialised});
-    TMCCountedObject::Create(object.WriteInto());
-  }
+  AssertionGuard guard({kNotInitialised});
+  TMCCountedObject::Create(object.WriteInto());
   ASSERT_TRUE(object);
   EXPECT_EQ(object->GetSerialNumber(), 0);
   EXPECT_EQ(object->AddRef(), 2U);
@@ -94,7 +84,7 @@ TEST_F(CountedObject, WorksBeforeTheListIsThere) {
   TMCCountedPtr<TMCCountedObject> listed;
   TMCCountedObject::Create(listed.WriteInto());
   object.Clear();
-  EXPECT_EQ(Forward(books), Listed{listed.Get()});
+  EXPECT_EQ(Walk(books.fHead, &TMCCountedObject::GetNextObject), Listed{listed.Get()});
   EXPECT_EQ(books.fLiveCount, 1);
 }
 
@@ -112,8 +102,8 @@ TEST_F(CountedObject, StandsInTheListWhileItLives) {
     EXPECT_EQ(objects[2]->GetSerialNumber(), serial + 3);
     Listed expected{objects[0].Get(), objects[1].Get(), objects[2].Get()};
     for (const int ended : order) {
-      EXPECT_EQ(Forward(books), expected);
-      EXPECT_EQ(Backward(books), expected);
+      EXPECT_EQ(Walk(books.fHead, &TMCCountedObject::GetNextObject), expected);
+      EXPECT_EQ(Walk(books.fTail, &TMCCountedObject::GetPreviousObject), Listed(expected.rbegin(), expected.rend()));
       EXPECT_EQ(books.fLiveCount, static_cast<int32>(expected.size()));
       std::erase(expected, objects[ended].Get());
       objects[ended].Clear();

@@ -263,16 +263,13 @@ TEST_F(ResourceFile, ClosingAFileWithinTheChainIsReported) {
   }
   const int32 reference = files[1].GetResFileRef();
   EXPECT_EQ(MCResourceFile::GetOpenedFile(reference), &files[1]);
-  {
-    const AssertionGuard guard({"You are breaking the resource chain silly!!!"});
-    files[1].Close();
-  }
+  const char* const kReport = "inResFileRef < sOpenedFiles.GetElemCount()";
+  const AssertionGuard guard({"You are breaking the resource chain silly!!!", "fFile == NULL", kReport, kReport});
+  files[1].Close();
   EXPECT_EQ(files[2].GetNextFile(), &files[0]);
   EXPECT_EQ(files[1].GetResFileRef(), -1);
   EXPECT_EQ(MCResourceFile::GetOpenedFile(reference), nullptr);
   EXPECT_EQ(MCResourceFile::GetOpenedFile(files[2].GetResFileRef()), &files[2]) << "numbers stay";
-  const char* const kReport = "inResFileRef < sOpenedFiles.GetElemCount()";
-  const AssertionGuard guard({"fFile == NULL", kReport, kReport});
   EXPECT_EQ(files[2].Open(Path()), MC_E_NOTVALID);
   EXPECT_TRUE(files[2].IsOpen());
   EXPECT_EQ(MCResourceFile::GetOpenedFile(-1), nullptr);
