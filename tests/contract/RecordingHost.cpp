@@ -54,36 +54,6 @@ void* FakeMemory::Reallocate(void* inBlock, MCSize inSize) {
   return inBlock ? std::realloc(inBlock, inSize) : Make(inSize);
 }
 
-void FakeDebug::GetCountedObjectBookkeeping(CountedObjectBookkeeping& outValues) {
-  Write("bookkeeping ");
-  if (fGivesBookkeeping) {
-    outValues = {.fHead = &fFirst, .fTail = &fLast, .fSerialCounter = &fSerial, .fLiveCount = &fLive};
-  }
-}
-
-void FakeSafeUtilities::GetProcessorFeatures(ProcessorFeatures& outFeatures) {
-  Write("features ");
-  outFeatures.fBytes[0] = 1;
-  if (fOnFeatures) {
-    fOnFeatures();
-  }
-}
-
-uint32 FakeMultiProcessing::GetProcessorCount() {
-  Write("processors ");
-  return 2;
-}
-
-void* FakeMultiProcessing::GetMainJobQueue() {
-  Write("queue ");
-  return fQueue;
-}
-
-bool FakeQuestion::Answer() {
-  Write("question ");
-  return true;
-}
-
 RecordingHost::RecordingHost() {
   for (std::size_t i = 0; i < kServiceCount; ++i) {
     Put(kServiceRows[i].fName, fPlain[i]);
@@ -103,7 +73,7 @@ RecordingHost::RecordingHost() {
 template <class Interface>
 void RecordingHost::Put(const char* inRow, Service<Interface>& inService) {
   inService.Connect(inRow, fLog);
-  fServices[FindRow(inRow)] = {&inService, [&inService] { return inService.GetReferences(); }};
+  fServices[FindRow(inRow)] = {&inService, [&inService] { return inService.fCount; }};
 }
 
 MCResult RecordingHost::QueryInterface(const MCGuid& inID, void** outObject) {
@@ -128,7 +98,7 @@ MCResult RecordingHost::QueryInterface(const MCGuid& inID, void** outObject) {
 }
 
 int32 RecordingHost::GetHeldReferences() const {
-  int32 held = GetReferences();
+  int32 held = fCount;
   for (const Entry& entry : fServices) {
     held += entry.fReferences();
   }

@@ -1,6 +1,8 @@
 // A host that offers every service, plainly, and writes down what the plug-in asks of it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cstdlib>
 #include <functional>
@@ -8,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "Fake.h"
+#include "FakeObject.h"
 #include "HostServices.h"
 
 namespace qlx::contract {
@@ -26,7 +28,7 @@ extern const std::array<ServiceRow, kServiceCount> kServiceRows;
 
 // A service that writes "release 1.8" when a reference to it is given back.
 template <class Interface>
-class Service : public Fake<Interface> {
+class Service : public test::FakeObject<Interface> {
  public:
   void Connect(const char* inRow, Log& ioLog) {
     fRow = inRow;
@@ -35,7 +37,7 @@ class Service : public Fake<Interface> {
 
   uint32 MC_CALL Release() override {
     Write("release ");
-    return Fake<Interface>::Release();
+    return test::FakeObject<Interface>::Release();
   }
 
  protected:
@@ -79,7 +81,12 @@ class FakeDebug final : public Service<IDebugUtilities> {
   void MC_CALL Report(const char*, int32) override {}
   void MC_CALL Report2(const char*, int32, int32, int32) override {}
   void MC_CALL Report3(const char*, int32, int32, int32, int32) override {}
-  void MC_CALL GetCountedObjectBookkeeping(CountedObjectBookkeeping& outValues) override;
+  void MC_CALL GetCountedObjectBookkeeping(CountedObjectBookkeeping& outValues) override {
+    Write("bookkeeping ");
+    if (fGivesBookkeeping) {
+      outValues = {.fHead = &fFirst, .fTail = &fLast, .fSerialCounter = &fSerial, .fLiveCount = &fLive};
+    }
+  }
 
   std::vector<std::string> fAssertions;
   bool fGivesBookkeeping = true;
@@ -93,7 +100,13 @@ class FakeDebug final : public Service<IDebugUtilities> {
 
 class FakeSafeUtilities final : public Service<IShSafeUtilities> {
  public:
-  void MC_CALL GetProcessorFeatures(ProcessorFeatures& outFeatures) override;
+  void MC_CALL GetProcessorFeatures(ProcessorFeatures& outFeatures) override {
+    Write("features ");
+    outFeatures.fBytes[0] = 1;
+    if (fOnFeatures) {
+      fOnFeatures();
+    }
+  }
   const TMCAsciiTranslationTable* MC_CALL GetAsciiTranslationTable() override { return nullptr; }
 
   std::function<void()> fOnFeatures;
@@ -101,20 +114,24 @@ class FakeSafeUtilities final : public Service<IShSafeUtilities> {
 
 class FakeShell final : public Service<IShellUtilities> {
  public:
-  bool MC_CALL IsEventHandlingSuspended() override { return fSuspended; }
+  bool MC_CALL IsEventHandlingSuspended() override { return false; }
   void MC_CALL SetShellState(uint32, uint8, uint8) override {}
   IMCUnknown* MC_CALL EnsureObjectHolder(TreeElement*) override { return nullptr; }
   bool MC_CALL ChooseObject(TreeElement**, const TMCString&, const TMCString&, int32, int32, int32) override {
     return false;
   }
-
-  bool fSuspended = false;
 };
 
 class FakeMultiProcessing final : public Service<IMultiProcessing> {
  public:
-  uint32 MC_CALL GetProcessorCount() override;
-  void* MC_CALL GetMainJobQueue() override;
+  uint32 MC_CALL GetProcessorCount() override {
+    Write("processors ");
+    return 2;
+  }
+  void* MC_CALL GetMainJobQueue() override {
+    Write("queue ");
+    return fQueue;
+  }
 
   void* fQueue = this;
 };
@@ -153,11 +170,14 @@ class FakeResources final : public Service<IResourceManager> {
 
 class FakeQuestion final : public Service<IHostQuestion> {
  public:
-  bool MC_CALL Answer() override;
+  bool MC_CALL Answer() override {
+    Write("question ");
+    return true;
+  }
 };
 
 // The host's root. Services without an interface that the plug-in calls are plain objects.
-class RecordingHost final : public Fake<IMCUnknown> {
+class RecordingHost final : public test::FakeObject<IMCUnknown> {
  public:
   RecordingHost();
   // Writes "ask 1.8"; "ask ?" for an id that is no service's.

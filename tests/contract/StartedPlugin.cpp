@@ -51,10 +51,4 @@ TMCCountedPtr<I3DExModifier> StartedPlugin::MakePin() const {
   return MCAdopt(static_cast<I3DExModifier*>(pin));
 }
 
-IMCUnknown* StartedPlugin::MakeAggregatedPin(IMCUnknown& inOuter) const {
-  void* pin = nullptr;
-  EXPECT_EQ(GetFactory(kPinClass)->CreateInstance(&inOuter, IMCUnknown::kInterfaceID, &pin), MC_S_OK);
-  return static_cast<IMCUnknown*>(pin);
-}
-
 }  // namespace qlx::contract

@@ -39,9 +39,7 @@ class StartedPlugin {
 
   // The factory of a class, which must be there.
   TMCCountedPtr<IMCClassFactory> GetFactory(const MCGuid& inClassID) const;
-  // A pin of its own, or aggregated: then its references are those of the outer object.
   TMCCountedPtr<I3DExModifier> MakePin() const;
-  IMCUnknown* MakeAggregatedPin(IMCUnknown& inOuter) const;
 
   RecordingHost fHost;
   LoadedPlugin fPlugin;

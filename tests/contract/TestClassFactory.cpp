@@ -1,6 +1,5 @@
-#include "FakeOuter.h"
+#include "HostScene.h"
 #include "StartedPlugin.h"
-#include "services/PluginCatalog.h"
 
 namespace qlx::contract {
 namespace {
@@ -46,49 +45,50 @@ TEST(ClassFactory, LockKeepsNoCount) {
   EXPECT_EQ(started.fPlugin->fCanUnloadNow(), 0);
 }
 
-TEST(ClassFactory, InterfaceThatAFactoryLacksIsRefused) {
+TEST(ClassFactory, InterfaceThatIsMissingIsRefused) {
   const StartedPlugin started;
   void* view = &view;
   EXPECT_EQ(started.fPlugin->fGetClassObject(kPinClass, kNobody, &view), MC_E_NOINTERFACE);
   EXPECT_EQ(view, nullptr);
-  EXPECT_EQ(started.fPlugin->fCanUnloadNow(), 0);
+  test::FakeObject<IMCUnknown> outer;
+  for (IMCUnknown* const each : {static_cast<IMCUnknown*>(nullptr), static_cast<IMCUnknown*>(&outer)}) {
+    view = &view;
+    EXPECT_EQ(started.GetFactory(kPinClass)->CreateInstance(each, kNobody, &view), MC_E_NOINTERFACE);
+    EXPECT_EQ(view, nullptr);
+    EXPECT_EQ(started.fPlugin->fCanUnloadNow(), 0) << "what was made is destroyed";
+  }
+  EXPECT_EQ(outer.fCount, 0);
+  EXPECT_EQ(started.fHost.fDebug.fAssertions.at(0), "res == MC_S_OK");
 }
 
-TEST(ClassFactory, ObjectThatLacksTheInterfaceIsDestroyedAndReported) {
-  const StartedPlugin started;
-  void* object = &object;
-  EXPECT_EQ(started.GetFactory(kPinClass)->CreateInstance(nullptr, kNobody, &object), MC_E_NOINTERFACE);
-  EXPECT_EQ(object, nullptr);
-  EXPECT_EQ(started.fHost.fDebug.fAssertions, Log{"res == MC_S_OK"});
-  EXPECT_EQ(started.fPlugin->fCanUnloadNow(), 0);
-}
-
-TEST(ClassFactory, AggregatedObjectThatLacksTheInterfaceIsDestroyedWithoutTheOuterOne) {
-  const StartedPlugin started;
-  FakeOuter outer;
-  void* object = &object;
-  EXPECT_EQ(started.GetFactory(kPinClass)->CreateInstance(&outer, kNobody, &object), MC_E_NOINTERFACE);
-  EXPECT_EQ(outer.GetReferences(), 0);
-  EXPECT_EQ(started.fPlugin->fCanUnloadNow(), 0);
-}
+// The outer object of an aggregated one.
+class FakeOuter final : public test::FakeObject<I3DShModifierHolder> {
+ public:
+  void MC_CALL GetModifiedElement(TreeElement**) override {}
+  uint32 MC_CALL Release() override { return fIsEnding ? kEndInner : FakeObject::Release(); }
+  bool fIsEnding = false;
+};
 
 TEST(Aggregation, ReferencesAreTheOuterObjects) {
   const StartedPlugin started;
   FakeOuter outer;
-  IMCUnknown* const inner = started.MakeAggregatedPin(outer);
+  void* object = nullptr;
+  started.GetFactory(kPinClass)->CreateInstance(&outer, IMCUnknown::kInterfaceID, &object);
+  auto* const inner = static_cast<IMCUnknown*>(object);
   ASSERT_NE(inner, nullptr);
-  EXPECT_EQ(outer.GetReferences(), 0) << "the reference of the creation was given back";
+  EXPECT_EQ(outer.fCount, 0) << "the reference of the creation was given back";
   EXPECT_EQ(inner->AddRef(), 1U);
-  EXPECT_EQ(outer.GetReferences(), 1);
+  EXPECT_EQ(outer.fCount, 1);
   EXPECT_EQ(inner->Release(), 0U) << "the outer object's count; the inner one lives on";
   {
     const auto modifier = MCQuery<I3DExModifier>(inner);
     ASSERT_TRUE(modifier);
-    EXPECT_EQ(outer.GetReferences(), 1);
+    EXPECT_EQ(outer.fCount, 1);
     EXPECT_TRUE(MCQuery<I3DShModifierHolder>(modifier)) << "what it lacks is asked of the outer object";
   }
-  EXPECT_EQ(outer.GetReferences(), 0);
-  outer.End(*inner);
+  EXPECT_EQ(outer.fCount, 0);
+  outer.fIsEnding = true;
+  EXPECT_EQ(inner->Release(), kEndInner);
   EXPECT_EQ(started.fPlugin->fCanUnloadNow(), 0) << "the outer object's answer ends it";
 }
 

@@ -1,7 +1,8 @@
+#include <cstring>
 #include <new>
 
-#include "FakeScene.h"
-#include "PinSession.h"
+#include "PlainScene.h"
+#include "StartedPlugin.h"
 
 namespace qlx::contract {
 namespace {
@@ -22,69 +23,66 @@ class Faults : public testing::Test {
   ~Faults() override { SwitchFaultTranslator(false); }
 };
 
-TEST_F(Faults, FaultInsideACallReachesTheHostAsAFailure) {
-  FakeElement element;
-  PinSession pin;
-  pin.Set({.fPositionSet = true, .fActive = true});
-  element.fOnRead = ReadBadPointer;
-  const auto failure = Guarded([&] { pin->SetTreeElement(&element); });
+// A pin that is on: it reads its element.
+class PinFaults : public Faults {
+ protected:
+  PinFaults() {
+    static constexpr bool kPinned[] = {true, true};  // the block begins: a position was taken, the pin is on
+    std::memcpy(MCQuery<IExDataExchanger>(fPin)->GetExtensionDataBuffer(), kPinned, sizeof kPinned);
+  }
+
+  std::optional<host::ComponentFailure> Apply(std::function<void()> inOnRead) {
+    fStage.fElement.fOnRead = std::move(inOnRead);
+    return Guarded([&] { fResult = fPin->SetTreeElement(&fStage.fElement); });
+  }
+
+  test::PlainStage fStage;
+  StartedPlugin fStarted;
+  TMCCountedPtr<I3DExModifier> fPin = fStarted.MakePin();
+  MCResult fResult = MC_S_OK;
+};
+
+TEST_F(PinFaults, FaultInsideACallReachesTheHostAsAFailure) {
+  const auto failure = Apply(ReadBadPointer);
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->fCode, MC_E_FAULT);
   EXPECT_EQ(failure->fFile, nullptr) << "the place of a fault is not known";
-  EXPECT_TRUE(element.fWrites.empty());
-
-  element.fOnRead = nullptr;
-  EXPECT_FALSE(Guarded([&] { pin->SetTreeElement(&element); })) << "the next call goes well";
-  EXPECT_EQ(element.fWrites.size(), 1U);
+  EXPECT_EQ(fStage.fElement.fChanged, 0);
+  EXPECT_FALSE(Apply(nullptr)) << "the next call goes well";
+  EXPECT_EQ(fStage.fElement.fChanged, 1);
 }
 
-TEST_F(Faults, TerminationInsideACallReachesTheHostAsAFailure) {
-  FakeElement element;
-  PinSession pin;
-  pin.Set({.fPositionSet = true, .fActive = true});
-  element.fOnRead = ReadBadPointerWhereNothingUnwinds;
+TEST_F(PinFaults, TerminationInsideACallReachesTheHostAsAFailure) {
   for (int i = 0; i < 3; ++i) {
-    const auto failure = Guarded([&] { pin->SetTreeElement(&element); });
+    const auto failure = Apply(ReadBadPointerWhereNothingUnwinds);
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->GetText(), "call failed with 0x80010004 (MCException, line 53)");
   }
-  element.fOnRead = nullptr;
-  EXPECT_FALSE(Guarded([&] { pin->SetTreeElement(&element); }));
+  EXPECT_FALSE(Apply(nullptr));
 }
 
-TEST_F(Faults, ForeignExceptionBecomesACodeInsideTheComponent) {
-  FakeElement element;
-  PinSession pin;
-  pin.Set({.fPositionSet = true, .fActive = true});
-  element.fOnRead = [] { throw std::bad_alloc(); };
-  MCResult result = MC_S_OK;
-  EXPECT_FALSE(Guarded([&] { result = pin->SetTreeElement(&element); }));
-  EXPECT_EQ(result, MC_E_OUTOFMEMORY);
-  element.fOnRead = [] { throw 42; };
-  EXPECT_FALSE(Guarded([&] { result = pin->SetTreeElement(&element); }));
-  EXPECT_EQ(result, MC_E_FAULT);
+TEST_F(PinFaults, ForeignExceptionBecomesACodeInsideTheComponent) {
+  EXPECT_FALSE(Apply([] { throw std::bad_alloc(); }));
+  EXPECT_EQ(fResult, MC_E_OUTOFMEMORY);
+  EXPECT_FALSE(Apply([] { throw 42; }));
+  EXPECT_EQ(fResult, MC_E_FAULT);
 }
 
-TEST_F(Faults, FaultInTheFactoryBecomesAResult) {
-  StartedPlugin started;
-  const auto factory = started.GetFactory(kPinClass);
-  started.fHost.fMemory.fOnRequest = ReadBadPointer;
+TEST_F(PinFaults, FaultInTheFactoryBecomesAResult) {
+  const auto factory = fStarted.GetFactory(kPinClass);
+  fStarted.fHost.fMemory.fOnRequest = ReadBadPointer;
   void* pin = nullptr;
   EXPECT_EQ(factory->CreateInstance(nullptr, IMCUnknown::kInterfaceID, &pin), MC_E_FAULT);
   EXPECT_EQ(pin, nullptr);
-  started.fHost.fMemory.fOnRequest = nullptr;
+  fStarted.fHost.fMemory.fOnRequest = nullptr;
 }
 
-TEST_F(Faults, HostTranslatesWhereThePluginDoesNot) {
-  FakeElement element;
-  PinSession pin;
-  pin.Set({.fPositionSet = true, .fActive = true});
-  EXPECT_EQ(pin.GetPlugin()->fCleanUpExceptionTranslator(), MC_S_OK);
-  element.fOnRead = ReadBadPointer;
-  const auto failure = Guarded([&] { pin->SetTreeElement(&element); });
+TEST_F(PinFaults, HostTranslatesWhereThePluginDoesNot) {
+  EXPECT_EQ(fStarted.fPlugin->fCleanUpExceptionTranslator(), MC_S_OK);
+  const auto failure = Apply(ReadBadPointer);
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->fCode, MC_E_FAULT);
-  EXPECT_EQ(pin.GetPlugin()->fInitExceptionTranslator(), MC_S_OK);
+  EXPECT_EQ(fStarted.fPlugin->fInitExceptionTranslator(), MC_S_OK);
 }
 
 TEST_F(Faults, UnloadedPluginLeavesNoHandlerBehind) {
@@ -98,17 +96,16 @@ TEST_F(Faults, UnloadedPluginLeavesNoHandlerBehind) {
   }
 }
 
-TEST_F(Faults, SourceThatIsNoPartIsThrownWithItsPosition) {
-  FakeScene noPart;
-  PinSession pin;
-  const auto failure = Guarded([&] { pin.GetExchanger()->HandleEvent(5, &noPart, nullptr); });
+TEST_F(PinFaults, SourceThatIsNoPartIsThrownWithItsPosition) {
+  test::FakeObject<IMCUnknown> noPart;
+  const auto exchanger = MCQuery<IExDataExchanger>(fPin);
+  const auto failure = Guarded([&] { exchanger->HandleEvent(5, &noPart, nullptr); });
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->fCode, MC_E_INVALIDARG);
   EXPECT_STREQ(failure->fFile, "PinModifier");
   EXPECT_EQ(failure->fLine, 105);
-  EXPECT_EQ(pin.GetHost().fDebug.fAssertions, Log{"An exception is being thrown"});
-  EXPECT_EQ(pin.Get(), PinBlock());
-  EXPECT_EQ(noPart.GetReferences(), 0);
+  EXPECT_EQ(fStarted.fHost.fDebug.fAssertions, Log{"An exception is being thrown"});
+  EXPECT_EQ(noPart.fCount, 0);
 }
 
 }  // namespace

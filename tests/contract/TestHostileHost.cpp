@@ -23,6 +23,16 @@ MCResult TryPin(const LoadedPlugin& inPlugin) {
   return made;
 }
 
+// Starts, makes a pin and cleans up; then nothing is held.
+void RunSession(RecordingHost& ioHost, bool inMakesPin = true) {
+  const LoadedPlugin plugin;
+  EXPECT_EQ(plugin->fInit(&ioHost), MC_S_OK);
+  EXPECT_EQ(TryPin(plugin) == MC_S_OK, inMakesPin);
+  EXPECT_EQ(plugin->fCanUnloadNow(), 0);
+  EXPECT_EQ(plugin->fCleanUp(), MC_S_OK);
+  EXPECT_EQ(ioHost.GetHeldReferences(), 0);
+}
+
 TEST(HostileHost, NullRootGivesAPluginThatMakesNothing) {
   const LoadedPlugin plugin;
   EXPECT_EQ(plugin->fInit(nullptr), MC_S_OK);
@@ -39,26 +49,11 @@ TEST(HostileHost, AnySingleServiceMayBeMissing) {
       RecordingHost host;
       host.fMissing = {row.fName};
       host.fMissingAnswer = answer;
-      const LoadedPlugin plugin;
-      EXPECT_EQ(plugin->fInit(&host), MC_S_OK);
       const bool hasMemory = std::string(row.fName) != "1.8";
-      EXPECT_EQ(TryPin(plugin) == MC_S_OK, hasMemory);
-      EXPECT_EQ(host.fDebug.fAssertions.empty(), hasMemory);
-      EXPECT_EQ(plugin->fCanUnloadNow(), 0);
-      EXPECT_EQ(plugin->fCleanUp(), MC_S_OK);
-      EXPECT_EQ(host.GetHeldReferences(), 0);
+      RunSession(host, hasMemory);
+      EXPECT_EQ(host.fDebug.fAssertions, hasMemory ? Log() : Log{"gMemoryUtilities"});
     }
   }
-}
-
-TEST(HostileHost, MissingMemoryIsReportedByName) {
-  RecordingHost host;
-  host.fMissing = {"1.8"};
-  const LoadedPlugin plugin;
-  plugin->fInit(&host);
-  TryPin(plugin);
-  EXPECT_EQ(host.fDebug.fAssertions, Log{"gMemoryUtilities"});
-  plugin->fCleanUp();
 }
 
 TEST(HostileHost, EveryServiceMayBeMissing) {
@@ -66,22 +61,15 @@ TEST(HostileHost, EveryServiceMayBeMissing) {
   for (const ServiceRow& row : kServiceRows) {
     host.fMissing.insert(row.fName);
   }
-  const LoadedPlugin plugin;
-  EXPECT_EQ(plugin->fInit(&host), MC_S_OK);
-  EXPECT_NE(TryPin(plugin), MC_S_OK);
-  EXPECT_EQ(plugin->fCleanUp(), MC_S_OK);
+  RunSession(host, false);
 }
 
 TEST(HostileHost, ServicesMayAnswerNull) {
   RecordingHost host;
   host.fMultiProcessing.fQueue = nullptr;
   host.fDebug.fGivesBookkeeping = false;
-  const LoadedPlugin plugin;
-  EXPECT_EQ(plugin->fInit(&host), MC_S_OK);
+  RunSession(host);
   EXPECT_EQ(host.fDebug.fAssertions.size(), 1U) << "the missing queue is reported";
-  EXPECT_EQ(TryPin(plugin), MC_S_OK);
-  EXPECT_EQ(plugin->fCleanUp(), MC_S_OK);
-  EXPECT_EQ(host.GetHeldReferences(), 0);
 }
 
 TEST(HostileHost, MemoryMayEndAtAnyRequest) {
@@ -113,11 +101,7 @@ TEST(HostileHost, RootThatThrowsAtOneQueryLacksThatServiceAlone) {
         throw std::runtime_error("a host that throws");
       }
     };
-    const LoadedPlugin plugin;
-    EXPECT_EQ(plugin->fInit(&host), MC_S_OK);
-    EXPECT_EQ(TryPin(plugin), MC_S_OK);
-    EXPECT_EQ(plugin->fCleanUp(), MC_S_OK);
-    EXPECT_EQ(host.GetHeldReferences(), 0);
+    RunSession(host);
   }
 }
 

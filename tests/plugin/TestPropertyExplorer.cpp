@@ -4,6 +4,7 @@
 #include "CommandTest.h"
 #include "PropertyExplorer.h"
 #include "PropertyExplorerDialog.h"
+#include "ThrownBy.h"
 
 namespace qlx::test {
 namespace {
@@ -101,9 +102,8 @@ TEST_F(ExplorerTest, NothingIsSetWithoutAChoice) {
     Control("nVal"_id).fNumber = 9;
     Send(5, "upbn"_id);
     EXPECT_EQ(fExplorer->Receive(9, nullptr, nullptr), MC_S_OK);
-    FakeHolder noPart({});
-    const SilentReports silence;
-    EXPECT_THROW(fExplorer->Receive(9, static_cast<TimeBasedData*>(&noPart), nullptr), TMCException);
+    FakeObject<IMCUnknown> noPart;
+    EXPECT_EQ(ThrownBy([&] { fExplorer->Receive(9, &noPart, nullptr); }).fCode, MC_E_INVALIDARG);
   });
   Send(9, "upbn"_id);
   EXPECT_EQ(ValueOf(fScene.fA, Channel::kRotationX), 4) << "the dialog is over and has no element";
@@ -116,9 +116,6 @@ TEST_F(ExplorerTest, TellsTheMorphs) {
   fScene.fA.SetShownObject(&face);
   PlainMorphs morphs;
   PlainElement element(fScene.fA, &fHost.fScene);
-  element.fAnswer = [&](const MCGuid& inID, void** outObject) {
-    return inID == TreeElement::kInterfaceID && MCStoreCounted<TreeElement>(&element, outObject) == MC_S_OK;
-  };
   element.fMorphs = &morphs;
   fHost.Select({&element});
   RunDialog([&] {

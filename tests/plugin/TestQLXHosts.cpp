@@ -3,21 +3,24 @@
 
 #include "LinkServices.h"
 #include "LinkTest.h"
+#include "NotFinite.h"
 #include "PlainScene.h"
 #include "Transforms.h"
 
 namespace qlx::test {
 namespace {
 
-struct PlainHost {
-  PlainHost() {
+// A link on an element of another host.
+class QLXHosts : public testing::Test {
+ protected:
+  QLXHosts() {
     fModels.fA.SetBase(MakeValues({4, 0, 0}, {2, 0, 0}));
     fLink->EditData().fAttributeMode = true;
     fLink->SetTargetPath(TMCString31(kRotY));
     fLink->SetControllerPath(TMCString31(kRotX));
     LinkScene::Follow(*fLink, fModels.fA);
   }
-  ~PlainHost() { fLink.Clear(); }
+  ~QLXHosts() override { fLink.Clear(); }
 
   real32 Evaluate(int32 inFrame) {
     fModels.Play(inFrame);
@@ -31,130 +34,114 @@ struct PlainHost {
   TMCCountedPtr<QLXModifier> fLink = MCAdopt(new QLXModifier);
 };
 
-TEST(QLXHosts, WithoutAStructureVersionEverythingIsLookedUpAnew) {
-  PlainHost host;
-  EXPECT_EQ(host.Evaluate(1), 2);
-  EXPECT_EQ(host.Evaluate(2), 2);
-  EXPECT_EQ(host.fScene.fLookups, 2);
-  EXPECT_EQ(host.fElement.fCount, 2) << "held as the target's element alone";
-  EXPECT_EQ(host.fElement.fInvalidated, 2);
-  host.fLink->EditData().fFindControllerByName = true;
-  host.fLink->EditData().fControllerName = "A";
-  EXPECT_EQ(host.Evaluate(3), 2);
-  host.fScene.fHasRoot = false;
-  EXPECT_EQ(host.Evaluate(4), 0) << "found nowhere: the element itself";
+TEST_F(QLXHosts, WithoutAStructureVersionEverythingIsLookedUpAnew) {
+  EXPECT_EQ(Evaluate(1), 2);
+  EXPECT_EQ(Evaluate(2), 2);
+  EXPECT_EQ(fScene.fLookups, 2);
+  EXPECT_EQ(fElement.fCount, 2) << "held as the target's element alone";
+  EXPECT_EQ(fElement.fInvalidated, 2);
+  fLink->EditData().fFindControllerByName = true;
+  fLink->EditData().fControllerName = "A";
+  EXPECT_EQ(Evaluate(3), 2);
+  fScene.fHasRoot = false;
+  EXPECT_EQ(Evaluate(4), 0) << "found nowhere: the element itself";
 }
 
-TEST(QLXHosts, WhatAHostLacksEndsTheEvaluationOrTheLink) {
-  using Change = std::function<void(PlainHost&)>;
-  const struct {
-    const char* fLabel;
-    Change fChange;
-    bool fCloses;
-  } rows[] = {
-      {"no scene", [](PlainHost& h) { h.fElement.fScene = nullptr; }, false},
-      {"no time range", [](PlainHost& h) { h.fScene.fHasRange = false; }, false},
-      {"no frame rate", [](PlainHost& h) { h.fScene.fRate = 0; }, false},
-      {"a frame rate below 0", [](PlainHost& h) { h.fScene.fRate = -24; }, false},
-      {"a frame rate that is none", [](PlainHost& h) { h.fScene.fRate = std::numeric_limits<real32>::quiet_NaN(); },
-       false},
-      {"more frames than ticks", [](PlainHost& h) { h.fScene.fRate = 200000; }, false},
-      {"no parameter of the target", [](PlainHost& h) { h.fLink->SetTargetPath(TMCString31("self,amet,none")); },
-       false},
-      {"a transform that cannot be read",
-       [](PlainHost& h) {
-         h.fLink->SetTargetPath(TMCString31("GlbY"));
-         h.fElement.fHasTransform = false;
-       },
-       true},
-      {"an own translation that cannot be read",
-       [](PlainHost& h) {
-         h.fLink->SetTargetPath(TMCString31(kOwnX));
-         h.fElement.fHasTransform = false;
-       },
-       true},
+TEST_F(QLXHosts, WhatAHostLacksEndsTheEvaluationOrTheLink) {
+  const auto expectNothing = [this](const char* label, bool closes = false) {
+    fElement.fInvalidated = 0;
+    EXPECT_EQ(Evaluate(1), 0) << label;
+    EXPECT_EQ(fElement.fInvalidated, closes ? 1 : 0) << label;
+    EXPECT_EQ(ValueOf(fModels.fB, host::Channel::kPositionY), 0) << label;
   };
-  for (const auto& row : rows) {
-    PlainHost host;
-    row.fChange(host);
-    EXPECT_EQ(host.Evaluate(1), 0) << row.fLabel;
-    EXPECT_EQ(host.fElement.fInvalidated, row.fCloses ? 1 : 0) << row.fLabel;
-    EXPECT_EQ(ValueOf(host.fModels.fB, host::Channel::kPositionY), 0) << row.fLabel;
+  fElement.fScene = nullptr;
+  expectNothing("no scene");
+  fElement.fScene = &fScene;
+  fScene.fHasRange = false;
+  expectNothing("no time range");
+  fScene.fHasRange = true;
+  for (const real32 rate : {0.0f, -24.0f, kNaN, 200000.0f}) {
+    fScene.fRate = rate;
+    expectNothing("no frame rate, or more frames than ticks");
   }
-  PlainHost host;
-  EXPECT_EQ(host.fLink->SetTreeElement(nullptr), MC_S_OK);
+  fScene.fRate = kRate;
+  fLink->SetTargetPath(TMCString31("self,amet,none"));
+  expectNothing("no parameter of the target");
+  fElement.fHasTransform = false;
+  fLink->SetTargetPath(TMCString31("GlbY"));
+  expectNothing("a transform that cannot be read", true);
+  fLink->SetTargetPath(TMCString31(kOwnX));
+  expectNothing("an own translation that cannot be read", true);
+  EXPECT_EQ(fLink->SetTreeElement(nullptr), MC_S_OK);
 }
 
-TEST(QLXHosts, ElementThatRefusesItsAttributesHasNoTarget) {
-  PlainHost host;
-  host.fElement.fHasParameters = false;
+TEST_F(QLXHosts, ElementThatRefusesItsAttributesHasNoTarget) {
+  fElement.fHasParameters = false;
   const SilentReports silence;  // the path says what is wrong to whoever debugs
-  EXPECT_EQ(host.Evaluate(1), 0);
-  EXPECT_EQ(host.fElement.fInvalidated, 0);
+  EXPECT_EQ(Evaluate(1), 0);
+  EXPECT_EQ(fElement.fInvalidated, 0);
 }
 
-TEST(QLXHosts, OwnTranslationIsWrittenWithItsArguments) {
-  PlainHost host;
-  host.fLink->SetTargetPath(TMCString31(kOwnX));
-  host.Evaluate(1);
-  EXPECT_EQ(host.fElement.fArguments, (std::vector<int32>{1, 0, 0, 0, 0, 1}));
-  EXPECT_EQ(ValueOf(host.fModels.fB, host::Channel::kPositionX), 2);
+TEST_F(QLXHosts, OwnTranslationIsWrittenWithItsArguments) {
+  fLink->SetTargetPath(TMCString31(kOwnX));
+  Evaluate(1);
+  EXPECT_EQ(fElement.fArguments, (std::vector<int32>{1, 0, 0, 0, 0, 1}));
+  EXPECT_EQ(ValueOf(fModels.fB, host::Channel::kPositionX), 2);
 }
 
-TEST(QLXHosts, EvaluationInsideAnEvaluationDoesNothing) {
-  PlainHost host;
-  host.fModels.fA.SetBase(MakeValues({}, {2, 3, 0}));
-  host.fElement.fReentrant = host.fLink.Get();
-  EXPECT_EQ(host.Evaluate(1), 2);
-  EXPECT_EQ(host.fElement.fInvalidated, 1);
-  EXPECT_EQ(host.Evaluate(2), 3) << "what was changed inside counts from the next one on";
+TEST_F(QLXHosts, EvaluationInsideAnEvaluationDoesNothing) {
+  fModels.fA.SetBase(MakeValues({}, {2, 3, 0}));
+  fElement.fOnInvalidate = [this] {
+    EXPECT_EQ(fLink->SetTreeElement(&fElement), MC_S_OK);
+    fLink->SetControllerPath(TMCString31(kRotY));
+  };
+  EXPECT_EQ(Evaluate(1), 2);
+  EXPECT_EQ(fElement.fInvalidated, 1);
+  EXPECT_EQ(Evaluate(2), 3) << "what was changed inside counts from the next one on";
 }
 
-TEST(QLXHosts, UpdateServiceIsTold) {
-  const TestMemory memory;
+TEST_F(QLXHosts, UpdateServiceIsTold) {
   LinkServices services;
-  PlainHost host;
-  host.Evaluate(1);
-  EXPECT_EQ(services.fUpdates.fUpdated, std::vector<TreeElement*>{&host.fElement});
-  EXPECT_EQ(services.fUpdates.fLastScene, host.fModels.operator->());
-  host.fScene.fHasMaster = false;
-  host.Evaluate(2);
+  Evaluate(1);
+  EXPECT_EQ(services.fUpdates.fUpdated, std::vector<TreeElement*>{&fElement});
+  EXPECT_EQ(services.fUpdates.fLastScene, fModels.operator->());
+  fScene.fHasMaster = false;
+  Evaluate(2);
   EXPECT_EQ(services.fUpdates.fUpdated.size(), 1U) << "without a notifier there is nobody to pass";
 }
 
-TEST(QLXHosts, MovedModifierLooksUpAnew) {
-  LinkScene scene;
-  host::Element& other = scene.Add("Other");
-  scene.fA.SetBase(MakeValues({}, {2, 0, 0}));
-  QLXModifier& link = LinkScene::Add(scene.fB, kRotY, scene.fA, kRotX);
-  scene.Play(1);
-  const auto carrier = scene.fB.GetModifiers()[0];
-  scene.fB.RemoveModifier(0);
-  other.AddModifier(*carrier, 0);
-  scene.Play(2);
-  EXPECT_EQ(ValueOf(other, host::Channel::kRotationY), 2);
-  EXPECT_EQ(ValueOf(scene.fB, host::Channel::kRotationY), 0);
-  EXPECT_EQ(link.GetPrivateData().fControllerRef.GetElemCount(), 4U);
+TEST_F(QLXHosts, MorphsAreToldAfterTheirWeightWasWritten) {
+  PlainMorphs morphs;
+  fElement.fMorphs = &morphs;
+  host::SceneObject& face = fModels->AddObject("Face");
+  face.AddMorphGroup("Mouth", {"Smile", "Frown"}, {0, 0.5f});
+  fModels.fB.SetShownObject(&face);
+  for (const int32 frame : {1, 2}) {
+    Evaluate(frame);
+    EXPECT_EQ(morphs.fChanged, 0) << "another value";
+  }
+  fLink->SetTargetPath(TMCString31("RMPH,0,1"));
+  for (const int32 frame : {3, 4}) {
+    Evaluate(frame);
+    EXPECT_EQ(morphs.fChanged, frame - 2);
+    EXPECT_EQ(face.GetValues()->GetEvaluated(1)[0], 2);
+    EXPECT_EQ(morphs.fCount, 1) << "fetched once, and held";
+  }
+  fLink.Clear();
+  EXPECT_EQ(morphs.fCount, 0);
 }
 
-TEST(QLXHosts, MorphsAreToldAfterTheirWeightWasWritten) {
-  for (const bool isMorph : {true, false}) {
-    PlainMorphs morphs;
-    PlainHost host;
-    host.fElement.fMorphs = &morphs;
-    host::SceneObject& face = host.fModels->AddObject("Face");
-    face.AddMorphGroup("Mouth", {"Smile", "Frown"}, {0, 0.5f});
-    host.fModels.fB.SetShownObject(&face);
-    host.fLink->SetTargetPath(TMCString31(isMorph ? "RMPH,0,1" : kRotY));
-    host.Evaluate(1);
-    EXPECT_EQ(morphs.fChanged, isMorph ? 1 : 0);
-    EXPECT_EQ(face.GetValues()->GetEvaluated(1)[0], isMorph ? 2 : 0.5f);
-    host.Evaluate(2);
-    EXPECT_EQ(morphs.fChanged, isMorph ? 2 : 0);
-    EXPECT_EQ(morphs.fCount, 1) << "fetched once, and held";
-    host.fLink.Clear();
-    EXPECT_EQ(morphs.fCount, 0);
-  }
+TEST_F(QLXHosts, MovedModifierLooksUpAnew) {
+  host::Element& first = fModels.Add("First");
+  host::Element& second = fModels.Add("Second");
+  LinkScene::Add(first, kRotY, fModels.fA, kRotX);
+  fModels.Play(1);
+  const auto carrier = first.GetModifiers()[0];
+  first.RemoveModifier(0);
+  second.AddModifier(*carrier, 0);
+  fModels.Play(2);
+  EXPECT_EQ(ValueOf(second, host::Channel::kRotationY), 2);
+  EXPECT_EQ(ValueOf(first, host::Channel::kRotationY), 0);
 }
 
 }  // namespace

@@ -3,30 +3,12 @@
 
 #include <vector>
 
+#include "FakeObject.h"
 #include "HostParameters.h"
 #include "MCCountedPtr.h"
 #include "MCString.h"
 
 namespace qlx::test {
-
-// Answers queries for its interfaces. Belongs to the test: counted, never freed by the count.
-template <class... Interfaces>
-class FakeObject : public Interfaces... {
- public:
-  virtual ~FakeObject() = default;
-
-  MCResult MC_CALL QueryInterface(const MCGuid& inID, void** outObject) override {
-    void* found = nullptr;
-    ((found = found == nullptr && inID == Interfaces::kInterfaceID ? static_cast<Interfaces*>(this) : found), ...);
-    *outObject = found;
-    fCount += found != nullptr;
-    return found ? MC_S_OK : MC_E_NOINTERFACE;
-  }
-  uint32 MC_CALL AddRef() override { return static_cast<uint32>(++fCount); }
-  uint32 MC_CALL Release() override { return static_cast<uint32>(--fCount); }
-
-  int fCount = 0;
-};
 
 class FakeHolder;
 

@@ -1,4 +1,5 @@
-// A scene of another host over one of the open host, and elements: they answer what a test says.
+// A scene of another host over one of the open host, and elements: what components meet beside the open host's own.
+// They answer what a test says.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -6,8 +7,9 @@
 #include <functional>
 #include <vector>
 
-#include "FakeAttributes.h"
-#include "QLXModifier.h"
+#include "FakeObject.h"
+#include "HostScene.h"
+#include "ModelTest.h"
 #include "Transforms.h"
 #include "model/Element.h"
 #include "model/Scene.h"
@@ -81,6 +83,9 @@ class PlainElement final : public TreeElement {
     if (fAnswer && fAnswer(inID, outObject)) {
       return MC_S_OK;
     }
+    if (inID == TreeElement::kInterfaceID) {
+      return MCStoreCounted<TreeElement>(this, outObject);
+    }
     if (fMorphs && inID == I3DShMorphTarget::kInterfaceID) {
       return fMorphs->QueryInterface(inID, outObject);
     }
@@ -102,6 +107,9 @@ class PlainElement final : public TreeElement {
   TreePath& MC_CALL GetTreePath(TreePath& outPath) override { return outPath; }
   ObjectReference& MC_CALL GetObjectReference(ObjectReference& outReference) override { return outReference; }
   MCResult MC_CALL GetLocalTransform(TTreeTransform& outTransform) override {
+    if (fOnRead) {
+      fOnRead();
+    }
     return fHasTransform ? fElement.GetLocalTransform(outTransform) : MC_E_NOTVALID;
   }
   MCResult MC_CALL SetLocalTransform(const TTreeTransform& inTransform, int32 in1, int32 in2, int32 in3, int32 in4,
@@ -114,15 +122,17 @@ class PlainElement final : public TreeElement {
   }
   MCResult MC_CALL SetGlobalTransform(const TTreeTransform& inTransform, int32 in1, int32 in2, int32 in3, int32 in4,
                                       int32 in5) override {
+    fArguments = {in1, in2, in3, in4, in5};
     return fElement.SetGlobalTransform(inTransform, in1, in2, in3, in4, in5);
   }
-  MCResult MC_CALL GetGlobalTransformChain(TTreeChainTransform&) override { return MC_E_NOTVALID; }
-  void MC_CALL TransformChanged(int32) override {}
+  MCResult MC_CALL GetGlobalTransformChain(TTreeChainTransform& outTransform) override {
+    return fElement.GetGlobalTransformChain(outTransform);
+  }
+  void MC_CALL TransformChanged(int32 inZero) override { fChanged += inZero == 0 ? 1 : 0; }
   void MC_CALL InvalidateElement(int32 inOne) override {
     fInvalidated += inOne;
-    if (fReentrant) {
-      EXPECT_EQ(fReentrant->SetTreeElement(this), MC_S_OK);
-      fReentrant->SetControllerPath(TMCString31(kRotY));
+    if (fOnInvalidate) {
+      fOnInvalidate();
     }
   }
   uint32 MC_CALL GetModifierCount(int32) override { return 0; }
@@ -131,13 +141,24 @@ class PlainElement final : public TreeElement {
   host::Element& fElement;
   I3DShScene* fScene;
   std::function<bool(const MCGuid&, void**)> fAnswer;  // asked first
-  QLXModifier* fReentrant = nullptr;                   // evaluated from inside its evaluation
+  std::function<void()> fOnRead;                       // as the local transform is read
+  std::function<void()> fOnInvalidate;
   I3DShMorphTarget* fMorphs = nullptr;
   bool fHasParameters = true;
   bool fHasTransform = true;
   int fCount = 1;
   int fInvalidated = 0;
-  std::vector<int32> fArguments;
+  int fChanged = 0;
+  std::vector<int32> fArguments;  // of the last write of a transform
+};
+
+// One such element in its scene. Nothing of them may be held at the end.
+struct PlainStage {
+  ~PlainStage() { EXPECT_TRUE(fElement.fCount == 1 && fScene.fCount == 0) << "the element or its scene is held"; }
+
+  TestScene fModel;
+  PlainScene fScene{*fModel};
+  PlainElement fElement{fModel.Add("Element"), &fScene};
 };
 
 }  // namespace qlx::test
