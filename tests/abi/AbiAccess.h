@@ -1,6 +1,8 @@
 // What tests of the binary boundary look at: bytes of objects, and places in their tables.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -21,6 +23,15 @@ std::size_t SlotOf(Operation inOperation) {
   static_assert(sizeof inOperation >= sizeof word);
   std::memcpy(&word, &inOperation, sizeof word);
   return (word - 1) / sizeof(void*);
+}
+
+// The operations follow one another in their table from a place on.
+template <class... Operation>
+void ExpectInOrder(std::size_t inFirst, Operation... inOperations) {
+  const std::size_t slots[] = {SlotOf(inOperations)...};
+  for (std::size_t i = 0; i < sizeof...(inOperations); ++i) {
+    EXPECT_EQ(slots[i], inFirst + i) << "operation " << i;
+  }
 }
 
 }  // namespace qlx::abi

@@ -58,7 +58,6 @@ static_assert(sizeof(RootSize) == 12);
 
 namespace {
 
-using abi::SlotOf;
 using abi::ValueAt;
 
 constexpr std::size_t kTable = sizeof(void*);
@@ -77,25 +76,11 @@ TEST(AbiMCCore, StringHoldsItsLengthsAfterTheTable) {
 TEST(AbiMCCore, StringOperationsStandInTheirOrder) {
   using S = TMCString;
   // The destructor takes the first two places on this compiler.
-  const std::size_t slots[] = {
-      SlotOf(static_cast<S& (S::*)(const S&)>(&S::operator=)),
-      SlotOf(static_cast<S& (S::*)(char)>(&S::operator+=)),
-      SlotOf(static_cast<S& (S::*)(const S&)>(&S::operator+=)),
-      SlotOf(&S::operator<),
-      SlotOf(&S::operator>),
-      SlotOf(&S::operator<=),
-      SlotOf(&S::operator>=),
-      SlotOf(static_cast<bool (S::*)(const S&) const>(&S::operator==)),
-      SlotOf(static_cast<bool (S::*)(const S&) const>(&S::operator!=)),
-      SlotOf(&S::Insert),
-      SlotOf(&S::SetByteLength),
-      SlotOf(&S::SetMaxLength),
-      SlotOf(&S::Buffer),
-      SlotOf(&TMCDynamicString::Reallocate),
-  };
-  for (std::size_t i = 0; i < std::size(slots); ++i) {
-    EXPECT_EQ(slots[i], i + 2);
-  }
+  abi::ExpectInOrder(2, static_cast<S& (S::*)(const S&)>(&S::operator=), static_cast<S& (S::*)(char)>(&S::operator+=),
+                     static_cast<S& (S::*)(const S&)>(&S::operator+=), &S::operator<, &S::operator>, &S::operator<=,
+                     &S::operator>=, static_cast<bool (S::*)(const S&) const>(&S::operator==),
+                     static_cast<bool (S::*)(const S&) const>(&S::operator!=), &S::Insert, &S::SetByteLength,
+                     &S::SetMaxLength, &S::Buffer, &TMCDynamicString::Reallocate);
 }
 
 TEST(AbiMCCore, ArrayHoldsCountsFlagsAndBlock) {

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstring>
-#include <vector>
 
 #include "AbiAccess.h"
 #include "MCMemoryStream.h"
@@ -13,7 +12,6 @@
 namespace qlx {
 namespace {
 
-using abi::SlotOf;
 using abi::ValueAt;
 
 static_assert(sizeof(MCTokenState) == 16 && alignof(MCTokenState) == 4);
@@ -61,19 +59,11 @@ TEST(AbiStreams, FieldsStandInTheirOrder) {
 TEST(AbiStreams, OperationsStandInTheirOrder) {
   using S = TMCStream;
   // The destructor takes the first two places on this compiler.
-  const std::vector<std::size_t> slots = {
-      SlotOf(&S::Tell),        SlotOf(&S::Seek),           SlotOf(&S::Read),          SlotOf(&S::GetByte),
-      SlotOf(&S::PutBack),     SlotOf(&S::Write),          SlotOf(&S::ReadDouble),    SlotOf(&S::ReadFloat),
-      SlotOf(&S::ReadInt16),   SlotOf(&S::ReadUInt16),     SlotOf(&S::ReadInt32),     SlotOf(&S::ReadUInt32),
-      SlotOf(&S::ReadInt8),    SlotOf(&S::ReadUInt8),      SlotOf(&S::Apply),         SlotOf(&S::WriteDouble),
-      SlotOf(&S::WriteFloat),  SlotOf(&S::WriteInt16),     SlotOf(&S::WriteUInt16),   SlotOf(&S::WriteInt32),
-      SlotOf(&S::WriteUInt32), SlotOf(&S::WriteInt8),      SlotOf(&S::WriteUInt8),    SlotOf(&S::WriteText),
-      SlotOf(&S::ReadWord),    SlotOf(&S::WriteTextValue), SlotOf(&S::WriteMCString), SlotOf(&S::ReadMCString),
-      SlotOf(&S::Open),
-  };
-  for (std::size_t i = 0; i < slots.size(); ++i) {
-    EXPECT_EQ(slots[i], i + 2) << "operation " << i;
-  }
+  abi::ExpectInOrder(2, &S::Tell, &S::Seek, &S::Read, &S::GetByte, &S::PutBack, &S::Write, &S::ReadDouble,
+                     &S::ReadFloat, &S::ReadInt16, &S::ReadUInt16, &S::ReadInt32, &S::ReadUInt32, &S::ReadInt8,
+                     &S::ReadUInt8, &S::Apply, &S::WriteDouble, &S::WriteFloat, &S::WriteInt16, &S::WriteUInt16,
+                     &S::WriteInt32, &S::WriteUInt32, &S::WriteInt8, &S::WriteUInt8, &S::WriteText, &S::ReadWord,
+                     &S::WriteTextValue, &S::WriteMCString, &S::ReadMCString, &S::Open);
 }
 
 }  // namespace

@@ -32,10 +32,8 @@ TEST(TextPathIndexKey, IsMadeOfWholeCounts) {
 
 TEST(TextPathIndexKey, ReadsWhateverStandsThere) {
   EXPECT_EQ(ParseIndexKey("0019,more"), 19);
-  EXPECT_EQ(ParseIndexKey("000A"), 17);
   EXPECT_EQ(ParseIndexKey("\xFF\xFF\xFF\xFF"), 255 * 1111 - 53328);
-  EXPECT_EQ(ParseIndexKey("12"), 48 * 1100 + 1200 - 53328);  // NULs after the end
-  EXPECT_EQ(ParseIndexKey(""), -53328);
+  EXPECT_EQ(ParseIndexKey(""), -53328);  // NULs after the end
 }
 
 TEST(TextPath, KnowsItsFormsByTheirPrefix) {

@@ -42,20 +42,6 @@ TEST(TransformOrder, AnUnknownOrderReports) {
   EXPECT_FALSE(isFlipped);
 }
 
-TEST(TransformEuler, EveryOrderReadsItsOwnFlippedMatrix) {
-  AssertionGuard guard;
-  const TVector3 angles{0.3f, -0.5f, 1.1f};
-  for (int32 order = 0; order < kOrderCount; ++order) {
-    for (const bool flip : {false, true}) {
-      TVector3 back;
-      bool isFlipped = !flip;
-      MatrixToEuler(order, EulerToMatrix(order, angles, flip), back, isFlipped);
-      EXPECT_TRUE(back.IsEqual(angles, 1e-6f)) << order;
-      EXPECT_EQ(isFlipped, flip) << order;
-    }
-  }
-}
-
 TEST(TransformEuler, DistanceShiftsByWholeTurnsAndSums) {
   TVector3 angles{7, 0.5f, -20};
   const TVector3 reference{0, 0, 0};
@@ -72,19 +58,6 @@ TEST(TransformEuler, NormalizeBringsTheMiddleAngleIntoAQuarterTurn) {
   TVector3 others{-2, 0.1f, 10};
   NormalizeEuler(5, others);
   EXPECT_TRUE(others.IsEqual({2 - kRealPI, 0.1f - kRealPI, 10 - 3 * kRealPI}, 1e-5f));
-}
-
-TEST(TransformEuler, NearestEquivalentKeepsTheRotationInEveryOrder) {
-  const TVector3 angles{0.3f, -0.5f, 1.1f};
-  for (int32 order = 0; order < kOrderCount; ++order) {
-    const TQuaternion rotation = EulerToQuaternion(order, angles);
-    for (const TVector3& reference : {TVector3(3, 3, 4), TVector3(-3, 20, 4), TVector3(100, -2.5f, -50)}) {
-      const TVector3 nearest = QuaternionToEuler(order, rotation, reference);
-      EXPECT_TRUE(EulerToMatrix(order, nearest, false).IsEqual(rotation.GetMatrix(), 3e-5f)) << order;
-      const TVector3 difference = nearest - reference;
-      EXPECT_LE(std::fabs(difference.x) + std::fabs(difference.y) + std::fabs(difference.z), 1.5f * kRealPI + 1e-4f);
-    }
-  }
 }
 
 TEST(TransformEuler, ATrackAcrossAPoleDoesNotJump) {
