@@ -1,10 +1,12 @@
 // Modifiers of the plug-in as a host carries them: aggregated, in an element's list, and made by the host's factory.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <vector>
 
 #include "ClassFactory.h"
-#include "FakeAttributes.h"
+#include "FakeObject.h"
 #include "HostServices.h"
 #include "PinModifier.h"
 #include "QLXModifier.h"
@@ -23,9 +25,7 @@ class HostedComponent final : public host::Modifier {
     fInner->Release();
   }
 
-  void Apply(host::Element& inElement) override {
-    MCQuery<I3DExModifier>(static_cast<I3DShModifier*>(this))->SetTreeElement(&inElement);
-  }
+  void Apply(host::Element& inElement) override { EXPECT_EQ(Get<I3DExModifier>().SetTreeElement(&inElement), MC_S_OK); }
   TMCCountedPtr<Modifier> Copy() override { return nullptr; }
   MCID MC_CALL GetModifierClass() override { return fClass; }
   // The component itself.

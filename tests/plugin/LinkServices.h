@@ -121,6 +121,18 @@ class LinkServices final : public IMCUnknown {
   uint32 MC_CALL AddRef() override { return 1; }
   uint32 MC_CALL Release() override { return 1; }
 
+  // The dialog in which a value is chosen; the person selects the row with that label.
+  FakeControl& OfferRow(std::string inLabel, bool inOk = true) {
+    FakeControl& dialog = fDialogs.Add(140, [label = std::move(inLabel), inOk](FakeControl& ioDialog) {
+      ioDialog["plst"_id].Select(label);
+      return inOk;
+    });
+    dialog.Add("plst"_id, FakeControl::kTree);
+    return dialog;
+  }
+  // Its rows, as they were at last.
+  FakeControl& OfferedRows() { return fDialogs[140]["plst"_id]; }
+
   LinkShell fShell;
   LinkFiles fFiles;
   LinkAlerts fAlerts;

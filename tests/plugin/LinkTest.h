@@ -6,28 +6,15 @@
 #include <vector>
 
 #include "AssertionGuard.h"
+#include "HostedComponent.h"
 #include "MCFrameTime.h"
 #include "ModelTest.h"
-#include "QLXModifier.h"
 #include "model/ParamTypes.h"
 
 namespace qlx::test {
 
 inline constexpr real32 kRate = 24;
 inline constexpr int32 kFrameTicks = 7500;
-
-// Carries a link in an element's list as the host's own wrapper does.
-class LinkCarrier final : public host::Modifier {
- public:
-  LinkCarrier() : fLink(MCAdopt(new QLXModifier)) {}
-  void Apply(host::Element& inElement) override {
-    EXPECT_EQ(fLink->SetTreeElement(static_cast<TreeElement*>(&inElement)), MC_S_OK);
-  }
-  TMCCountedPtr<host::Modifier> Copy() override { return nullptr; }
-  MCID MC_CALL GetModifierClass() override { return "fQLX"_id; }
-
-  TMCCountedPtr<QLXModifier> fLink;
-};
 
 // Elements "A" and "B", 24 frames a second, frames 0 to 100. Nothing of it reports.
 class LinkScene {
@@ -42,11 +29,9 @@ class LinkScene {
   host::Element& Add(const char* inName) { return fScene.Add(inName); }
   const std::vector<std::string>& Warnings() const { return fScene.Warnings(); }
 
-  // A link as `new` makes it, on an element.
+  // A new link on an element.
   static QLXModifier& AddBare(host::Element& inElement) {
-    const auto carrier = host::MakeHosted<LinkCarrier>();
-    inElement.AddModifier(*carrier, inElement.GetModifiers().size());
-    return *carrier->fLink;
+    return HostedComponent::AddTo(inElement, "fQLX"_id, QLXModifier::kInterfaceID).Get<QLXModifier>();
   }
   // In attribute mode, from a value of one element to a value of another.
   static QLXModifier& Add(host::Element& inTarget, const char* inPath, host::Element& inSource,

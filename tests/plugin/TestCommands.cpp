@@ -5,7 +5,11 @@
 #include "AddQLXModifier.h"
 #include "AddSliderModifier.h"
 #include "CommandTest.h"
+#include "DeleteKeyframes.h"
+#include "RemoveDupKeyframes.h"
+#include "ThrownBy.h"
 #include "TreeSelectionIterator.h"
+#include "WiggleKeyframes.h"
 
 namespace qlx::test {
 namespace {
@@ -41,13 +45,6 @@ TEST_F(AddModifierTest, NothingToServeIsNoFault) {
   EXPECT_TRUE(ClassesOn(fScene.fA).empty());
 }
 
-TEST_F(AddModifierTest, HasNoRecordAndPanel155) {
-  const auto command = MCAdopt(new AddSliderModifierCommand);
-  EXPECT_EQ(command->GetExtensionDataBuffer(), nullptr);
-  EXPECT_EQ(command->GetExtensionDataSize(), 0U);
-  EXPECT_EQ(command->GetResourceId(), 155);
-}
-
 // In spite of their name the callbacks ask for more than a selection.
 TEST_F(AddModifierTest, IsEnabledByAnElementWithAParent) {
   TMCCountedPtr<IMCUnknown> object;
@@ -78,53 +75,38 @@ TEST_F(AddModifierTest, IsEnabledByAnElementWithAParent) {
     EXPECT_EQ(IsEnabled<AddQLXModifierCommand>(&fHost), row.fIsEnabled);
     EXPECT_EQ(IsEnabled<AddPinModifierCommand>(&fHost), row.fIsEnabled);
     EXPECT_EQ(IsEnabled<AddSliderModifierCommand>(&fHost), row.fIsEnabled);
+    EXPECT_EQ(IsEnabled<DeleteKeyframesCommand>(&fHost), row.fIsEnabled);
+    EXPECT_EQ(IsEnabled<RemoveDupKeyframesCommand>(&fHost), row.fIsEnabled);
+    EXPECT_TRUE(IsEnabled<WiggleKeyframesCommand>(&fHost)) << "whatever is selected";
   }
-  EXPECT_FALSE(IsEnabled<AddPinModifierCommand>(nullptr));
+  EXPECT_FALSE(IsEnabled<AddPinModifierCommand>(nullptr) || IsEnabled<WiggleKeyframesCommand>(nullptr));
   fHost.fHasSelection = false;
   EXPECT_FALSE(IsEnabled<AddPinModifierCommand>(&fHost));
 }
 
 TEST_F(AddModifierTest, AContextThatLacksWhatEverySceneHasIsRefused) {
-  const SilentReports silence;
-  int32 lines[2] = {};
-  for (const bool hasMaster : {false, true}) {
-    fHost.fScene.fHasMaster = hasMaster;
-    fHost.fHasDocument = false;
-    const auto command = MCAdopt(new AddPinModifierCommand);
-    EXPECT_EQ(command->Prepare(), MC_S_OK) << "without a context";
-    command->Init(&fHost);
-    try {
-      command->Prepare();
-      ADD_FAILURE();
-    } catch (const TMCException& exception) {
-      EXPECT_EQ(exception.GetCode(), MC_E_INVALIDARG);
-      EXPECT_STREQ(exception.GetFileName(), "AddPinModifier");
-      lines[hasMaster ? 1 : 0] = exception.GetLine();
-    }
-  }
-  EXPECT_EQ(lines[1], lines[0] + 1);
-  fHost.fHasSelection = false;
   const auto command = MCAdopt(new AddPinModifierCommand);
+  EXPECT_EQ(command->Prepare(), MC_S_OK) << "without a context";
   command->Init(&fHost);
-  EXPECT_THROW(command->Do(), TMCException) << "no selection to walk";
+  const auto prepare = [&command] { command->Prepare(); };
+  fHost.fScene.fHasMaster = fHost.fHasDocument = false;
+  const Thrown withoutMaster = ThrownBy(prepare);
+  EXPECT_EQ(withoutMaster, (Thrown{MC_E_INVALIDARG, "AddPinModifier", withoutMaster.fLine}));
+  fHost.fScene.fHasMaster = true;
+  EXPECT_EQ(ThrownBy(prepare), (Thrown{MC_E_INVALIDARG, "AddPinModifier", withoutMaster.fLine + 1}));
+  fHost.fHasSelection = false;
+  command->Init(&fHost);
+  EXPECT_NE(ThrownBy([&command] { command->Do(); }), Thrown()) << "no selection to walk";
 }
 
 TEST_F(AddModifierTest, CallBackNeedsMemory) {
-  const SilentReports silence;
   const auto command = MCAdopt(new AddPinModifierCommand);
   TMCCountedPtr<ISelfPrepareMenuCallBack> callBack;
   command->GetMenuCallBack(callBack.WriteInto());
   auto& memory = static_cast<TestMemory&>(*gMemoryUtilities);
   memory.RefuseAfter(0);
-  try {
-    ISelfPrepareMenuCallBack* held = callBack.Detach();
-    command->GetMenuCallBack(&held);
-    ADD_FAILURE();
-  } catch (const TMCException& exception) {
-    EXPECT_EQ(exception.GetCode(), MC_E_OUTOFMEMORY);
-    EXPECT_STREQ(exception.GetFileName(), "MCCountedPtrHelper");
-    EXPECT_EQ(exception.GetLine(), 166);
-  }
+  ISelfPrepareMenuCallBack* held = callBack.Detach();
+  EXPECT_EQ(ThrownBy([&] { command->GetMenuCallBack(&held); }), (Thrown{MC_E_OUTOFMEMORY, "MCCountedPtrHelper", 166}));
   memory.RefuseNothing();
 }
 

@@ -1,20 +1,18 @@
 // The arithmetic of links, without a host.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <numbers>
 
 #include "AssertionGuard.h"
+#include "NotFinite.h"
 #include "QLXMapping.h"
 #include "TestMemory.h"
 
 namespace qlx::test {
 namespace {
-
-constexpr real32 kNaN = std::numeric_limits<real32>::quiet_NaN();
-constexpr real32 kInfinity = std::numeric_limits<real32>::infinity();
 
 // A link and a window of ten frames, with one step to the value 2 at the rotation's channel.
 struct Mapping {
@@ -32,13 +30,7 @@ struct Mapping {
   }
 };
 
-using MappingChange = std::function<void(Mapping&)>;
-
-void SetModify(Mapping& ioMapping, bool QLXModifierData::*inFlag, real32 inOperand) {
-  ioMapping.fData.fModifyAdd = false;
-  ioMapping.fData.*inFlag = true;
-  ioMapping.fData.fModifyValue = inOperand;
-}
+using MappingFlag = bool QLXModifierData::*;
 
 TEST(QLXMapping, KeysHaveChannels) {
   const struct {
@@ -66,6 +58,9 @@ TEST(QLXMapping, UnitsApplyToTheirKinds) {
       {"cm of a rotation", 1, "RotX"_id, 90},
       {"cm of another key", 1, "SCAL"_id, 90},
       {"inches", 2, "GlbX"_id, 90},
+      {"feet are divided", 3, "GlbX"_id, 7.5f},
+      {"feet of own translation", 3, "XCOO"_id, 7.5f},
+      {"feet of a rotation", 3, "RotX"_id, 90},
       {"metres", 4, "YCOO"_id, 90 * 39.37f},
       {"metres of a rotation", 4, "RotZ"_id, 90},
       {"degrees", 5, "RotY"_id, 90 * 3.1415927f / 180.0f},
@@ -81,45 +76,38 @@ TEST(QLXMapping, UnitsApplyToTheirKinds) {
   }
 }
 
-TEST(QLXMapping, FeetAreDividedByTwelve) {
-  EXPECT_EQ(ConvertQLXUnit(kUnitFeet, "GlbX"_id, 24), 2);
-  EXPECT_EQ(ConvertQLXUnit(kUnitFeet, "XCOO"_id, 24), 2);
-  EXPECT_EQ(ConvertQLXUnit(kUnitFeet, "RotX"_id, 24), 24);
-}
-
 TEST(QLXMapping, ModifyGroupTakesTheFirstThatIsOn) {
+  using D = QLXModifierData;
   const struct {
     const char* fLabel;
-    MappingChange fChange;
+    std::vector<MappingFlag> fFlags;
+    real32 fOperand;
     real32 fExpected;
   } rows[] = {
-      {"default adds 0", [](Mapping&) {}, 8},
-      {"add", [](Mapping& m) { SetModify(m, &QLXModifierData::fModifyAdd, 4); }, 12},
-      {"subtract", [](Mapping& m) { SetModify(m, &QLXModifierData::fModifySubtract, 3); }, 5},
-      {"multiply", [](Mapping& m) { SetModify(m, &QLXModifierData::fModifyMultiply, 4); }, 32},
-      {"divide", [](Mapping& m) { SetModify(m, &QLXModifierData::fModifyDivide, 4); }, 2},
-      {"divide by 0 is skipped", [](Mapping& m) { SetModify(m, &QLXModifierData::fModifyDivide, 0); }, 8},
-      {"divide by -0 is skipped", [](Mapping& m) { SetModify(m, &QLXModifierData::fModifyDivide, -0.0f); }, 8},
-      {"set", [](Mapping& m) { SetModify(m, &QLXModifierData::fModifySet, 4); }, 4},
-      {"none", [](Mapping& m) { m.fData.fModifyAdd = false; }, 8},
-      {"add wins over multiply",
-       [](Mapping& m) {
-         SetModify(m, &QLXModifierData::fModifyMultiply, 4);
-         m.fData.fModifyAdd = true;
-       },
-       12},
-      {"the operand has a unit",
-       [](Mapping& m) {
-         SetModify(m, &QLXModifierData::fModifyMultiply, 50);
-         m.fData.fModifyUnit = kUnitPercent;
-       },
-       4},
+      {"add", {&D::fModifyAdd}, 4, 12},
+      {"subtract", {&D::fModifySubtract}, 3, 5},
+      {"multiply", {&D::fModifyMultiply}, 4, 32},
+      {"divide", {&D::fModifyDivide}, 4, 2},
+      {"divide by 0 is skipped", {&D::fModifyDivide}, 0, 8},
+      {"divide by -0 is skipped", {&D::fModifyDivide}, -0.0f, 8},
+      {"set", {&D::fModifySet}, 4, 4},
+      {"none", {}, 4, 8},
+      {"add wins over multiply", {&D::fModifyMultiply, &D::fModifyAdd}, 4, 12},
   };
   for (const auto& row : rows) {
     Mapping mapping;
-    row.fChange(mapping);
+    EXPECT_EQ(mapping.Map(8), 8) << "the default adds 0";
+    mapping.fData.fModifyAdd = false;
+    mapping.fData.fModifyValue = row.fOperand;
+    for (const MappingFlag flag : row.fFlags) {
+      mapping.fData.*flag = true;
+    }
     EXPECT_EQ(mapping.Map(8), row.fExpected) << row.fLabel;
   }
+  Mapping mapping;
+  mapping.fData.fModifyValue = 50;
+  mapping.fData.fModifyUnit = kUnitPercent;
+  EXPECT_EQ(mapping.Map(8), 8.5f) << "the operand has a unit";
 }
 
 TEST(QLXMapping, RelativeIsTheChangeSinceTheStart) {
@@ -129,13 +117,7 @@ TEST(QLXMapping, RelativeIsTheChangeSinceTheStart) {
   EXPECT_EQ(mapping.MapAt(100, 7), 2);
   EXPECT_EQ(MapValue(mapping.fData, mapping.fCurves, mapping.fMemory, "RotY"_id, 7, mapping.fWindow), 7)
       << "each channel has a baseline of its own, 0 until it was seen at the start";
-}
-
-TEST(QLXMapping, BaselineIsTakenOnceAndSurvivesARewind) {
-  Mapping mapping;
-  mapping.fData.fRelative = true;
-  mapping.MapAt(0, 5);
-  EXPECT_EQ(mapping.MapAt(0, 9), 4);
+  EXPECT_EQ(mapping.MapAt(0, 9), 4) << "the baseline is taken once, and survives a rewind";
 }
 
 TEST(QLXMapping, OnlyPositionsAndRotationsAreInverted) {
@@ -161,50 +143,32 @@ TEST(QLXMapping, OnlyPositionsAndRotationsAreInverted) {
 TEST(QLXMapping, OscillatorMultiplies) {
   const struct {
     const char* fLabel;
-    MappingChange fChange;
+    QLXOscillator fOscillator;
     int32 fNow;
     real32 fExpected;
   } rows[] = {
-      {"sine", [](Mapping&) {}, 300, 2 * std::sin(3.0f)},
-      {"part of a frame does not count", [](Mapping&) {}, 399, 2 * std::sin(3.0f)},
-      {"before the start", [](Mapping&) {}, -350, 2 * std::sin(-3.0f)},
+      {"sine", {}, 300, 2 * std::sin(3.0f)},
+      {"part of a frame does not count", {}, 399, 2 * std::sin(3.0f)},
+      {"before the start", {}, -350, 2 * std::sin(-3.0f)},
       {"phase and speed",
-       [](Mapping& m) {
-         m.fCurves.fOscillator.fOscillatorPhase = 0.5f;
-         m.fCurves.fOscillator.fOscillatorSpeed = 0.25f;
-       },
-       300, 2 * std::sin(3.0f * 0.25f + 0.5f)},
-      {"cosine",
-       [](Mapping& m) {
-         m.fCurves.fOscillator.fOscillatorSine = false;
-         m.fCurves.fOscillator.fOscillatorCosine = true;
-       },
-       300, 2 * std::cos(3.0f)},
-      {"sine wins", [](Mapping& m) { m.fCurves.fOscillator.fOscillatorCosine = true; }, 300, 2 * std::sin(3.0f)},
-      {"above its maximum", [](Mapping& m) { m.fCurves.fOscillator.fOscillatorMax = 0.1f; }, 300, 0.2f},
-      {"below its minimum", [](Mapping& m) { m.fCurves.fOscillator.fOscillatorMin = 0.75f; }, 300, 1.5f},
-      {"crossed bounds: the maximum is tested first",
-       [](Mapping& m) {
-         m.fCurves.fOscillator.fOscillatorMax = -3;
-         m.fCurves.fOscillator.fOscillatorMin = 3;
-       },
-       300, -6},
-      {"scale comes ahead of the bounds", [](Mapping& m) { m.fCurves.fOscillator.fOscillatorScale = 100; }, 300, 2},
+       {.fOscillatorPhase = 0.5f, .fOscillatorSpeed = 0.25f},
+       300,
+       2 * std::sin(3.0f * 0.25f + 0.5f)},
+      {"cosine", {.fOscillatorSine = false, .fOscillatorCosine = true}, 300, 2 * std::cos(3.0f)},
+      {"sine wins", {.fOscillatorCosine = true}, 300, 2 * std::sin(3.0f)},
+      {"above its maximum", {.fOscillatorMax = 0.1f}, 300, 0.2f},
+      {"below its minimum", {.fOscillatorMin = 0.75f}, 300, 1.5f},
+      {"crossed bounds: the maximum is tested first", {.fOscillatorMax = -3, .fOscillatorMin = 3}, 300, -6},
+      {"scale comes ahead of the bounds", {.fOscillatorScale = 100}, 300, 2},
+      {"no wave: a ramp", {.fOscillatorSine = false, .fOscillatorScale = 0.5f, .fOscillatorMax = 2}, 300, 3},
+      {"up to its bounds", {.fOscillatorSine = false, .fOscillatorScale = 0.5f, .fOscillatorMax = 2}, 900, 4},
   };
   for (const auto& row : rows) {
     Mapping mapping;
     mapping.fData.fOscillateOn = true;
-    row.fChange(mapping);
+    mapping.fCurves.fOscillator = row.fOscillator;
     EXPECT_EQ(mapping.MapAt(row.fNow, 2), row.fExpected) << row.fLabel;
   }
-}
-
-TEST(QLXMapping, OscillatorWithoutAWaveIsARampUpToItsBounds) {
-  Mapping mapping;
-  mapping.fData.fOscillateOn = true;
-  mapping.fCurves.fOscillator = {.fOscillatorSine = false, .fOscillatorScale = 0.5f, .fOscillatorMax = 2};
-  EXPECT_EQ(mapping.MapAt(300, 2), 3);
-  EXPECT_EQ(mapping.MapAt(900, 2), 4);
 }
 
 TEST(QLXMapping, CurvesFollowTheirFormulas) {
@@ -233,6 +197,8 @@ TEST(QLXMapping, CurvesFollowTheirFormulas) {
     decay.fCurves.fDecay.fDecayMin = 0.9f;
     decay.fCurves.fDecay.fDecayMax = 1;
     EXPECT_FLOAT_EQ(decay.MapAt(1500, 2), 1.8f) << row.fLabel << ": stopped by the lowest";
+    decay.fCurves.fDecay.fDecayMin = 0;
+    EXPECT_EQ(decay.MapAt(700, 1) == 0, row.fFallen < 0.3f) << row.fLabel << ": two of them end early";
 
     Mapping growth;
     growth.fData.fGrowOn = true;
@@ -243,18 +209,6 @@ TEST(QLXMapping, CurvesFollowTheirFormulas) {
     EXPECT_FLOAT_EQ(growth.MapAt(500, 2), 2 * (1 + row.fRisen * 10)) << row.fLabel;
     EXPECT_FLOAT_EQ(growth.MapAt(1500, 2), 22) << row.fLabel << ": stopped by the highest";
   }
-}
-
-TEST(QLXMapping, QuadraticAndCubicDecayReachTheirEndEarly) {
-  Mapping mapping;
-  mapping.fData.fDecayOn = true;
-  mapping.fCurves.fDecay.fDecayLinear = false;
-  mapping.fCurves.fDecay.fDecayQuadratic = true;
-  EXPECT_GT(mapping.MapAt(600, 1), 0);
-  EXPECT_EQ(mapping.MapAt(700, 1), 0);
-  mapping.fCurves.fDecay = {.fDecayLinear = false, .fDecayCubic = true};
-  EXPECT_GT(mapping.MapAt(500, 1), 0);
-  EXPECT_EQ(mapping.MapAt(600, 1), 0);
 }
 
 TEST(QLXMapping, DecayWinsOverGrowthEvenWithoutACurve) {
@@ -286,10 +240,12 @@ TEST(QLXMapping, TimesStopAtTheEndsOfTheirRange) {
                      .fFrameTicks = 1};
   EXPECT_TRUE(std::isfinite(mapping.Map(2)));
   real32 value = 2;
-  for (const int32 frames : {std::numeric_limits<int32>::min(), std::numeric_limits<int32>::max()}) {
+  for (const int32 frames : {0, -1, std::numeric_limits<int32>::min(), std::numeric_limits<int32>::max()}) {
     mapping.fData.fDelayFrames = frames;
     EXPECT_TRUE(DelayValue(mapping.fData, mapping.fMemory, mapping.fWindow, value)) << frames;
+    EXPECT_TRUE(frames > 0 || mapping.fMemory.fDelayQueue.IsEmpty()) << "a delay of no frames";
   }
+  EXPECT_EQ(value, 2);
 }
 
 TEST(QLXMapping, TargetIsFilteredWhenAFrameIsRepeated) {
@@ -307,22 +263,21 @@ TEST(QLXMapping, TargetIsFilteredWhenAFrameIsRepeated) {
   EXPECT_EQ(filter(0, true, 6), 2) << "taken once";
 }
 
-TEST(QLXMapping, LastTargetValueIsTheFirstThatWasSeen) {
+// What was seen first stays the value of a repeated frame.
+TEST(QLXMapping, TargetIsTheFirstThatWasSeen) {
   Mapping mapping;
-  for (const int32 now : {100, 200, 300}) {
-    mapping.fWindow.fNow = now;
-    mapping.fMemory.fSameFrame = false;
-    EXPECT_EQ(FilterTargetValue(mapping.fMemory, mapping.fKey, static_cast<real32>(now), mapping.fWindow), now);
-    mapping.fMemory.fSameFrame = true;
-    EXPECT_EQ(FilterTargetValue(mapping.fMemory, mapping.fKey, 7, mapping.fWindow), 100) << now;
-  }
+  mapping.fWindow.fNow = 100;
+  EXPECT_EQ(FilterTargetValue(mapping.fMemory, mapping.fKey, 100, mapping.fWindow), 100);
+  mapping.fWindow.fNow = 200;
+  EXPECT_EQ(FilterTargetValue(mapping.fMemory, mapping.fKey, 200, mapping.fWindow), 200);
+  mapping.fMemory.fSameFrame = true;
+  EXPECT_EQ(FilterTargetValue(mapping.fMemory, mapping.fKey, 7, mapping.fWindow), 100);
 }
 
 TEST(QLXMapping, CombineGroupTakesTheFirstThatIsOn) {
-  using Flag = bool QLXModifierData::*;
   const struct {
     const char* fLabel;
-    std::vector<Flag> fFlags;
+    std::vector<MappingFlag> fFlags;
     real32 fMapped;
     real32 fExpected;
   } rows[] = {
@@ -338,7 +293,7 @@ TEST(QLXMapping, CombineGroupTakesTheFirstThatIsOn) {
   for (const auto& row : rows) {
     QLXModifierData data;
     data.fCombineReplace = false;
-    for (const Flag flag : row.fFlags) {
+    for (const MappingFlag flag : row.fFlags) {
       data.*flag = true;
     }
     EXPECT_EQ(CombineValues(data, 12, row.fMapped), row.fExpected) << row.fLabel;
@@ -377,46 +332,24 @@ TEST(QLXMapping, LimitsHaveAUnit) {
 }
 
 TEST(QLXMapping, EveryFloatMayBeAnything) {
-  const auto real32Fields = [](Mapping& m) {
-    return std::vector<real32*>{&m.fData.fModifyValue,
-                                &m.fData.fLowerLimit,
-                                &m.fData.fUpperLimit,
-                                &m.fData.fRangeMin,
-                                &m.fData.fRangeMax,
-                                &m.fCurves.fDecay.fDecayMax,
-                                &m.fCurves.fDecay.fDecayMin,
-                                &m.fCurves.fGrowth.fGrowMax,
-                                &m.fCurves.fGrowth.fGrowMin,
-                                &m.fCurves.fOscillator.fOscillatorPhase,
-                                &m.fCurves.fOscillator.fOscillatorScale,
-                                &m.fCurves.fOscillator.fOscillatorMax,
-                                &m.fCurves.fOscillator.fOscillatorMin,
-                                &m.fCurves.fOscillator.fOscillatorSpeed};
+  const auto real32Fields = [](QLXModifierData& d, QLXCurves& c) {
+    QLXOscillator& o = c.fOscillator;
+    return std::to_array({&d.fModifyValue, &d.fLowerLimit, &d.fUpperLimit, &d.fRangeMin, &d.fRangeMax,
+                          &c.fDecay.fDecayMax, &c.fDecay.fDecayMin, &c.fGrowth.fGrowMax, &c.fGrowth.fGrowMin,
+                          &o.fOscillatorPhase, &o.fOscillatorScale, &o.fOscillatorMax, &o.fOscillatorMin,
+                          &o.fOscillatorSpeed});
   };
-  Mapping probe;
-  for (std::size_t i = 0; i < real32Fields(probe).size(); ++i) {
+  for (std::size_t i = 0; i < 14; ++i) {
     for (const real32 value : {kNaN, kInfinity, -kInfinity, 3e38f, 1e-45f}) {
       Mapping mapping;
       mapping.fData.fOscillateOn = mapping.fData.fGrowOn = mapping.fData.fRangeOn = true;
       mapping.fData.fLowerLimitOn = mapping.fData.fUpperLimitOn = mapping.fData.fDelayOn = true;
       mapping.fData.fDecayOn = i % 2 == 0;
-      *real32Fields(mapping)[i] = value;
+      *real32Fields(mapping.fData, mapping.fCurves)[i] = value;
       real32 mapped = mapping.MapAt(500, 2);
       EXPECT_TRUE(DelayValue(mapping.fData, mapping.fMemory, mapping.fWindow, mapped)) << i;
       ClampToLimits(mapping.fData, mapping.fKey, ClampToRange(mapping.fData, mapped));
     }
-  }
-}
-
-TEST(QLXMapping, DelayOfNoFramesGivesTheValueBack) {
-  Mapping mapping;
-  mapping.fData.fDelayOn = true;
-  for (const int32 frames : {0, -1, -1000}) {
-    mapping.fData.fDelayFrames = frames;
-    real32 value = 3;
-    EXPECT_TRUE(DelayValue(mapping.fData, mapping.fMemory, mapping.fWindow, value)) << frames;
-    EXPECT_EQ(value, 3) << frames;
-    EXPECT_TRUE(mapping.fMemory.fDelayQueue.IsEmpty()) << frames;
   }
 }
 

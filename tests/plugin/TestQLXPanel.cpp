@@ -4,11 +4,11 @@
 
 #include "LinkServices.h"
 #include "LinkTest.h"
-#include "MCException.h"
 #include "MCMemoryStream.h"
 #include "PropertyFill.h"
 #include "QLXModifierTokens.h"
 #include "QLXPropertyItem.h"
+#include "ThrownBy.h"
 
 namespace qlx::test {
 namespace {
@@ -33,35 +33,20 @@ class QLXPanelTest : public testing::Test {
 
   void Open() { EXPECT_EQ(fLink->HandleEvent(1, fPanel.AsPart(), nullptr), MC_S_OK); }
   void Press(MCID inButton) { EXPECT_EQ(fLink->HandleEvent(5, fPanel[inButton].AsPart(), nullptr), MC_S_OK); }
-  // The dialog in which a value is chosen; the person selects the row with that label.
-  FakeControl& PickRow(std::string inLabel, bool inOk = true) {
-    FakeControl& dialog =
-        fServices.fDialogs.Add(140, [this, inLabel = std::move(inLabel), inOk](FakeControl& ioDialog) {
-          FakeControl& list = ioDialog["plst"_id];
-          fOffered = list.Labels();
-          fFirstIsOpen = list.fRows.at(0).fIsExpanded;
-          fOthersFolded = true;
-          for (const FakeRow& row : list.fRows) {
-            fOthersFolded = fOthersFolded && (!row.fIsExpanded || row.fDepth == 0);
-          }
-          list.Select(inLabel);
-          return inOk;
-        });
-    dialog.Add("plst"_id, FakeControl::kTree);
-    return dialog;
-  }
+  Texts Offered() { return fServices.OfferedRows().Labels(); }
 
   LinkScene fScene;
   LinkServices fServices;
   FakeControl fPanel{"panl"_id};
   TMCCountedPtr<QLXModifier> fLink = MCAdopt(new QLXModifier);
-  Texts fOffered;
-  bool fFirstIsOpen = false;
-  bool fOthersFolded = false;
 };
 
 TEST_F(QLXPanelTest, OpeningFillsListsOnceAndNamesTheTitle) {
   fLink->EditData().fName = "Follow";
+  fServices.fShell.fIsSuspended = true;
+  Open();
+  EXPECT_TRUE(fPanel["unit"_id].fTexts.empty());
+  fServices.fShell.fIsSuspended = false;
   Open();
   const Texts units = {"<none>", "cm", "in", "ft", "m", "degrees", "radians", "percent"};
   EXPECT_EQ(fPanel["unit"_id].fTexts, units);
@@ -79,21 +64,17 @@ TEST_F(QLXPanelTest, OpeningFillsListsOnceAndNamesTheTitle) {
   EXPECT_EQ(fPanel["titl"_id].fWrites, 1) << "the label is the name already";
 }
 
-// Panes have labels and are no titles, and another panel's title above this one's is not met.
-TEST_F(QLXPanelTest, ThePanesOnTheWayUpAreNoTitles) {
+// Panes have labels and are no titles, and the lists of another panel are left alone.
+TEST_F(QLXPanelTest, TheTitleIsItsOwn) {
   Press("ChTL"_id);
   EXPECT_EQ(fPanel["titl"_id].fText, "QLX");
   EXPECT_EQ(fPanel["cps5"_id].fText, "");
   EXPECT_EQ(fPanel["mps0"_id].fText, "");
-}
-
-TEST_F(QLXPanelTest, ListsOfOtherPanelsAreLeftAlone) {
   FakeControl window;
   FakeControl& other = window.Add("titl"_id, FakeControl::kLabelled);
   other.Add("unit"_id, FakeControl::kPopup);
   FakeControl& own = window.Add("titl"_id, FakeControl::kLabelled);
-  FakeControl& button = own.Add("LOAD"_id);
-  EXPECT_EQ(fLink->HandleEvent(5, button.AsPart(), nullptr), MC_S_OK);
+  EXPECT_EQ(fLink->HandleEvent(5, own.Add("LOAD"_id).AsPart(), nullptr), MC_S_OK);
   EXPECT_EQ(own.fText, "QLX");
   EXPECT_TRUE(other["unit"_id].fTexts.empty());
 }
@@ -128,79 +109,52 @@ TEST_F(QLXPanelTest, RenamesTheLink) {
   }
 }
 
-// What a person enters stands in the field at once, is saved with the link, and works in the next evaluation.
+// Controls have the keys of their fields.
 TEST_F(QLXPanelTest, CurveDialogsGoThroughEveryField) {
-  const QLXPrivateData& data = fLink->GetPrivateData();
-  const QLXCurves& curves = data.fCurves;
   const struct {
     MCID fButton;
     int32 fDialog;
-    std::vector<std::pair<MCID, const bool*>> fSwitches;
-    std::vector<std::pair<MCID, const real32*>> fNumbers;
+    std::vector<std::string> fSwitches, fNumbers;
   } rows[] = {
-      {"sgrw"_id,
-       170,
-       {{"glin"_id, &curves.fGrowth.fGrowLinear},
-        {"gqua"_id, &curves.fGrowth.fGrowQuadratic},
-        {"gcub"_id, &curves.fGrowth.fGrowCubic},
-        {"gqut"_id, &curves.fGrowth.fGrowQuadraticOnly},
-        {"gcut"_id, &curves.fGrowth.fGrowCubicOnly}},
-       {{"gmax"_id, &curves.fGrowth.fGrowMax}, {"gmin"_id, &curves.fGrowth.fGrowMin}}},
-      {"sdcy"_id,
-       160,
-       {{"dlin"_id, &curves.fDecay.fDecayLinear},
-        {"dqua"_id, &curves.fDecay.fDecayQuadratic},
-        {"dcub"_id, &curves.fDecay.fDecayCubic},
-        {"dqut"_id, &curves.fDecay.fDecayQuadraticOnly},
-        {"dcut"_id, &curves.fDecay.fDecayCubicOnly}},
-       {{"dmax"_id, &curves.fDecay.fDecayMax}, {"dmin"_id, &curves.fDecay.fDecayMin}}},
-      {"sosc"_id,
-       180,
-       {{"osin"_id, &curves.fOscillator.fOscillatorSine}, {"ocos"_id, &curves.fOscillator.fOscillatorCosine}},
-       {{"opho"_id, &curves.fOscillator.fOscillatorPhase},
-        {"osca"_id, &curves.fOscillator.fOscillatorScale},
-        {"omax"_id, &curves.fOscillator.fOscillatorMax},
-        {"omin"_id, &curves.fOscillator.fOscillatorMin},
-        {"ospd"_id, &curves.fOscillator.fOscillatorSpeed}}},
+      {"sgrw"_id, 170, {"glin", "gqua", "gcub", "gqut", "gcut"}, {"gmax", "gmin"}},
+      {"sdcy"_id, 160, {"dlin", "dqua", "dcub", "dqut", "dcut"}, {"dmax", "dmin"}},
+      {"sosc"_id, 180, {"osin", "ocos"}, {"opho", "osca", "omax", "omin", "ospd"}},
+  };
+  const auto written = [this](const std::string& id) {
+    TMCMemoryStream saved;
+    WriteTokens(saved, fLink->GetPrivateData());
+    const std::string text(reinterpret_cast<const char*>(saved.GetData()), saved.GetSize());
+    return std::stod(text.substr(text.find(id + " ") + 5));
   };
   for (const auto& row : rows) {
-    for (const bool ok : {false, true}) {
-      SCOPED_TRACE(row.fDialog * 10 + (ok ? 1 : 0));
-      FakeControl& dialog = fServices.fDialogs.Add(row.fDialog, [&](FakeControl& ioDialog) {
-        real64 number = 0.375;
-        for (const auto& [id, field] : row.fSwitches) {
-          EXPECT_EQ(ioDialog[id].fNumber, *field ? 1 : 0);
-          ioDialog[id].fNumber = *field ? 0 : 2;  // a truth value that is neither 0 nor 1
-        }
-        for (const auto& [id, field] : row.fNumbers) {
-          EXPECT_EQ(ioDialog[id].fNumber, static_cast<real64>(*field));
-          ioDialog[id].fNumber = number *= 2;
-        }
-        return ok;
-      });
-      for (const auto& [id, field] : row.fSwitches) {
-        dialog.Add(id, false);
-      }
-      for (const auto& [id, field] : row.fNumbers) {
-        dialog.Add(id, 0.0f);
-      }
-      const bool before = *row.fSwitches[0].second;
-      Press(row.fButton);
-      EXPECT_EQ(*row.fSwitches[0].second, ok ? !before : before);
-      real64 number = 0.375;
-      for (const auto& [id, field] : row.fNumbers) {
-        number *= 2;
-        EXPECT_EQ(static_cast<real64>(*field) == number, ok);
-      }
-      EXPECT_EQ(dialog.fRuns, 1);
-      EXPECT_EQ(dialog.fCloses, 1);
+    FakeControl& dialog = fServices.fDialogs.Add(row.fDialog, nullptr);
+    std::map<std::string, real64> before, entered;
+    for (const std::string& id : row.fSwitches) {
+      dialog.Add(TMCString15(id.c_str()).ToID(), false);
+      before[id] = written(id);
+      entered[id] = 1 - before[id];
     }
+    for (const std::string& id : row.fNumbers) {
+      dialog.Add(TMCString15(id.c_str()).ToID(), 0.0f);
+      before[id] = written(id);
+      entered[id] = 12 + 0.5 * static_cast<real64>(entered.size());
+    }
+    for (const bool isOk : {false, true}) {
+      dialog.fOnRun = [&](FakeControl& ioDialog) {
+        for (const auto& [id, number] : entered) {
+          FakeControl& control = ioDialog[TMCString15(id.c_str()).ToID()];
+          EXPECT_EQ(control.fNumber, before[id]) << id;
+          control.fNumber = control.fForm == "bool"_id ? 2 * number : number;  // a truth value may be neither 0 nor 1
+        }
+        return isOk;
+      };
+      Press(row.fButton);
+      for (const auto& [id, number] : entered) {
+        EXPECT_EQ(written(id), isOk ? number : before[id]) << id;
+      }
+    }
+    EXPECT_EQ(dialog.fCloses, 2);
   }
-  TMCMemoryStream saved;
-  WriteTokens(saved, data);
-  const std::string text(reinterpret_cast<const char*>(saved.GetData()), saved.GetSize());
-  EXPECT_NE(text.find("osin 0"), std::string::npos) << text;
-  EXPECT_NE(text.find("ospd 12"), std::string::npos) << text;
 }
 
 TEST_F(QLXPanelTest, OffersTheOwnValuesOfTheElement) {
@@ -208,17 +162,18 @@ TEST_F(QLXPanelTest, OffersTheOwnValuesOfTheElement) {
   head.AddMorphGroup("Mouth", {"Smile"}, {0});
   head.SetShaders({&fScene->AddShader("Paint")});
   fScene.fB.SetShownObject(&head);
-  PickRow("Global Y Position");
+  fServices.OfferRow("Global Y Position");
   Press("slsp"_id);
-  ASSERT_GT(fOffered.size(), 12U);
-  EXPECT_EQ((Texts{fOffered.begin(), fOffered.begin() + 4}),
+  const Texts offered = Offered();
+  ASSERT_GT(offered.size(), 12U);
+  EXPECT_EQ((Texts{offered.begin(), offered.begin() + 4}),
             (Texts{"B", "  Global X Position", "  Global Y Position", "  Global Z Position"}));
-  const auto contains = [&](const char* inRow) { return std::ranges::find(fOffered, inRow) != fOffered.end(); };
+  const auto contains = [&](const char* inRow) { return std::ranges::find(offered, inRow) != offered.end(); };
   for (const char* const row : {"      Rotation (ROTA)", "        Rotation X (RotX) [qfix]", "Morphs", "  Mouth",
                                 "    Smile (S1dN) [qfix]", "Shaders", "  Paint"}) {
-    EXPECT_TRUE(contains(row)) << row << " in " << testing::PrintToString(fOffered);
+    EXPECT_TRUE(contains(row)) << row << " in " << testing::PrintToString(offered);
   }
-  EXPECT_TRUE(fFirstIsOpen);
+  EXPECT_TRUE(fServices.OfferedRows().fRows[0].fIsExpanded);
   const QLXPrivateData& data = fLink->GetPrivateData();
   EXPECT_TRUE(data.fTargetPathSet && data.fTargetPath == "GlbY") << TextOf(data.fTargetPath);
   EXPECT_EQ(TextOf(fLink->EditData().fTargetLabel), "Global Y Position");
@@ -226,17 +181,10 @@ TEST_F(QLXPanelTest, OffersTheOwnValuesOfTheElement) {
 }
 
 TEST_F(QLXPanelTest, AChoiceThatIsNoneChangesNothing) {
-  const struct {
-    const char* fLabel;
-    const char* fRow;
-    bool fOk;
-  } rows[] = {{"cancelled", "Global X Position", false}, {"nothing selected", "no such row", true}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fLabel);
-    FakeControl& dialog = PickRow(row.fRow, row.fOk);
+  for (const bool isOk : {false, true}) {
+    FakeControl& dialog = fServices.OfferRow(isOk ? "no such row" : "Global X Position", isOk);
     Press("slsp"_id);
     Press("slcp"_id);
-    EXPECT_EQ(dialog.fRuns, 2);
     EXPECT_EQ(dialog.fCloses, 2);
     EXPECT_FALSE(fLink->GetPrivateData().fTargetPathSet || fLink->GetPrivateData().fControllerPathSet);
     EXPECT_TRUE(fLink->EditData().fTargetLabel.IsEmpty());
@@ -244,34 +192,23 @@ TEST_F(QLXPanelTest, AChoiceThatIsNoneChangesNothing) {
 }
 
 TEST_F(QLXPanelTest, TheControllersValuesAreThoseOfItsElement) {
-  using Change = std::function<void(QLXModifier&)>;
-  ObjectReference toA;
-  fScene.fA.GetObjectReference(toA);
-  const struct {
-    const char* fLabel;
-    Change fChange;
-    const char* fElement;
-  } rows[] = {
-      {"none is chosen: the own element", [](QLXModifier&) {}, "B"},
-      {"by reference", [&](QLXModifier& l) { l.SetControllerRef(toA); }, "A"},
-      {"by name",
-       [](QLXModifier& l) {
-         l.EditData().fFindControllerByName = true;
-         l.EditData().fControllerName = "A";
-       },
-       "A"},
-      {"by a name that nobody has", [](QLXModifier& l) { l.EditData().fControllerName = "C"; }, "B"},
+  const auto offered = [this](MCID button) {
+    fServices.OfferRow("Global X Position");
+    Press(button);
+    return Offered().at(0);
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fLabel);
-    row.fChange(*fLink);
-    PickRow("Global X Position");
-    Press("slcp"_id);
-    EXPECT_EQ(fOffered.at(0), row.fElement);
-    EXPECT_TRUE(fLink->GetPrivateData().fControllerPathSet);
-    Press("slsp"_id);
-    EXPECT_EQ(fOffered.at(0), "B") << "the target is the link's own element, whatever it follows";
-  }
+  EXPECT_EQ(offered("slcp"_id), "B") << "none is chosen: the own element";
+  EXPECT_TRUE(fLink->GetPrivateData().fControllerPathSet);
+  ObjectReference toA;
+  fLink->SetControllerRef(fScene.fA.GetObjectReference(toA));
+  EXPECT_EQ(offered("slcp"_id), "A");
+  EXPECT_EQ(offered("slsp"_id), "B") << "the target is the link's own element, whatever it follows";
+  fLink->SetControllerRef({});
+  fLink->EditData().fFindControllerByName = true;
+  fLink->EditData().fControllerName = "A";
+  EXPECT_EQ(offered("slcp"_id), "A") << "by name";
+  fLink->EditData().fControllerName = "C";
+  EXPECT_EQ(offered("slcp"_id), "B") << "by a name that nobody has";
 }
 
 TEST_F(QLXPanelTest, WhatWasChosenWorksAtOnce) {
@@ -280,29 +217,28 @@ TEST_F(QLXPanelTest, WhatWasChosenWorksAtOnce) {
   Press("slso"_id);
   EXPECT_EQ(fServices.fShell.fTexts, "Choose controller|Choose Object");
   EXPECT_EQ(TextOf(fLink->EditData().fControllerName), "A");
-  PickRow("Global X Position");
+  fServices.OfferRow("Global X Position");
   Press("slsp"_id);
-  PickRow("Global Y Position");
+  fServices.OfferRow("Global Y Position");
   Press("slcp"_id);
   fScene.Play(1);
   fLink->SetTreeElement(&fScene.fB);
   EXPECT_EQ(ValueOf(fScene.fB, host::Channel::kPositionX), 8);
-  PickRow("Global Z Position");
+  fServices.OfferRow("Global Z Position");
   Press("slcp"_id);
   fScene.Play(2);
   fLink->SetTreeElement(&fScene.fB);
   EXPECT_EQ(ValueOf(fScene.fB, host::Channel::kPositionX), 9);
 }
 
-TEST_F(QLXPanelTest, ChoosesObjects) {
-  Press("bosl"_id);
-  EXPECT_TRUE(fLink->EditData().fSourceName.IsEmpty()) << "cancelled";
-  EXPECT_EQ(fLink->GetPrivateData().fSourceRef.GetElemCount(), 0U);
-  fServices.fShell.fChoice = &fScene.fA;
-  Press("bosl"_id);
-  EXPECT_EQ(TextOf(fLink->EditData().fSourceName), "A");
-  EXPECT_NE(fLink->GetPrivateData().fSourceRef.GetElemCount(), 0U);
-  EXPECT_TRUE(fLink->EditData().fControllerName.IsEmpty());
+TEST_F(QLXPanelTest, ChoosesTheSourceOfObjectMode) {
+  for (host::Element* const choice : {static_cast<host::Element*>(nullptr), &fScene.fA}) {
+    fServices.fShell.fChoice = choice;
+    Press("bosl"_id);
+    EXPECT_EQ(TextOf(fLink->EditData().fSourceName), choice ? "A" : "");
+    EXPECT_EQ(fLink->GetPrivateData().fSourceRef.GetElemCount() != 0, choice != nullptr);
+    EXPECT_TRUE(fLink->EditData().fControllerName.IsEmpty());
+  }
 }
 
 TEST_F(QLXPanelTest, MissingControlsAndDialogsLeaveTheirStepOut) {
@@ -317,16 +253,9 @@ TEST_F(QLXPanelTest, MissingControlsAndDialogsLeaveTheirStepOut) {
   }
   EXPECT_EQ(TextOf(fLink->EditData().fName), "QLX");
   EXPECT_FALSE(fLink->GetPrivateData().fTargetPathSet);
-  FakeHolder noPart({});
-  EXPECT_EQ(fLink->HandleEvent(1, static_cast<TimeBasedData*>(&noPart), nullptr), MC_S_OK);
-  const SilentReports silence;
-  EXPECT_THROW(fLink->HandleEvent(5, static_cast<TimeBasedData*>(&noPart), nullptr), TMCException);
-}
-
-TEST_F(QLXPanelTest, NothingHappensWhileEventsAreSuspended) {
-  fServices.fShell.fIsSuspended = true;
-  Open();
-  EXPECT_TRUE(fPanel["unit"_id].fTexts.empty());
+  FakeObject<IMCUnknown> noPart;
+  EXPECT_EQ(fLink->HandleEvent(1, &noPart, nullptr), MC_S_OK);
+  EXPECT_EQ(ThrownBy([&] { fLink->HandleEvent(5, &noPart, nullptr); }).fCode, MC_E_INVALIDARG);
 }
 
 TEST_F(QLXPanelTest, RowsAreLabelledByNameIdAndType) {
@@ -364,13 +293,16 @@ TEST_F(QLXPanelTest, TheWholeSceneIsOneBranchAnElement) {
     element = &fScene->AddElement(*element, "E" + std::to_string(i));
   }
   fLink->EditData().fListAllProperties = true;
-  PickRow("E9999");
+  fServices.OfferRow("E9999");
   Press("slsp"_id);
-  EXPECT_EQ(fOffered.at(0), "Scene");
-  EXPECT_EQ(fOffered.at(1), "  A");
-  EXPECT_EQ(std::ranges::count_if(fOffered, [](const std::string& inRow) { return inRow.starts_with("  E"); }),
+  const Texts offered = Offered();
+  EXPECT_EQ(offered.at(0), "Scene");
+  EXPECT_EQ(offered.at(1), "  A");
+  EXPECT_EQ(std::ranges::count_if(offered, [](const std::string& inRow) { return inRow.starts_with("  E"); }),
             kElements);
-  EXPECT_TRUE(fFirstIsOpen && fOthersFolded);
+  const auto& rows = fServices.OfferedRows().fRows;
+  EXPECT_TRUE(rows[0].fIsExpanded);
+  EXPECT_TRUE(std::ranges::none_of(rows, [](const FakeRow& inRow) { return inRow.fDepth > 0 && inRow.fIsExpanded; }));
   EXPECT_EQ(TextOf(fLink->GetPrivateData().fTargetPath), "aset,<E9999>");
 }
 

@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <limits>
 #include <string>
 
 #include "AssertionGuard.h"
 #include "FakeAttributes.h"
+#include "NotFinite.h"
 #include "QLXLookups.h"
 #include "TestMemory.h"
 #include "model/IDText.h"
@@ -14,8 +14,6 @@
 
 namespace qlx::test {
 namespace {
-
-constexpr real32 kNoNumber = std::numeric_limits<real32>::quiet_NaN();
 
 TEST(QLXValues, StoreAndReadByTypeAndComponent) {
   const struct {
@@ -32,11 +30,11 @@ TEST(QLXValues, StoreAndReadByTypeAndComponent) {
       {"action", "actn"_id, 0, 7, 7},
       {"integer stops at its end", "in32"_id, 0, 1e20f, 2147483648.0f},
       {"integer stops at its start", "in32"_id, 0, -1e20f, -2147483648.0f},
-      {"integer of NaN", "in32"_id, 0, kNoNumber, 0},
+      {"integer of NaN", "in32"_id, 0, kNaN, 0},
       {"short", "in16"_id, 0, 3.9f, 3},
       {"short stops at its end", "shrt"_id, 0, 1e9f, 32767},
       {"short stops at its start", "shrt"_id, 0, -1e9f, -32768},
-      {"short of NaN", "in16"_id, 0, kNoNumber, 0},
+      {"short of NaN", "in16"_id, 0, kNaN, 0},
       {"real", "re32"_id, 0, 0.1f, 0.1f},
       {"fixed", "qfix"_id, "RotX"_id, 0.1f, 0.1f},
       {"double", "re64"_id, 0, 0.1f, 0.1f},

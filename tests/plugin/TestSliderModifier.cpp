@@ -4,8 +4,8 @@
 #include "CountedNew.h"
 #include "LinkServices.h"
 #include "LinkTest.h"
-#include "MCException.h"
 #include "PlainScene.h"
+#include "ThrownBy.h"
 
 namespace qlx::test {
 namespace {
@@ -44,15 +44,6 @@ class SliderTest : public testing::Test {
   void Send(uint32 inMessage, FakeControl& inSource) {
     EXPECT_EQ(fHosted.GetExchanger().HandleEvent(inMessage, inSource.AsPart(), nullptr), MC_S_OK);
   }
-  FakeControl& OfferRow(const char* inLabel, bool inOk) {
-    FakeControl& dialog = fServices.fDialogs.Add(140, [this, inLabel, inOk](FakeControl& ioDialog) {
-      fOffered = ioDialog["plst"_id].Labels();
-      ioDialog["plst"_id].Select(inLabel);
-      return inOk;
-    });
-    dialog.Add("plst"_id, FakeControl::kTree);
-    return dialog;
-  }
   real32 RotX() const { return ValueOf(fScene.fB, host::Channel::kRotationX); }
 
   LinkScene fScene;
@@ -60,7 +51,6 @@ class SliderTest : public testing::Test {
   FakeControl fPanel{"panl"_id};
   HostedComponent& fHosted = HostedComponent::AddTo(fScene.fB, "fSLD"_id, SliderModifier::kInterfaceID);
   SliderPublicData& fData = *static_cast<SliderPublicData*>(fHosted.GetExchanger().GetExtensionDataBuffer());
-  std::vector<std::string> fOffered;
 };
 
 TEST_F(SliderTest, NewOneLeavesItsElementAlone) {
@@ -72,12 +62,6 @@ TEST_F(SliderTest, NewOneLeavesItsElementAlone) {
   EXPECT_EQ(slider.fText, "<not set>");
   EXPECT_EQ(slider.fMinimum, -100);
   EXPECT_EQ(slider.fMaximum, 100);
-  IExDataExchanger& exchanger = fHosted.GetExchanger();
-  EXPECT_EQ(exchanger.GetResourceId(), 183);
-  EXPECT_EQ(exchanger.GetExtensionDataSize(), sizeof(SliderPublicData));
-  EXPECT_EQ(exchanger.GetExtensionDataClassInfo(), nullptr);
-  EXPECT_EQ(exchanger.ExtensionDataChanged(), MC_S_OK);
-  EXPECT_FALSE(MCQuery<IExStreamIO>(&exchanger));
 }
 
 TEST_F(SliderTest, WritesItsValueAndAllocatesNothing) {
@@ -171,16 +155,9 @@ TEST_F(SliderTest, EveryMessageBringsTheSliderUpToDate) {
 }
 
 TEST_F(SliderTest, ASourceThatIsNoPartIsRefused) {
-  FakeHolder noPart({});
-  const SilentReports silence;
-  try {
-    fHosted.GetExchanger().HandleEvent(1, static_cast<TimeBasedData*>(&noPart), nullptr);
-    ADD_FAILURE();
-  } catch (const TMCException& exception) {
-    EXPECT_EQ(exception.GetCode(), MC_E_INVALIDARG);
-    EXPECT_STREQ(exception.GetFileName(), "SliderModifier");
-    EXPECT_EQ(exception.GetLine(), 42);
-  }
+  FakeObject<IMCUnknown> noPart;
+  EXPECT_EQ(ThrownBy([&] { fHosted.GetExchanger().HandleEvent(1, &noPart, nullptr); }),
+            (Thrown{MC_E_INVALIDARG, "SliderModifier", 42}));
   EXPECT_EQ(fHosted.GetExchanger().HandleEvent(5, nullptr, nullptr), MC_S_OK);
 }
 
@@ -196,17 +173,18 @@ TEST_F(SliderTest, ChoosesItsTarget) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.fLabel);
-    FakeControl& dialog = OfferRow(row.fRow, row.fOk);
+    FakeControl& dialog = fServices.OfferRow(row.fRow, row.fOk);
     Send(5, fPanel["sbtn"_id]);
-    EXPECT_EQ(fOffered.at(0), "B");
-    EXPECT_EQ(fOffered.at(1), "  Element (amet)") << "no position in the scene";
+    const auto offered = fServices.OfferedRows().Labels();
+    EXPECT_EQ(offered.at(0), "B");
+    EXPECT_EQ(offered.at(1), "  Element (amet)") << "no position in the scene";
     EXPECT_EQ(TextOf(fData.fPath), row.fIsTaken ? kRotX : "");
     EXPECT_EQ(TextOf(fData.fLabel), row.fIsTaken ? row.fRow : "<not set>");
     EXPECT_EQ(fPanel["titl"_id].fText, row.fIsTaken ? row.fRow : "");
     EXPECT_EQ(fPanel["valu"_id].fText, row.fIsTaken ? row.fRow : "");
     EXPECT_EQ(dialog.fCloses, 1);
   }
-  OfferRow("Rotation X (RotX) [qfix]", true);
+  fServices.OfferRow("Rotation X (RotX) [qfix]");
   const int writes = fPanel["titl"_id].fWrites;
   Send(5, fPanel["sbtn"_id]);
   EXPECT_EQ(fPanel["titl"_id].fWrites, writes) << "the label stands there already";
@@ -217,7 +195,7 @@ TEST_F(SliderTest, ChoosesItsTarget) {
 
 TEST_F(SliderTest, WithoutATitleTheChoiceStandsAllTheSame) {
   FakeControl lone("sbtn"_id);
-  OfferRow("Rotation Y (RotY) [qfix]", true);
+  fServices.OfferRow("Rotation Y (RotY) [qfix]");
   Send(5, lone);
   EXPECT_EQ(TextOf(fData.fPath), kRotY);
 }

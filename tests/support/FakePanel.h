@@ -98,7 +98,6 @@ class FakeControl final : public IMFPart,
   }
   void MC_CALL GetParentPart(IMFPart** outPart) override { MCAssignCounted<IMFPart>(outPart, fParent); }
   MCResult MC_CALL GetPartValue(void* outBuffer, MCID inTypeId) override {
-    ++fReads;
     if (inTypeId != fForm) {
       return MC_E_NOTVALID;
     }
@@ -229,7 +228,6 @@ class FakeControl final : public IMFPart,
   std::vector<FakeRow> fRows;
   std::vector<uint32> fSelected;
   std::function<bool(FakeControl&)> fOnRun;  // what the person does; true for OK
-  int fReads = 0;
   int fWrites = 0;
   int fRuns = 0;
   int fCloses = 0;
