@@ -3,18 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "COMSafeUtilities.h"
 #include "FakePanel.h"
+#include "FakeRoot.h"
 #include "HostInterface.h"
 #include "HostScene.h"
 #include "HostedComponent.h"
 #include "MCString.h"
-#include "SilentReports.h"
 #include "TestMemory.h"
 
 namespace qlx::test {
@@ -83,43 +81,13 @@ class LinkShell final : public FakeObject<IShellUtilities> {
 
 // Offers the services while it lives, beside the memory that the test has. Make it after that, and before an
 // `AssertionGuard`.
-class LinkServices final : public IMCUnknown {
+class LinkServices final {
  public:
-  LinkServices() {
-    const SilentReports silence;  // most services are missing
-    StartUtilities(this);
-    fCounted.emplace();
-  }
   ~LinkServices() {
     fDialogs.Clear();
-    EXPECT_EQ(fCounted->fLiveCount, 0) << "a counted object is alive";
+    EXPECT_EQ(fCounted.fLiveCount, 0) << "a counted object is alive";
     EXPECT_TRUE(fDialogs.fContexts.empty()) << "a resource context is left";
-    EndUtilities();
-    gMemoryUtilities = fMemory;
-    gDebugUtilities = fDebug;
   }
-  LinkServices(const LinkServices&) = delete;
-  LinkServices& operator=(const LinkServices&) = delete;
-
-  MCResult MC_CALL QueryInterface(const MCGuid& inID, void** outObject) override {
-    const std::pair<MCGuid, void*> services[] = {
-        {IShellUtilities::kInterfaceID, static_cast<IShellUtilities*>(&fShell)},
-        {IFileService::kInterfaceID, static_cast<IFileService*>(&fFiles)},
-        {IAlertService::kInterfaceID, static_cast<IAlertService*>(&fAlerts)},
-        {IUpdateService::kInterfaceID, static_cast<IUpdateService*>(&fUpdates)},
-        {IDialogFactory::kInterfaceID, static_cast<IDialogFactory*>(&fDialogs)},
-        {IResourceManager::kInterfaceID, static_cast<IResourceManager*>(&fDialogs)},
-        {IComponentFactory::kInterfaceID, static_cast<IComponentFactory*>(&fComponents)},
-        {IMemoryUtilities::kInterfaceID, fMemory},
-    };
-    *outObject = nullptr;
-    for (const auto& [id, service] : services) {
-      *outObject = id == inID ? service : *outObject;
-    }
-    return *outObject ? MC_S_OK : MC_E_NOINTERFACE;
-  }
-  uint32 MC_CALL AddRef() override { return 1; }
-  uint32 MC_CALL Release() override { return 1; }
 
   // The dialog in which a value is chosen; the person selects the row with that label.
   FakeControl& OfferRow(std::string inLabel, bool inOk = true) {
@@ -141,9 +109,8 @@ class LinkServices final : public IMCUnknown {
   HostedComponents fComponents;
 
  private:
-  std::optional<TestBookkeeping> fCounted;
-  IMemoryUtilities* fMemory = gMemoryUtilities;
-  IDebugUtilities* fDebug = gDebugUtilities;
+  FakeRoot fRoot{{&fShell, &fFiles, &fAlerts, &fUpdates, static_cast<IDialogFactory*>(&fDialogs), &fComponents}};
+  TestBookkeeping fCounted;
 };
 
 }  // namespace qlx::test

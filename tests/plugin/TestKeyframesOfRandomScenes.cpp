@@ -66,11 +66,13 @@ class RandomKeysTest : public CommandTest {
     element.AttachValues({"cust"_id, "Custom", values});
     return {&element, inNumber, values};
   }
+  static host::Curve& CurveOf(const KeyedElement& inElement, std::size_t inLine, uint32 inNumber) {
+    return inLine < host::kChannelCount ? inElement.fElement->GetOrMakeCurve(host::kChannels[inLine].fChannel)
+                                        : inElement.fValues->GetOrMakeCurve(inLine - host::kChannelCount, inNumber);
+  }
   static void SetKeys(KeyedElement& ioElement, std::size_t inLine, const PlainKeys& inKeys) {
-    const bool isChannel = inLine < host::kChannelCount;
     for (uint32 number = 0; number < host::WidthOfType(inKeys.fType); ++number) {
-      host::Curve& curve = isChannel ? ioElement.fElement->GetOrMakeCurve(host::kChannels[inLine].fChannel)
-                                     : ioElement.fValues->GetOrMakeCurve(inLine - host::kChannelCount, number);
+      host::Curve& curve = CurveOf(ioElement, inLine, number);
       curve.Clear();
       for (const auto& [time, value] : inKeys.fKeys) {
         curve.SetKey({.fTime = time, .fValue = value[number]});
@@ -81,14 +83,11 @@ class RandomKeysTest : public CommandTest {
     const bool isChannel = inLine < host::kChannelCount;
     PlainKeys keys{isChannel ? "qfix"_id : inElement.fValues->GetInfo(inLine - host::kChannelCount).fType, {}};
     for (uint32 number = 0; number < host::WidthOfType(keys.fType); ++number) {
-      const host::Curve* const curve = isChannel ? inElement.fElement->GetCurve(host::kChannels[inLine].fChannel)
-                                                 : inElement.fValues->GetCurve(inLine - host::kChannelCount, number);
-      if (curve) {
-        keys.fKeys.resize(curve->GetKeys().size());
-        for (std::size_t i = 0; i < keys.fKeys.size(); ++i) {
-          keys.fKeys[i].first = curve->GetKeys()[i].fTime;
-          keys.fKeys[i].second[number] = curve->GetKeys()[i].fValue;
-        }
+      const auto& read = CurveOf(inElement, inLine, number).GetKeys();
+      keys.fKeys.resize(read.size());
+      for (std::size_t i = 0; i < read.size(); ++i) {
+        keys.fKeys[i].first = read[i].fTime;
+        keys.fKeys[i].second[number] = read[i].fValue;
       }
     }
     return keys;

@@ -162,29 +162,20 @@ TEST_F(SliderTest, ASourceThatIsNoPartIsRefused) {
 }
 
 TEST_F(SliderTest, ChoosesItsTarget) {
-  const struct {
-    const char* fLabel;
-    const char* fRow;
-    bool fOk, fIsTaken;
-  } rows[] = {
-      {"cancelled", "Rotation X (RotX) [qfix]", false, false},
-      {"nothing selected", "none", true, false},
-      {"a value", "Rotation X (RotX) [qfix]", true, true},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fLabel);
-    FakeControl& dialog = fServices.OfferRow(row.fRow, row.fOk);
+  constexpr const char* kRow = "Rotation X (RotX) [qfix]";
+  for (const bool isTaken : {false, true}) {
+    FakeControl& dialog = fServices.OfferRow(kRow, isTaken);
     Send(5, fPanel["sbtn"_id]);
     const auto offered = fServices.OfferedRows().Labels();
     EXPECT_EQ(offered.at(0), "B");
     EXPECT_EQ(offered.at(1), "  Element (amet)") << "no position in the scene";
-    EXPECT_EQ(TextOf(fData.fPath), row.fIsTaken ? kRotX : "");
-    EXPECT_EQ(TextOf(fData.fLabel), row.fIsTaken ? row.fRow : "<not set>");
-    EXPECT_EQ(fPanel["titl"_id].fText, row.fIsTaken ? row.fRow : "");
-    EXPECT_EQ(fPanel["valu"_id].fText, row.fIsTaken ? row.fRow : "");
+    EXPECT_EQ(TextOf(fData.fPath), isTaken ? kRotX : "");
+    EXPECT_EQ(TextOf(fData.fLabel), isTaken ? kRow : "<not set>");
+    EXPECT_EQ(fPanel["titl"_id].fText, isTaken ? kRow : "");
+    EXPECT_EQ(fPanel["valu"_id].fText, isTaken ? kRow : "");
     EXPECT_EQ(dialog.fCloses, 1);
   }
-  fServices.OfferRow("Rotation X (RotX) [qfix]");
+  fServices.OfferRow(kRow);
   const int writes = fPanel["titl"_id].fWrites;
   Send(5, fPanel["sbtn"_id]);
   EXPECT_EQ(fPanel["titl"_id].fWrites, writes) << "the label stands there already";

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "AssertionGuard.h"
-#include "COMSafeUtilities.h"
-#include "FakeAttributes.h"
+#include "FakeObject.h"
+#include "FakeRoot.h"
 #include "MCException.h"
 #include "TestMemory.h"
 
@@ -39,37 +39,6 @@ class FakeResources final : public FakeObject<IResourceManager, IStringTables> {
   }
 };
 
-// A host with these services beside the memory and the reports that the test has.
-class FakeHost final : public IMCUnknown {
- public:
-  FakeHost() { StartUtilities(this); }
-  ~FakeHost() {
-    EndUtilities();
-    gMemoryUtilities = fMemory;
-    gDebugUtilities = fDebug;
-  }
-
-  MCResult MC_CALL QueryInterface(const MCGuid& inID, void** outObject) override {
-    *outObject = inID == IShellUtilities::kInterfaceID ? static_cast<IShellUtilities*>(&fShell)
-                 : inID == IResourceManager::kInterfaceID
-                     ? static_cast<void*>(static_cast<IResourceManager*>(&fResources))
-                 : inID == IMemoryUtilities::kInterfaceID ? static_cast<void*>(fMemory)
-                 : inID == IDebugUtilities::kInterfaceID  ? static_cast<void*>(fDebug)
-                                                          : nullptr;
-    return *outObject ? MC_S_OK : MC_E_NOINTERFACE;
-  }
-
-  uint32 MC_CALL AddRef() override { return 1; }
-  uint32 MC_CALL Release() override { return 1; }
-
-  FakeShell fShell;
-  FakeResources fResources;
-
- private:
-  IMemoryUtilities* fMemory = gMemoryUtilities;
-  IDebugUtilities* fDebug = gDebugUtilities;
-};
-
 class FakeStore final : public FakeObject<IPreferenceStore> {
  public:
   void MC_CALL SetContextName(const TMCString& inName) override { fName = inName; }
@@ -79,7 +48,9 @@ class FakeStore final : public FakeObject<IPreferenceStore> {
 class BasicModuleTest : public ::testing::Test {
  protected:
   TestMemory fMemory;
-  FakeHost fHost;
+  FakeShell fShell;
+  FakeResources fResources;
+  FakeRoot fRoot{{static_cast<IShellUtilities*>(&fShell), static_cast<IResourceManager*>(&fResources)}};
 };
 
 TEST_F(BasicModuleTest, AsksForItsContextOnceAndThrowsWithoutOne) {
@@ -92,11 +63,11 @@ TEST_F(BasicModuleTest, AsksForItsContextOnceAndThrowsWithoutOne) {
       AssertionGuard guard({"An exception is being thrown"});
       EXPECT_THROW(module->PassContext(passed.WriteInto()), TMCException);
     }
-    fHost.fShell.fContext = &context;
+    fShell.fContext = &context;
     module->PassContext(passed.WriteInto());
     module->PassContext(passed.WriteInto());
     EXPECT_EQ(passed, &context);
-    EXPECT_EQ(fHost.fShell.fAsked, 2);
+    EXPECT_EQ(fShell.fAsked, 2);
   }
   passed.Clear();
   EXPECT_EQ(context.fCount, 0);
