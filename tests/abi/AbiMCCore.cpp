@@ -2,8 +2,6 @@
 // asserted on the 32-bit targets, whose numbers they are.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "AbiAccess.h"
 #include "MCArrayCore.h"
 #include "MCException.h"

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "ClassFactory.h"
 #include "FakeObject.h"
 #include "HostServices.h"

@@ -50,8 +50,7 @@ TEST_F(AddModifierTest, IsEnabledByAnElementWithAParent) {
   TMCCountedPtr<IMCUnknown> object;
   fScene->GetRoot(object.WriteInto());
   const auto root = MCQuery<TreeElement>(object);
-  FakeHolder other({});
-  auto* const noElement = static_cast<TimeBasedData*>(&other);
+  FakeObject<IMCUnknown> noElement;
   auto* const a = static_cast<TreeElement*>(&fScene.fA);
   const SelectedEntry element = {{"Tree"_id}, a};
   const SelectedEntry rootEntry = {{"Tree"_id}, root.Get()};
@@ -66,7 +65,7 @@ TEST_F(AddModifierTest, IsEnabledByAnElementWithAParent) {
       {"the root and an element", {rootEntry, element}, true},
       {"an element and the root", {element, rootEntry}, true},
       {"other types",
-       {{{"Shdr"_id}, a}, {{"Tree"_id, "Shdr"_id}, a}, {{}, a}, {{"Tree"_id}, nullptr}, {{"Tree"_id}, noElement}},
+       {{{"Shdr"_id}, a}, {{"Tree"_id, "Shdr"_id}, a}, {{}, a}, {{"Tree"_id}, nullptr}, {{"Tree"_id}, &noElement}},
        false},
   };
   for (const auto& row : rows) {

@@ -17,113 +17,41 @@
 namespace qlx::test {
 namespace {
 
-using host::Channel;
+// On which elements they work, and what is left of their keys: see TestKeyframesOfRandomScenes.cpp.
+using KeyframeTest = CommandTest;
 
-// Elements in a tree: the figure "Body" with the joints "Hip" and "Leg" below it, and the plain "Box" with "Lid".
-class KeyframeTest : public CommandTest {
- protected:
-  KeyframeTest() {
-    fScene->AddFigure("Skin", fBody, {&fHip, &fLeg});
-    SetAllKeys();
-    fScene.Play(1);
+TEST_F(KeyframeTest, NothingIsDoneWhenCancelled) {
+  host::Curve& curve = fScene.fA.GetOrMakeCurve(host::Channel::kRotationX);
+  for (const int32 time : {0, 1, 2}) {
+    curve.SetKey({.fTime = time, .fValue = 1});
   }
-  void SetAllKeys() {
-    for (host::Element* const element : {&fBody, &fHip, &fLeg, &fBox, &fLid}) {
-      SetKeys(*element, {1, 1, 1, 2});
+  fScene->Evaluate(1);
+  fHost.Select({&fScene.fA});
+  for (const int32 number : {158, 165}) {
+    for (const bool isOk : {false, true}) {
+      fServices.fDialogs.Add(number, [isOk](FakeControl&) { return isOk; });
+      EXPECT_TRUE(number == 165 ? Run<DeleteKeyframesCommand>() : Run<RemoveDupKeyframesCommand>());
+      EXPECT_EQ(fServices.fDialogs[number].fCloses, 1);
+      EXPECT_EQ(curve.GetKeys().size(), isOk ? 2U : 3U);
     }
+    curve.SetKey({.fTime = 1, .fValue = 1});
   }
-  // A key a frame.
-  static void SetKeys(host::Element& ioElement, std::vector<real32> inValues) {
-    host::Curve& curve = ioElement.GetOrMakeCurve(Channel::kRotationX);
-    curve.Clear();
-    for (std::size_t i = 0; i < inValues.size(); ++i) {
-      curve.SetKey({.fTime = static_cast<int32>(i) * kFrameTicks, .fValue = inValues[i]});
-    }
-  }
-  static std::vector<real32> ValuesOf(host::Element& inElement) {
-    std::vector<real32> values;
-    for (const host::CurveKey& key : inElement.GetOrMakeCurve(Channel::kRotationX).GetKeys()) {
-      values.push_back(key.fValue);
-    }
-    return values;
-  }
-  // The names of the elements that lost a key.
-  std::string Changed() {
-    std::string names;
-    for (host::Element* const element : {&fBody, &fHip, &fLeg, &fBox, &fLid}) {
-      names += ValuesOf(*element).size() < 4 ? TextOf(element->GetName()) + " " : "";
-    }
-    return names;
-  }
-  void Choose(int32 inDialog, const char* inChoice, bool inOk) {
-    FakeControl& dialog = fServices.fDialogs.Add(inDialog, [inOk](FakeControl&) { return inOk; });
-    for (const char* const id : {"figu", "subt", "selo"}) {
-      dialog.Add(TMCString15(id).ToID(), std::strcmp(id, inChoice) == 0);
-    }
-  }
-
-  host::Element& fBody = fScene.Add("Body");
-  host::Element& fHip = fScene->AddElement(fBody, "Hip");
-  host::Element& fLeg = fScene->AddElement(fHip, "Leg");
-  host::Element& fBox = fScene.Add("Box");
-  host::Element& fLid = fScene->AddElement(fBox, "Lid");
-};
-
-TEST_F(KeyframeTest, WorkOnTheElementsThatThePersonSays) {
-  using Elements = std::vector<TreeElement*>;
-  const struct {
-    const char* fLabel;
-    const char* fChoice;
-    Elements fSelected;
-    bool fOk;
-    std::string fChanged;
-    int fRefreshes;
-    bool fIsTold;
-  } rows[] = {
-      {"cancelled", "selo", {&fBox}, false, "", 1, false},
-      {"nothing selected", "figu", {}, true, "", 1, false},
-      {"the selected ones", "selo", {&fBox, &fLeg}, true, "Leg Box ", 1, false},
-      {"no choice at all: the same", "", {&fBox, &fLeg}, true, "Leg Box ", 1, false},
-      {"all below", "subt", {&fHip, &fBox}, true, "Hip Leg Box Lid ", 1, false},
-      {"the figure of a joint", "figu", {&fLeg}, true, "Body Hip Leg ", 1, false},
-      {"the figure itself", "figu", {&fBody}, true, "Body Hip Leg ", 1, false},
-      {"no figure: stops at once, without a refresh", "figu", {&fLid, &fLeg}, true, "", 0, true},
-      {"the second is no figure: the first is done", "figu", {&fLeg, &fLid}, true, "Body Hip Leg ", 0, true},
-  };
-  for (const bool deletes : {true, false}) {
-    for (const auto& row : rows) {
-      SCOPED_TRACE(std::string(deletes ? "delete: " : "duplicates: ") + row.fLabel);
-      SetAllKeys();
-      fHost.Select(row.fSelected);
-      fHost.fScene.fRefreshes = 0;
-      fServices.fAlerts.fMessages.clear();
-      Choose(deletes ? 165 : 158, row.fChoice, row.fOk);
-      EXPECT_TRUE(deletes ? Run<DeleteKeyframesCommand>() : Run<RemoveDupKeyframesCommand>());
-      EXPECT_EQ(Changed(), row.fChanged);
-      EXPECT_EQ(fHost.fScene.fRefreshes, row.fRefreshes);
-      EXPECT_EQ(fServices.fAlerts.fMessages, row.fIsTold ? std::vector<std::string>{"The selected item is not a figure"}
-                                                         : std::vector<std::string>{});
-      EXPECT_EQ(fServices.fDialogs[deletes ? 165 : 158].fCloses, 1);
-    }
-  }
+  EXPECT_EQ(fHost.fScene.fRefreshes, 4);
 }
 
-TEST_F(KeyframeTest, ARunOfEqualValuesKeepsItsEnds) {
-  const struct {
-    std::vector<real32> fBefore, fAfter;
-  } rows[] = {
-      {{}, {}},
-      {{1, 1}, {1, 1}},
-      {{1, 1, 1, 1, 2}, {1, 1, 2}},
-      {{1, std::nextafter(1.0f, 2.0f), 1}, {1, std::nextafter(1.0f, 2.0f), 1}},
-      {{0, -0.0f, 0, 5, 5, 5}, {0, 0, 5, 5}},
-  };
-  fHost.Select({&fBox});
-  Choose(158, "selo", true);
-  for (const auto& row : rows) {
-    SetKeys(fBox, row.fBefore);
+TEST_F(KeyframeTest, DuplicatesAreEqualToTheLastBitButForTheSignOfZero) {
+  const real32 next = std::nextafter(1.0f, 2.0f);
+  host::Curve& curve = fScene.fA.GetOrMakeCurve(host::Channel::kRotationX);
+  fHost.Select({&fScene.fA});
+  fServices.fDialogs.Add(158, [](FakeControl&) { return true; });
+  for (const auto& [values, left] :
+       {std::pair(std::vector<real32>{1, next, 1}, 3U), {{0, -0.0f, 0, 5, 5, 5}, 4U}, {{}, 0U}}) {
+    curve.Clear();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      curve.SetKey({.fTime = static_cast<int32>(i), .fValue = values[i]});
+    }
     Run<RemoveDupKeyframesCommand>();
-    EXPECT_EQ(ValuesOf(fBox), row.fAfter) << testing::PrintToString(row.fBefore);
+    EXPECT_EQ(curve.GetKeys().size(), left);
   }
 }
 
@@ -135,12 +63,15 @@ TEST_F(KeyframeTest, WalksStayBelowTheirRoot) {
     }
     return names;
   };
-  fScene->AddElement(fHip, "Foot");
-  EXPECT_EQ(walk(TTreeElementIterator(fBody)), "Body Hip Leg Foot ");
-  EXPECT_EQ(walk(TTreeElementIterator(fBody, TTreeElementIterator::Start::kAfterRoot)), "Hip Leg Foot ");
-  EXPECT_EQ(walk(TTreeElementIterator(fLid, TTreeElementIterator::Start::kAfterRoot)), "");
+  host::Element& body = fScene.Add("Body");
+  host::Element& hip = fScene->AddElement(body, "Hip");
+  fScene->AddElement(hip, "Leg");
+  host::Element& foot = fScene->AddElement(hip, "Foot");
+  EXPECT_EQ(walk(TTreeElementIterator(body)), "Body Hip Leg Foot ");
+  EXPECT_EQ(walk(TTreeElementIterator(body, TTreeElementIterator::Start::kAfterRoot)), "Hip Leg Foot ");
+  EXPECT_EQ(walk(TTreeElementIterator(foot, TTreeElementIterator::Start::kAfterRoot)), "");
   EXPECT_EQ(FindFigureRoot(nullptr), nullptr);
-  EXPECT_EQ(FindFigureRoot(&fLid), nullptr);
+  EXPECT_EQ(FindFigureRoot(&foot), nullptr);
 }
 
 class WildKeyTest : public CommandTest {

@@ -171,6 +171,9 @@ TEST_F(RandomKeysTest, LoseWhatAPlainModelLoses) {
     dialog.Add("selo"_id, choices[2]);
     EXPECT_TRUE(deletes ? Run<DeleteKeyframesCommand>() : Run<RemoveDupKeyframesCommand>());
     EXPECT_EQ(fHost.fScene.fRefreshes, stops ? 0 : 1);
+    EXPECT_EQ(fServices.fAlerts.fMessages,
+              std::vector<std::string>(stops ? 1 : 0, "The selected item is not a figure"));
+    fServices.fAlerts.fMessages.clear();
     for (std::size_t i = 0; i < elements.size(); ++i) {
       for (std::size_t line = 0; line < kLines; ++line) {
         ASSERT_EQ(KeysOf(elements[i], line), model[i][line]) << "element " << i << ", line " << line;

@@ -1,7 +1,6 @@
 // A pin: what it does to its element, and what the controls of its panel do.
 #include <gtest/gtest.h>
 
-#include "CountedNew.h"
 #include "LinkServices.h"
 #include "LinkTest.h"
 #include "PlainScene.h"

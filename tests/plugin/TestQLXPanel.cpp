@@ -2,6 +2,7 @@
 // objects.
 #include <gtest/gtest.h>
 
+#include "FakeAttributes.h"
 #include "LinkServices.h"
 #include "LinkTest.h"
 #include "MCMemoryStream.h"

@@ -2,7 +2,6 @@
 // new, which this program counts.
 #include <gtest/gtest.h>
 
-#include "AssertionGuard.h"
 #include "CountedNew.h"
 #include "TestMemory.h"
 #include "TransformInputs.h"

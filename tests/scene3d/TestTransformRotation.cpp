@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-
 #include "AssertionGuard.h"
 #include "RealConstants.h"
 #include "TransformEuler.h"

@@ -5,7 +5,6 @@
 
 #include "AssertionGuard.h"
 #include "NotFinite.h"
-#include "RandomValues.h"
 #include "RealConstants.h"
 #include "TransformSnap.h"
 #include "Transforms.h"

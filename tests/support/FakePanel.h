@@ -10,10 +10,13 @@
 #include <unordered_map>
 #include <vector>
 
-#include "FakeAttributes.h"
+#include "FakeObject.h"
 #include "HostExtensions.h"
 #include "HostInterface.h"
 #include "HostServices.h"
+#include "MCArray.h"
+#include "MCCountedPtr.h"
+#include "MCString.h"
 
 namespace qlx::test {
 
