@@ -136,23 +136,15 @@ class FakeMultiProcessing final : public Service<IMultiProcessing> {
   void* fQueue = this;
 };
 
-// A host without components, resources and dialogs of its own; what was asked for stands in `fAsked`.
+// A host without components, resources and dialogs of its own.
 class FakeComponents final : public Service<IComponentFactory> {
  public:
-  MCResult MC_CALL CreateComponent(MCID, MCID inClass, IMCUnknown**) override {
-    fAsked.push_back(inClass);
-    return MC_E_NOTCREATED;
-  }
-  std::vector<MCID> fAsked;
+  MCResult MC_CALL CreateComponent(MCID, MCID, IMCUnknown**) override { return MC_E_NOTCREATED; }
 };
 
 class FakeDialogFactory final : public Service<IDialogFactory> {
  public:
-  MCResult MC_CALL CreateDialog(IMFPart**, MCID, int32 inResourceId) override {
-    fAsked.push_back(inResourceId);
-    return MC_E_NOTVALID;
-  }
-  std::vector<int32> fAsked;
+  MCResult MC_CALL CreateDialog(IMFPart**, MCID, int32) override { return MC_E_NOTVALID; }
 };
 
 class FakeResources final : public Service<IResourceManager> {

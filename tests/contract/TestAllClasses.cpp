@@ -1,6 +1,6 @@
 // Every class of the library: asked for what it is, with every operation of every interface that it answers called, as
-// a host that knows nothing of the class may; commands run as well. What they leave behind shows in the session's end:
-// no component, no block and no service is held then.
+// a host that knows nothing of the class may. What they leave behind shows in the session's end: no component, no block
+// and no service is held then.
 #include <cstring>
 #include <iterator>
 
@@ -36,7 +36,6 @@ struct ClassRow {
   const char* fInterfaces;  // of those above, and "own" for its class id
   int16 fResource = 0;
   uint32 fSize32 = 0;  // of the public block on 32-bit targets
-  int32 fDialog = 0;   // that a command asks for
 };
 
 constexpr ClassRow kClasses[] = {
@@ -46,11 +45,11 @@ constexpr ClassRow kClasses[] = {
     {"AddQLXModifierCommand", "10D400AB-1490-3211-DFF0-210FA01799B1"_guid, kCommand, 155},
     {"AddPinModifierCommand", "3759F866-BD74-4B85-AE16-4F022E419105"_guid, kCommand, 155},
     {"AddSliderModifierCommand", "3759F866-BD74-4B85-AE16-4F022E419106"_guid, kCommand, 155},
-    {"RemoveDupKeyframesCommand", "5D95B36C-C4BD-4242-96BB-067A18E44CDB"_guid, kCommand, 158, 0, 158},
+    {"RemoveDupKeyframesCommand", "5D95B36C-C4BD-4242-96BB-067A18E44CDB"_guid, kCommand, 158},
     {"WiggleKeyframesCommand", "AEE6DF60-DAB9-47F2-BCDF-0843BA52133A"_guid, kCommand, 159, 8},
-    {"DeleteKeyframesCommand", "AE16DF61-D1B1-17F1-1C1F-18131A12131A"_guid, kCommand, 0, 0, 165},
-    {"QLXChainCommand", "10E24BAB-1020-0121-0FFF-211F1212AABB"_guid, kCommand, 0, 0, 190},
-    {"PropertyExplorer", "10E24B1C-1022-0123-1000-22201314ACBE"_guid, kCommand, 0, 0, 181},
+    {"DeleteKeyframesCommand", "AE16DF61-D1B1-17F1-1C1F-18131A12131A"_guid, kCommand},
+    {"QLXChainCommand", "10E24BAB-1020-0121-0FFF-211F1212AABB"_guid, kCommand},
+    {"PropertyExplorer", "10E24B1C-1022-0123-1000-22201314ACBE"_guid, kCommand},
     {"QLXChainDialog", "10E24B1B-1020-0122-0FFF-211F1212AABC"_guid, kDialog},
     {"QLXChainQLXSubDlg", "10E24B1B-1020-0122-0FFF-211F1213ABBD"_guid, kDialog},
     {"PropertyExplorerDialog", "10E24B1C-1022-0123-1000-22201315ADBF"_guid, kDialog},
@@ -268,54 +267,6 @@ TEST(AllClasses, AnswerEveryOperation) {
         << "a source that is no part";
     DriveIf(extension, [](auto& driven) { driven.Destroy(); });
     EXPECT_EQ(part.fCount, 0);
-  }
-}
-
-// A context with one element selected, and itself as the document.
-class FakeContext final : public test::FakeObject<ISceneCommandContext, ISceneSelectionOwner, ISceneSelection> {
- public:
-  explicit FakeContext(test::PlainElement& inElement) : fElement(inElement) {}
-
-  void MC_CALL GetScene(I3DShScene** outScene) override { MCAssignCounted(outScene, fElement.fScene); }
-  void MC_CALL GetSelectionOwner(ISceneSelectionOwner** outOwner) override {
-    MCAssignCounted<ISceneSelectionOwner>(outOwner, this);
-  }
-  void MC_CALL GetDocument(IMCUnknown** outDocument) override {
-    MCAssignCounted<IMCUnknown>(outDocument, static_cast<ISceneSelection*>(this));
-  }
-  void MC_CALL GetSelection(ISceneSelection** outSelection) override {
-    MCAssignCounted<ISceneSelection>(outSelection, this);
-  }
-  uint32 MC_CALL GetEntryCount() override { return 1; }
-  const MCID* MC_CALL GetEntry(uint32, uint32& outCount) override {
-    static constexpr MCID kTypes[] = {"Objc"_id, "Tree"_id};
-    outCount = 2;
-    return kTypes;
-  }
-  IMCUnknown* MC_CALL GetEntryObject(uint32, int32) override { return &fElement; }
-
- private:
-  test::PlainElement& fElement;
-};
-
-TEST(AllClasses, CommandsRunWithAHostThatHasNothingForThem) {
-  for (const ClassRow& row : kClasses) {
-    SCOPED_TRACE(row.fName);
-    test::PlainStage stage;
-    FakeContext context(stage.fElement);
-    const StartedPlugin started;
-    DriveIf(MCQuery<I3DExSceneCommand>(Make(started, row)), [&](I3DExSceneCommand& command) {
-      TMCCountedPtr<ISelfPrepareMenuCallBack> callBack;
-      command.GetMenuCallBack(callBack.WriteInto());
-      callBack->SelfPrepare(&context);
-      EXPECT_EQ(command.Init(&context), MC_S_OK);
-      EXPECT_EQ(command.Prepare(), MC_S_OK);
-      EXPECT_TRUE(command.Do());
-      EXPECT_EQ(started.fHost.fComponents.fAsked.size(), row.fResource == 155 ? 1U : 0U);
-      EXPECT_EQ(started.fHost.fDialogs.fAsked, row.fDialog ? std::vector<int32>{row.fDialog} : std::vector<int32>{});
-      EXPECT_EQ(started.fHost.fResources.fContexts, 0U);
-    });
-    EXPECT_EQ(context.fCount, 0);
   }
 }
 

@@ -5,7 +5,9 @@
 #include "AddQLXModifier.h"
 #include "AddSliderModifier.h"
 #include "CommandTest.h"
+#include "CreateQLXChain.h"
 #include "DeleteKeyframes.h"
+#include "PropertyExplorer.h"
 #include "RemoveDupKeyframes.h"
 #include "ThrownBy.h"
 #include "TreeSelectionIterator.h"
@@ -41,7 +43,11 @@ TEST_F(AddModifierTest, NothingToServeIsNoFault) {
   EXPECT_TRUE(Run<AddPinModifierCommand>()) << "an empty selection";
   fHost.Select({&fScene.fA});
   fServices.fComponents.fRefuses = true;
-  EXPECT_TRUE(Run<AddPinModifierCommand>()) << "a host that makes no component";
+  EXPECT_TRUE(Run<AddPinModifierCommand>() && Run<AddSliderModifierCommand>() && Run<AddQLXModifierCommand>())
+      << "a host that makes no component";
+  EXPECT_TRUE(Run<DeleteKeyframesCommand>() && Run<RemoveDupKeyframesCommand>() && Run<QLXChainCommand>() &&
+              Run<PropertyExplorer>())
+      << "nor a dialog";
   EXPECT_TRUE(ClassesOn(fScene.fA).empty());
 }
 
