@@ -149,15 +149,8 @@ class FakeDialogFactory final : public Service<IDialogFactory> {
 
 class FakeResources final : public Service<IResourceManager> {
  public:
-  MCResult MC_CALL PushResourceContext(MCID, MCID, uint32& outToken) override {
-    outToken = ++fContexts;
-    return MC_S_OK;
-  }
-  MCResult MC_CALL PopResourceContext(uint32 inToken) override {
-    EXPECT_EQ(inToken, fContexts--);
-    return MC_S_OK;
-  }
-  uint32 fContexts = 0;  // that are current
+  MCResult MC_CALL PushResourceContext(MCID, MCID, uint32&) override { return MC_E_NOTVALID; }
+  MCResult MC_CALL PopResourceContext(uint32) override { return MC_E_NOTVALID; }
 };
 
 class FakeQuestion final : public Service<IHostQuestion> {

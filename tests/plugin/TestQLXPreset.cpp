@@ -6,7 +6,6 @@
 
 #include "LinkServices.h"
 #include "LinkTest.h"
-#include "MCException.h"
 
 namespace qlx::test {
 namespace {
@@ -168,17 +167,6 @@ TEST_F(QLXPreset, FileThatCannotBeUsedIsTold) {
   EXPECT_EQ(fServices.fAlerts.fMessages[1], fServices.fFiles.fChoice + ": the preset cannot be written");
   Press("SAVF"_id);
   EXPECT_EQ(fServices.fFiles.fAsked, 3) << "a file that could not be used is not chosen";
-}
-
-TEST_F(QLXPreset, PanelIsHeardOnlyWhenItSpeaksOfAButton) {
-  const SilentReports silence;
-  fServices.fShell.fIsSuspended = true;
-  EXPECT_EQ(Press("LOAD"_id), MC_S_OK);
-  fServices.fShell.fIsSuspended = false;
-  EXPECT_EQ(Press("none"_id), MC_S_OK);
-  EXPECT_EQ(fLink->HandleEvent(5, nullptr, nullptr), MC_S_OK);
-  EXPECT_EQ(fServices.fFiles.fAsked, 0);
-  EXPECT_THROW(fLink->HandleEvent(5, static_cast<IExStreamIO*>(fLink.Get()), nullptr), TMCException);
 }
 
 }  // namespace
