@@ -256,6 +256,7 @@ TEST_F(QLXPanelTest, MissingControlsAndDialogsLeaveTheirStepOut) {
   EXPECT_FALSE(fLink->GetPrivateData().fTargetPathSet);
   FakeObject<IMCUnknown> noPart;
   EXPECT_EQ(fLink->HandleEvent(1, &noPart, nullptr), MC_S_OK);
+  EXPECT_EQ(fLink->HandleEvent(5, nullptr, nullptr), MC_S_OK);
   EXPECT_EQ(ThrownBy([&] { fLink->HandleEvent(5, &noPart, nullptr); }).fCode, MC_E_INVALIDARG);
 }
 
