@@ -18,7 +18,7 @@ constexpr const char* kControls[] = {"cset",   "ccst", "cadd",   "csub",   "cmul
                                      "BRsZ",   "BRiX", "BRiY",   "BRiZ",   "BSun",   "BSsX",  "BSsY", "BSsZ",   "LMin",
                                      "MinL r", "LMax", "MaxL r", "CLim",   "CMin r", "CMax r"};
 
-MCID ToID(std::string inText) {
+MCID ToID(const std::string& inText) {
   return TMCString15(inText.substr(0, 4).c_str()).ToID();
 }
 
