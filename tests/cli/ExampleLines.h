@@ -1,36 +1,18 @@
 // The example scenes and the lines of words beside them, which make them again from their plain scenes.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-#include <sstream>
+#include <iomanip>
 
 #include "QlxRun.h"
-#include "TempFolder.h"
 
 namespace qlx::host {
-
-using SceneJson = nlohmann::ordered_json;
 
 // The words of a line as a shell parts them; double quotes hold blanks.
 inline std::vector<std::string> WordsOfLine(const std::string& inLine) {
   std::vector<std::string> words;
-  bool isQuoted = false;
-  bool isWord = false;
-  for (const char each : inLine) {
-    isQuoted = isQuoted != (each == '"');
-    if (each == ' ' && !isQuoted) {
-      isWord = false;
-      continue;
-    }
-    if (!isWord) {
-      words.emplace_back();
-    }
-    isWord = true;
-    if (each != '"') {
-      words.back().push_back(each);
-    }
+  std::istringstream line(inLine);
+  for (std::string word; line >> std::quoted(word);) {
+    words.push_back(word);
   }
   return words;
 }
@@ -47,43 +29,23 @@ inline std::vector<std::vector<std::string>> LinesOfExample(const std::string& i
   return all;
 }
 
-// Takes an extension out of a scene's JSON, as if no program had written it.
-inline void ForgetExtension(SceneJson& ioScene, const std::string& inName) {
-  for (SceneJson& node : ioScene["nodes"]) {
-    if (node.contains("extensions")) {
-      node["extensions"].erase(inName);
-      if (node["extensions"].empty()) {
+// An example without its modifiers, as if no program had written them.
+inline std::string PlainExample(const std::string& inExample) {
+  Json scene = Json::parse(ReadFile(Example(inExample.c_str())));
+  for (const char* const name : {"QLX_modifiers", "QLX_element"}) {
+    for (Json& node : scene["nodes"]) {
+      if (node.contains("extensions") && node["extensions"].erase(name) > 0 && node["extensions"].empty()) {
         node.erase("extensions");
       }
     }
-  }
-  if (ioScene.contains("extensionsUsed")) {
-    SceneJson used = SceneJson::array();
-    for (const SceneJson& name : ioScene["extensionsUsed"]) {
-      if (name != inName) {
-        used.push_back(name);
-      }
-    }
-    ioScene["extensionsUsed"] = used;
-    if (used.empty()) {
-      ioScene.erase("extensionsUsed");
+    if (scene.contains("extensionsUsed")) {
+      std::erase(scene["extensionsUsed"].get_ref<Json::array_t&>(), name);
     }
   }
-}
-
-// An example without its modifiers.
-inline std::string PlainExample(const std::string& inExample) {
-  SceneJson scene = SceneJson::parse(ReadFile(Example(inExample.c_str())));
-  ForgetExtension(scene, "QLX_modifiers");
-  ForgetExtension(scene, "QLX_element");
+  if (scene.contains("extensionsUsed") && scene["extensionsUsed"].empty()) {
+    scene.erase("extensionsUsed");
+  }
   return scene.dump(2) + "\n";  // as the example is laid out
-}
-
-// What a scene is baked to, in a file that is made for it.
-inline std::string BakedFile(const std::string& inScene, const std::string& inFile) {
-  const QlxRun run = RunInProcess({"bake", inScene, "-o", inFile});
-  EXPECT_EQ(run.fErr, "") << inScene;
-  return ReadFile(inFile);
 }
 
 }  // namespace qlx::host

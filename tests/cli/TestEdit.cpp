@@ -1,28 +1,26 @@
 // `qlx add`, `qlx panel` and `qlx edit`.
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
 #include "QlxRun.h"
-#include "TempFolder.h"
 
 namespace qlx::host {
 
 namespace {
 
-using EditJson = nlohmann::json;
-
-class QlxEdit : public testing::Test {
+class QlxEdit : public QlxTest {
  protected:
-  std::string At(const char* inName) const { return PathText(fFolder / inName); }
-  QlxRun Edit(const std::string& inScript, const std::string& inScene = Example("pinned_arm.gltf")) const {
+  QlxEdit() { fFolder.Write("steps.txt", ""); }
+  std::vector<std::string> EditWords(const std::string& inScript) const {
     fFolder.Write("steps.txt", inScript);
-    return RunInProcess({"edit", inScene, "--script", At("steps.txt"), "-o", At("out.gltf")});
+    return {"edit", fScene, "--script", At("steps.txt"), "-o", At()};
   }
-  // The fields of a modifier in a scene that was written.
-  EditJson Fields(const char* inElement, std::size_t inModifier = 0, const char* inFile = "out.gltf") const {
-    const EditJson tree = EditJson::parse(RunInProcess({"tree", At(inFile), "--json"}).fOut);
-    for (const EditJson& element : tree["elements"]) {
+  // The file that a script makes of the example.
+  std::string Edited(const std::string& inScript) const {
+    Print(EditWords(inScript));
+    return ReadFile(fFolder / "out.gltf");
+  }
+  // The fields of a modifier in the scene that was written.
+  Json Fields(const char* inElement, std::size_t inModifier = 0) const {
+    const Json elements = PrintJson({"tree", At()})["elements"];
+    for (const Json& element : elements) {
       if (element["name"] == inElement) {
         return element["modifiers"].at(inModifier)["parameters"];
       }
@@ -30,40 +28,33 @@ class QlxEdit : public testing::Test {
     return {};
   }
 
-  TempFolder fFolder;
+  const std::string fScene = Example("pinned_arm.gltf");
 };
 
 }  // namespace
 
 TEST_F(QlxEdit, AddsEachModifierAtTheEnd) {
-  const char* const kinds[][2] = {{"qlx", "QLXModifier"}, {"pin", "PinModifier"}, {"slider", "SliderModifier"}};
-  std::string scene = Example("pinned_arm.gltf");
-  int number = 1;  // behind the pin of the example
-  for (const auto& [word, name] : kinds) {
-    const QlxRun run = RunInProcess({"add", scene, "--to", "Hand", "--modifier", word, "-o", At("out.gltf")});
-    ASSERT_EQ(run.fCode, kExitDone) << run.fErr;
-    EXPECT_NE(run.fOut.find(std::string(name) + " is modifier " + std::to_string(number++) + " of Hand\n"),
-              std::string::npos)
-        << run.fOut;
-    scene = At("out.gltf");
+  const char* const kinds[][2] = {{"qlx", "QLXModifier is modifier 1"},
+                                  {"pin", "PinModifier is modifier 2"},
+                                  {"slider", "SliderModifier is modifier 3"}};
+  std::string scene = fScene;  // with a pin
+  for (const auto& [word, text] : kinds) {
+    ExpectPart(std::string(text) + " of Hand\n", Print({"add", scene, "--to", "Hand", "--modifier", word, "-o", At()}));
+    scene = At();
   }
   EXPECT_EQ(Fields("Hand", 1)["fName"], "QLX");
   EXPECT_EQ(Fields("Hand", 3)["fMax"], 100);
 }
 
 TEST_F(QlxEdit, PrintsAPanel) {
-  const std::string scene = Example("pinned_arm.gltf");
-  const QlxRun text = RunInProcess({"panel", scene, "--element", "Hand"});
-  ASSERT_EQ(text.fCode, kExitDone) << text.fErr;
-  EXPECT_NE(text.fOut.find("PinModifier: modifier 0 of Hand, panel 156 \"Pin\"\n"), std::string::npos) << text.fOut;
-  EXPECT_NE(text.fOut.find("  Active                  actv  [x]          on or off\n"), std::string::npos) << text.fOut;
-  EXPECT_NE(text.fOut.find("  Take the present place  setp               button\n"), std::string::npos) << text.fOut;
-
-  ASSERT_EQ(RunInProcess({"add", scene, "--to", "Hand", "--modifier", "qlx", "-o", At("out.gltf")}).fCode, kExitDone);
-  const QlxRun run = RunInProcess({"panel", At("out.gltf"), "--element", "Hand", "--modifier", "1", "--json"});
-  const EditJson panel = EditJson::parse(run.fOut);
+  const std::string text = Print({"panel", fScene, "--element", "Hand"});
+  ExpectPart("PinModifier: modifier 0 of Hand, panel 156 \"Pin\"\n", text);
+  ExpectPart("  Active                  actv  [x]          on or off\n", text);
+  ExpectPart("  Take the present place  setp               button\n", text);
+  Print({"add", fScene, "--to", "Hand", "--modifier", "qlx", "-o", At()});
+  const Json panel = PrintJson({"panel", At(), "--element", "Hand", "--modifier", "1"});
   EXPECT_EQ(panel["title"], "QLX");
-  for (const EditJson& control : panel["controls"]) {
+  for (const Json& control : panel["controls"]) {
     if (control["id"] == "unit") {
       EXPECT_EQ(control["rows"].size(), 8U);
       EXPECT_EQ(control["page"], "Modify");
@@ -71,13 +62,13 @@ TEST_F(QlxEdit, PrintsAPanel) {
       EXPECT_EQ(control["shown"], false);
     }
     if (control["id"] == "dfrm") {
-      EXPECT_EQ(control["range"], EditJson({0, 100000}));
+      EXPECT_EQ(control["range"], Json({0, 100000}));
     }
   }
 }
 
 TEST_F(QlxEdit, DoesWhatAScriptSays) {
-  const QlxRun run = Edit(R"(# A link, from the choice of its values to its name.
+  const std::string text = Print(EditWords(R"(# A link, from the choice of its values to its name.
 add qlx to Forearm
 panel 0 of Forearm
 press slsp {
@@ -101,31 +92,25 @@ press ChTL {
   ok
 }
 turn 0 of Hand off
-)");
-  ASSERT_EQ(run.fCode, kExitDone) << run.fErr;
-  EXPECT_EQ(run.fErr, "");
-  EXPECT_NE(run.fOut.find("12 actions of "), std::string::npos) << run.fOut;
-  const EditJson fields = Fields("Forearm");
+)"));
+  ExpectPart("12 actions of ", text);
+  const Json fields = Fields("Forearm");
   EXPECT_EQ(fields["fName"], "Half of it");
   EXPECT_EQ(fields["fModifyValue"], 0.5);
   EXPECT_EQ(fields["fModifyMultiply"], true);
-  EXPECT_EQ(fields["fModifyAdd"], false);
   EXPECT_EQ(fields["fModifyUnit"], 5);
   EXPECT_EQ(fields["fControllerName"], "UpperArm");
-  const EditJson links = EditJson::parse(RunInProcess({"links", At("out.gltf"), "--json"}).fOut);
-  bool found = false;
-  for (const EditJson& link : links["links"]) {
-    found = found || (link["element"] == "Forearm" && link["state"] == "ok" &&
-                      link["sources"].at(0)["path"] == "self,amet,TRAN,ROTA,RotZ");
-  }
-  EXPECT_TRUE(found) << links;
+  const Json links = PrintJson({"links", At()})["links"];
+  EXPECT_TRUE(std::ranges::any_of(links, [](const Json& link) {
+    return link["element"] == "Forearm" && link["state"] == "ok" &&
+           link["sources"].at(0)["path"] == "self,amet,TRAN,ROTA,RotZ";
+  })) << links;
 }
 
 TEST_F(QlxEdit, PinsAtAFrameAndTakesModifiersAway) {
-  const QlxRun run = Edit(
+  Edited(
       "remove 0 of Hand\nadd pin to Hand\nframe 24\npanel 0 of Hand\npress glob\npress setp\nset actv on\n"
       "add pin to Base\npanel 0 of Base\nset actv on\nreset\n");
-  ASSERT_EQ(run.fCode, kExitDone) << run.fErr;
   EXPECT_EQ(Fields("Hand")["fPositionSet"], true);
   EXPECT_NE(Fields("Hand")["fPosition"][0], 0);
   EXPECT_EQ(Fields("Base")["fActive"], false) << "the record was reset";
@@ -133,16 +118,13 @@ TEST_F(QlxEdit, PinsAtAFrameAndTakesModifiersAway) {
 
 TEST_F(QlxEdit, TakesBackEachActionAsOneStep) {
   const std::string set = "panel 0 of Hand\nset posi \"1 2 3\"\n";
-  ASSERT_EQ(Edit(set).fCode, kExitDone);
-  const std::string once = ReadFile(fFolder / "out.gltf");
-  ASSERT_EQ(Edit("").fCode, kExitDone);
-  const std::string untouched = ReadFile(fFolder / "out.gltf");
-  struct Row {
+  const std::string once = Edited(set);
+  const std::string untouched = Edited("");
+  const struct {
     const char* fLabel;
     std::string fScript;
     const std::string& fFile;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"a value", set + "undo", untouched},
       {"and again", set + "undo\nredo", once},
       {"what looks at things is no step", set + "frame 12\npanel 0 of Hand\nundo", untouched},
@@ -155,81 +137,61 @@ TEST_F(QlxEdit, TakesBackEachActionAsOneStep) {
       {"a modifier that goes", "remove 0 of Hand\nundo", untouched},
       {"a switch", "turn 0 of Hand off\nundo", untouched},
   };
-  for (const Row& row : rows) {
-    const QlxRun run = Edit(row.fScript);
-    EXPECT_EQ(run.fCode, kExitDone) << row.fLabel << ": " << run.fErr;
-    EXPECT_TRUE(ReadFile(fFolder / "out.gltf") == row.fFile) << row.fLabel;
+  for (const auto& row : rows) {
+    EXPECT_TRUE(Edited(row.fScript) == row.fFile) << row.fLabel;
   }
-  EXPECT_NE(Edit("undo").fErr.find("line 1: there is nothing to take back"), std::string::npos);
-  EXPECT_NE(Edit(set + "undo\nset glob off\nredo").fErr.find("line 5: there is nothing to bring again"),
-            std::string::npos);
-  EXPECT_NE(Edit("add pin to Base\npanel 0 of Base\nundo\nset actv on")
-                .fErr.find("line 4: \"set actv on\" needs an open panel"),
-            std::string::npos);
+}
+
+// Those of commands too.
+TEST_F(QlxEdit, TakesBackCommands) {
+  const std::string untouched = Edited("");
+  for (const std::string command :
+       {"do \"Add Pin\"", "do dkey {\nset subt on\nok\n}",
+        "do prex {\nchoose plst \"Global X Position\"\nset nVal 7\npress upbn\nok\n}",
+        "do chai {\npress abtn {\npick Base\nok\n}\nchoose clst Base\npress achb {\nok\n}\nok\n}"}) {
+    const std::string once = Edited("select Forearm Hand\n" + command);
+    EXPECT_FALSE(once == untouched) << command;
+    EXPECT_TRUE(Edited("select Forearm Hand\n" + command + "\nundo") == untouched) << command;
+    EXPECT_TRUE(Edited("select Forearm Hand\n" + command + "\nundo\nredo") == once) << command;
+  }
+  EXPECT_TRUE(Edited("select Forearm\nkeys none\ndo wigl {\nset maxf 900\nok\n}") == untouched) << "none is marked";
 }
 
 TEST_F(QlxEdit, AnErrorNamesItsPlaceAndWritesNothing) {
-  struct Row {
-    const char* fLabel;
+  const struct {
     const char* fScript;
     const char* fProblem;
-  };
-  const Row rows[] = {
-      {"no panel", "set mval 1", "line 1: \"set mval 1\" needs an open panel: panel NUMBER of ELEMENT"},
-      {"its panel went", "panel 0 of Hand\nremove 0 of Hand\nset actv on",
-       "line 3: \"set actv on\" needs an open panel"},
-      {"reset of nothing", "reset", "line 1: \"reset\" needs an open panel"},
-      {"no such action", "\npanle 0 of Hand", "line 2: there is no action \"panle\"; the closest is \"panel\""},
-      {"no such element", "panel 0 of Hnad",
-       "line 1: the element: the scene has no element \"Hnad\"; the closest is \"Hand\""},
-      {"no such modifier", "panel 1 of Hand",
-       "line 1: the modifier: \"Hand\" has no modifier 1: it has 1 modifier, from number 0"},
-      {"none at all", "panel 0 of Base", "line 1: the modifier: \"Base\" has no modifier"},
-      {"no such kind", "add sldier to Base",
-       "line 1: the modifier: there is no modifier \"sldier\"; the closest is \"slider\""},
-      {"no number", "panel first of Hand", "line 1: \"first\" is no number, from 0"},
-      {"an odd preposition", "add pin on Base",
-       "line 1: \"add pin on Base\" lacks its \"to\"; it is written: add qlx|pin|slider to ELEMENT"},
-      {"a word is missing", "frame", "line 1: \"frame\" is not complete or says too much; it is written: frame NUMBER"},
-      {"neither on nor off", "turn 0 of Hand away", "line 1: \"away\" is neither on nor off"},
-      {"no such frame", "frame 99999999", "line 1: the frame: 99999999 is no frame of a scene"},
-      {"a block for nothing", "frame 1 {\nok\n}", "line 2: nothing asks for \"ok\""},
-      {"a dialog that nobody answers", "add qlx to Base\npanel 0 of Base\npress ChTL",
+  } rows[] = {
+      {"set mval 1", "line 1: \"set mval 1\" needs an open panel: panel NUMBER of ELEMENT"},
+      {"panel 0 of Hand\nremove 0 of Hand\nset actv on", "line 3: \"set actv on\" needs an open panel"},
+      {"add pin to Base\npanel 0 of Base\nundo\nset actv on", "line 4: \"set actv on\" needs an open panel"},
+      {"reset", "line 1: \"reset\" needs an open panel"},
+      {"undo", "line 1: there is nothing to take back"},
+      {"panel 0 of Hand\nset posi \"1 2 3\"\nundo\nset glob off\nredo", "line 5: there is nothing to bring again"},
+      {"\npanle 0 of Hand", "line 2: there is no action \"panle\"; the closest is \"panel\""},
+      {"panel 0 of Hnad", "line 1: the element: the scene has no element \"Hnad\"; the closest is \"Hand\""},
+      {"select Hnad", "line 1: the element: the scene has no element"},
+      {"do \"Ad Pin\"", "line 1: the command: there is no command \"Ad Pin\"; the closest"},
+      {"keys some", "line 1: the keys: keys are chosen by all"},
+      {"panel 1 of Hand", "line 1: the modifier: \"Hand\" has no modifier 1: it has 1 modifier, from number 0"},
+      {"panel 0 of Base", "line 1: the modifier: \"Base\" has no modifier"},
+      {"add sldier to Base", "line 1: the modifier: there is no modifier \"sldier\"; the closest is \"slider\""},
+      {"panel first of Hand", "line 1: \"first\" is no number, from 0"},
+      {"add pin on Base", "line 1: \"add pin on Base\" lacks its \"to\"; it is written: add qlx|pin|slider to ELEMENT"},
+      {"frame", "line 1: \"frame\" is not complete or says too much; it is written: frame NUMBER"},
+      {"turn 0 of Hand away", "line 1: \"away\" is neither on nor off"},
+      {"frame 99999999", "line 1: the frame: 99999999 is no frame of a scene"},
+      {"frame 1 {\nok\n}", "line 2: nothing asks for \"ok\""},
+      {"add qlx to Base\npanel 0 of Base\npress ChTL",
        "line 3: \"press ChTL\" opens the dialog \"Rename link\": answer in a block"},
-      {"a wrong word in a dialog", "add qlx to Base\npanel 0 of Base\npress ChTL {\nset titl x\nok\n}",
-       "line 4: \"Rename link\": there is no control \"titl\"; it has \"ttlt\", \"Name\""},
-      {"a preset that is not there",
-       "add qlx to Base\npanel 0 of Base\nchoose clis Global\npress LOAD {\nfile none.txt\n}",
-       "none.txt: the preset cannot be opened"},
-      {"not a script", "panel 0 of Hand {", "line 1: its { is never closed"},
+      {"panel 0 of Hand {", "line 1: its { is never closed"},
   };
-  for (const Row& row : rows) {
-    const QlxRun run = Edit(row.fScript);
-    EXPECT_EQ(run.fCode, kExitFailed) << row.fLabel;
-    EXPECT_EQ(run.fErr.rfind("qlx: " + At("steps.txt") + ", line ", 0), 0U) << row.fLabel << ": " << run.fErr;
-    EXPECT_NE(run.fErr.find(row.fProblem), std::string::npos) << row.fLabel << ": " << run.fErr;
-    EXPECT_EQ(fFolder.List(), std::vector<std::string>{"steps.txt"}) << row.fLabel;
+  for (const auto& row : rows) {
+    ExpectProblems({{row.fScript, EditWords(row.fScript), At("steps.txt") + ", " + row.fProblem}});
   }
-  const QlxRun run = RunInProcess({"edit", Example("pinned_arm.gltf"), "--script", At("no.txt"), "-o", At("out.gltf")});
-  EXPECT_EQ(run.fErr, "qlx: " + At("no.txt") + ": the script cannot be read\n");
-}
-
-TEST_F(QlxEdit, EveryCommandSaysTheClosestElements) {
-  const std::string scene = Example("pinned_arm.gltf");
-  const std::vector<std::string> commands[] = {
-      {"add", scene, "--to", "Hnad", "--modifier", "pin", "-o", At("out.gltf")},
-      {"panel", scene, "--element", "Hnad"},
-      {"get", scene, "--element", "Hnad", "--path", "self,amet,TRAN,OFFS,YCOO"},
-      {"set", scene, "--element", "Hnad", "--path", "self,amet,TRAN,OFFS,YCOO", "1", "-o", At("out.gltf")},
-      {"bake", scene, "-o", At("out.gltf"), "--plot", At("out.svg"), "--plot-also", "Hnad"},
-  };
-  for (const auto& words : commands) {
-    const QlxRun run = RunInProcess(words);
-    EXPECT_EQ(run.fCode, kExitFailed) << words[0];
-    EXPECT_NE(run.fErr.find("the scene has no element \"Hnad\"; the closest is \"Hand\""), std::string::npos)
-        << words[0] << ": " << run.fErr;
-  }
-  EXPECT_TRUE(fFolder.List().empty());
+  ExpectProblems({{"no script",
+                   {"edit", fScene, "--script", At("no.txt"), "-o", At()},
+                   "qlx: " + At("no.txt") + ": the script cannot be read\n"}});
 }
 
 }  // namespace qlx::host

@@ -1,70 +1,39 @@
-#include <gtest/gtest.h>
-
+// `qlx link`, and the examples that were made by it and by other commands.
 #include "ExampleLines.h"
 
 namespace qlx::host {
 namespace {
 
-class QlxLink : public testing::Test {
+class QlxLink : public QlxTest {
  protected:
-  std::string Path(const char* inName) const { return PathText(fFolder / inName); }
-
-  // An example without its modifiers.
-  void WritePlain(const std::string& inExample) { fFolder.Write("plain.gltf", PlainExample(inExample)); }
-
-  // What these say is done to the plain scene.
-  void LinkEachLine(const std::string& inFile) {
-    for (const std::vector<std::string>& words : LinesOfExample(inFile)) {
-      const QlxRun run = Link(words);
-      ASSERT_EQ(run.fCode, kExitDone) << inFile << ": " << words[1] << ": " << run.fErr;
-      std::filesystem::rename(fFolder / "linked.gltf", fFolder / "plain.gltf");
-    }
+  // `inWords` stand between the plain scene and the output.
+  std::vector<std::string> Words(const std::string& inVerb, std::vector<std::string> inWords) const {
+    inWords.insert(inWords.begin(), {inVerb, At("plain.gltf")});
+    inWords.insert(inWords.end(), {"-o", At()});
+    return inWords;
   }
-  void Edit(const std::string& inScript) {
-    const QlxRun run = RunInProcess({"edit", Path("plain.gltf"), "--script", inScript, "-o", Path("linked.gltf")});
-    ASSERT_EQ(run.fCode, kExitDone) << run.fErr;
-    std::filesystem::rename(fFolder / "linked.gltf", fFolder / "plain.gltf");
-  }
-
-  // Links the plain scene, `inArguments` standing between its name and the output.
-  QlxRun Link(std::vector<std::string> inArguments) {
-    inArguments.insert(inArguments.begin(), {"link", Path("plain.gltf")});
-    inArguments.insert(inArguments.end(), {"-o", Path("linked.gltf")});
-    return RunInProcess(std::move(inArguments));
-  }
-
-  // The only modifier of the linked scene.
-  SceneJson LinkOf(const char* inNode) {
-    const SceneJson scene = SceneJson::parse(ReadFile(fFolder / "linked.gltf"));
-    for (const SceneJson& node : scene["nodes"]) {
-      if (node["name"] == inNode) {
-        return node["extensions"]["QLX_modifiers"]["modifiers"][0];
-      }
-    }
-    return {};
-  }
-
-  TempFolder fFolder;
 };
 
 TEST_F(QlxLink, EveryOptionReachesItsField) {
-  WritePlain("cart.gltf");
-  const QlxRun run = Link({"--target",     "FrontLeftWheel:self,amet,TRAN,ROTA,RotZ",
-                           "--controller", "Cart:Global X Position",
-                           "--combine",    "multiply",
-                           "--modify",     "divide -9.5 degrees",
-                           "--window",     "3..40",
-                           "--delay",      "5",
-                           "--range",      "-1..2.5",
-                           "--limits",     "..90 degrees",
-                           "--oscillate",  "cosine speed 0.25 phase 0.5 size 2 from -3 to 3",
-                           "--decay",      "linear+quadratic from 0.75 to 0.25",
-                           "--grow",       "cubic to 0.5",
-                           "--name",       "Roll",
-                           "--relative",   "--by-name"});
-  ASSERT_EQ(run.fCode, kExitDone) << run.fErr;
-  const SceneJson link = LinkOf("FrontLeftWheel");
-  const SceneJson expected = SceneJson::parse(R"({"fName": "Roll", "fAttributeMode": true, "fControllerName": "Cart",
+  fFolder.Write("plain.gltf", PlainExample("cart.gltf"));
+  Print(Words("link", {"--target",     "FrontLeftWheel:self,amet,TRAN,ROTA,RotZ",
+                       "--controller", "Cart:Global X Position",
+                       "--combine",    "multiply",
+                       "--modify",     "divide -9.5 degrees",
+                       "--window",     "3..40",
+                       "--delay",      "5",
+                       "--range",      "-1..2.5",
+                       "--limits",     "..90 degrees",
+                       "--oscillate",  "cosine speed 0.25 phase 0.5 size 2 from -3 to 3",
+                       "--decay",      "linear+quadratic from 0.75 to 0.25",
+                       "--grow",       "cubic to 0.5",
+                       "--name",       "Roll",
+                       "--relative",   "--by-name"}));
+  const Json nodes = Json::parse(ReadFile(fFolder / "out.gltf"))["nodes"];
+  const auto node = std::ranges::find(nodes, "FrontLeftWheel", [](const Json& each) { return each["name"]; });
+  ASSERT_NE(node, nodes.end());
+  const Json link = (*node)["extensions"]["QLX_modifiers"]["modifiers"][0];
+  const Json expected = Json::parse(R"({"fName": "Roll", "fAttributeMode": true, "fControllerName": "Cart",
       "fFindControllerByName": true, "fCombineReplace": false, "fCombineMultiply": true, "fModifyAdd": false,
       "fModifyDivide": true, "fModifyValue": -9.5, "fModifyUnit": 5, "fStartOn": true, "fStartFrame": 3, "fEndOn": true,
       "fEndFrame": 40, "fDelayOn": true, "fDelayFrames": 5, "fRangeOn": true, "fRangeMin": -1, "fRangeMax": 2.5,
@@ -77,18 +46,14 @@ TEST_F(QlxLink, EveryOptionReachesItsField) {
   for (const char* token : {"pset 1\r", "cpsl \"self,amet,TRAN,ROTA,RotZ\"", "cpst 1\r", "GlbX\"", "ocos 1", "osin 0",
                             "ospd 0.25", "opho 0.5", "osca 2", "omin -3", "omax 3", "dqua 1", "dlin 0", "dmax 0.75",
                             "dmin 0.25", "gcut 1", "gmax 0.5"}) {
-    EXPECT_NE(text.find(token), std::string::npos) << token << " in\n" << text;
+    ExpectPart(token, text);
   }
 }
 
 TEST_F(QlxLink, SaysWhatIsThereInstead) {
-  WritePlain("cart.gltf");
+  fFolder.Write("plain.gltf", PlainExample("cart.gltf"));
   const std::string target = "FrontLeftWheel:self,amet,TRAN,ROTA,RotZ";
-  const struct {
-    const char* fLabel;
-    std::vector<std::string> fArguments;
-    const char* fError;  // somewhere in what is said
-  } kRows[] = {
+  const WrongRun rows[] = {
       {"an element",
        {"--target", "FrontLeftWhel:Rotation Z"},
        "--target: the scene has no element \"FrontLeftWhel\"; the closest"},
@@ -112,27 +77,44 @@ TEST_F(QlxLink, SaysWhatIsThereInstead) {
        {"--target", target, "--oscillate", "sine speed"},
        "--oscillate: \"speed\" needs a number"},
   };
-  for (const auto& row : kRows) {
-    const QlxRun run = Link(row.fArguments);
-    EXPECT_EQ(run.fCode, kExitFailed) << row.fLabel;
-    EXPECT_NE(run.fErr.find(row.fError), std::string::npos) << row.fLabel << " gave: " << run.fErr;
-    EXPECT_FALSE(std::filesystem::exists(fFolder / "linked.gltf")) << row.fLabel;
+  for (const WrongRun& row : rows) {
+    ExpectProblems({{row.fLabel, Words("link", row.fWords), row.fSays}});
   }
 }
 
-// Each line of NAME.links makes a link of examples/NAME.gltf in its plain scene, and NAME.script what is no link: the
-// baked file is the same to the byte.
+// Each line beside an example is the words of a command that makes its part of it in the plain scene: the baked file is
+// the same to the byte.
 TEST_F(QlxLink, ExamplesAreMadeAgain) {
-  for (const std::string name : {"cart", "clock", "face", "followers", "growth", "lamp", "pendulum", "pinned_arm"}) {
-    WritePlain(name + ".gltf");
-    if (name == "pinned_arm") {
-      Edit(Example("pinned_arm.script"));
-    } else {
-      LinkEachLine(name + ".links");
+  const struct {
+    const char* fVerb;
+    std::string fLines;
+    std::string fPlain;
+    std::string fMade;
+  } rows[] = {
+      {"link", "cart.links", "cart", "cart"},
+      {"link", "clock.links", "clock", "clock"},
+      {"link", "face.links", "face", "face"},
+      {"link", "followers.links", "followers", "followers"},
+      {"link", "growth.links", "growth", "growth"},
+      {"link", "lamp.links", "lamp", "lamp"},
+      {"link", "pendulum.links", "pendulum", "pendulum"},
+      {"chain", "tentacle.chain", "tentacle", "tentacle"},
+      {"keys", "walk.keys", "walk", "walk_clean"},
+      {"edit", "", "pinned_arm", "pinned_arm"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fMade);
+    fFolder.Write("plain.gltf", PlainExample(row.fPlain + ".gltf"));
+    const auto lines = row.fLines.empty()
+                           ? std::vector<std::vector<std::string>>{{"--script", Example("pinned_arm.script")}}
+                           : LinesOfExample(row.fLines);
+    for (const std::vector<std::string>& words : lines) {
+      Print(Words(row.fVerb, words));
+      std::filesystem::rename(fFolder / "out.gltf", fFolder / "plain.gltf");
     }
-    EXPECT_TRUE(BakedFile(Example((name + ".gltf").c_str()), Path("baked.gltf")) ==
-                BakedFile(Path("plain.gltf"), Path("baked.gltf")))
-        << name;
+    Print({"bake", At("plain.gltf"), "-o", At("made.gltf")});
+    Print({"bake", Example((row.fMade + ".gltf").c_str()), "-o", At("example.gltf")});
+    EXPECT_TRUE(ReadFile(fFolder / "made.gltf") == ReadFile(fFolder / "example.gltf"));
   }
 }
 

@@ -10,12 +10,6 @@
 namespace qlx::host {
 namespace {
 
-TEST(ComponentCall, AnswersNothingWhenAllGoesWell) {
-  int calls = 0;
-  EXPECT_FALSE(CallComponent("operation", [&] { ++calls; }));
-  EXPECT_EQ(calls, 1);
-}
-
 TEST(ComponentCall, TellsWhatCameOut) {
   const test::AssertionGuard reports({"An exception is being thrown", "An exception is being thrown"});
   const struct {

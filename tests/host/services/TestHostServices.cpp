@@ -103,9 +103,6 @@ TEST_F(HostServices, QuestionsAreAnsweredUnderTheirOwnIds) {
         id == IHostQuestion::kSecondGroupID ? IHostQuestion::kThirdGroupID : IHostQuestion::kSecondGroupID;
     EXPECT_EQ(question->QueryInterface(otherID, &other), MC_E_NOINTERFACE);
   }
-}
-
-TEST_F(HostServices, ServicesWithoutARoleAreMissing) {
   void* view = &view;
   EXPECT_EQ(fHost.GetRoot().QueryInterface("406FF750-5179-11D2-97C1-00A024418B95"_guid, &view), MC_E_NOINTERFACE);
   EXPECT_EQ(view, nullptr);
@@ -170,13 +167,6 @@ TEST_F(HostServices, UpdatesMarkTheElement) {
   scene->Evaluate(0);
   EXPECT_EQ(scene->GetTouched(), std::vector<Element*>{&element});
   scene->Close();
-}
-
-TEST_F(HostServices, ParameterTypesAreGivenByWord) {
-  const auto types = Ask<ParamTypeRegistry>();
-  ASSERT_TRUE(types);
-  ASSERT_NE(types->GetParamType("re32"_id), nullptr);
-  EXPECT_EQ(types->GetParamType("re32"_id)->GetDataSize(), 4U);
 }
 
 }  // namespace

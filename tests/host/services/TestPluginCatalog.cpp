@@ -171,24 +171,5 @@ TEST(PluginCatalog, CutFilesAreNoMoreThanAWarning) {
   }
 }
 
-// The real host, with a plug-in whose folder has no resource file.
-TEST(Host, EvaluatesWithoutAResourceFile) {
-  const CatalogFolder folder;
-  const std::filesystem::path library =
-      folder.GetFile().parent_path() / std::filesystem::path(QLX_PLUGIN_FILE).filename();
-  std::filesystem::copy_file(QLX_PLUGIN_FILE, library);
-  std::filesystem::remove(folder.GetFile());
-  Diagnostics diagnostics;
-  {
-    Host host(diagnostics);
-    host.LoadPlugin(library);
-    EXPECT_EQ(diagnostics.GetWarnings().size(), 1U);
-    const auto pin = host.CreateModifier("fPIN"_id);
-    ASSERT_TRUE(pin);
-    EXPECT_TRUE(pin->SetField(*pin->GetParameterMap()->Find("fPosition"), std::array<real32, 3>{1, 2, 3}));
-    EXPECT_EQ(host.GetCatalog()->FindPart(kPanelType, 156), nullptr);
-  }
-}
-
 }  // namespace
 }  // namespace qlx::host

@@ -20,12 +20,6 @@ std::string ProblemOf(const std::filesystem::path& inFile) {
   return "loaded";
 }
 
-TEST(PluginLibrary, LoadsTheBuiltPlugin) {
-  const PluginLibrary library(QLX_PLUGIN_FILE);
-  EXPECT_TRUE(library.CanUnload());
-  EXPECT_EQ(library.GetFile(), QLX_PLUGIN_FILE);
-}
-
 TEST(PluginLibrary, ErrorsNameTheFileAndWhatIsWrong) {
   const std::filesystem::path folder = std::filesystem::temp_directory_path();
   const std::filesystem::path text = folder / u8"qlx-no-library-\u00e4.txt";

