@@ -45,14 +45,18 @@ struct SceneText {
   // A channel of the first animation.
   void AddChannel(int inNode, const char* inPath, const std::vector<real32>& inTimes,
                   const std::vector<real32>& inValues, const char* inInterpolation = "LINEAR") {
+    AddSampler({{"node", inNode}, {"path", inPath}}, inTimes, inValues,
+               std::string(inPath) == "rotation" ? "VEC4" : "VEC3", inInterpolation);
+  }
+  void AddSampler(const Json& inTarget, const std::vector<real32>& inTimes, const std::vector<real32>& inValues,
+                  const char* inType, const char* inInterpolation = "LINEAR") {
     const std::size_t input = AddReals(inTimes, "SCALAR");
     fJson["accessors"][input]["min"] = {inTimes.front()};
     fJson["accessors"][input]["max"] = {inTimes.back()};
-    const std::size_t output = AddReals(inValues, std::string(inPath) == "rotation" ? "VEC4" : "VEC3");
+    const std::size_t output = AddReals(inValues, inType);
     Json& clip = fJson["animations"][0];
     clip["samplers"].push_back({{"input", input}, {"output", output}, {"interpolation", inInterpolation}});
-    clip["channels"].push_back(
-        {{"sampler", clip["samplers"].size() - 1}, {"target", {{"node", inNode}, {"path", inPath}}}});
+    clip["channels"].push_back({{"sampler", clip["samplers"].size() - 1}, {"target", inTarget}});
   }
 
   std::string GetText() const {
@@ -95,11 +99,37 @@ class GltfTest : public testing::Test {
     return Open("in.gltf", inOptions);
   }
   void LoadPlugin() { fHost.LoadPlugin(QLX_PLUGIN_FILE); }
+  std::unique_ptr<GltfDocument> OpenExample(const std::string& inName) {
+    return GltfDocument::Read(std::filesystem::path(QLX_EXAMPLES) / (inName + ".gltf"), {}, fHost);
+  }
+  static Element& ElementOf(GltfDocument& inDocument, const char* inName) {
+    Element* const found = inDocument.GetScene().FindByName(inName);
+    EXPECT_NE(found, nullptr) << inName;
+    return *found;
+  }
+  // What a document is written as.
+  Json Written(const GltfDocument& inDocument) {
+    inDocument.Write(fFolder / "out.gltf");
+    return ReadJson("out.gltf");
+  }
+  Json Baked(const GltfDocument& inDocument, const BakeResult& inBake, KeepModifiers inKeep = KeepModifiers::kNo) {
+    inDocument.WriteBaked(fFolder / "out.gltf", inBake, inKeep);
+    return ReadJson("out.gltf");
+  }
 
   // The JSON of a file in the folder, of either form.
   Json ReadJson(std::string_view inName) const {
     const std::string bytes = ReadFile(fFolder / inName);
     return Json::parse(SplitContainer({bytes.begin(), bytes.end()}).fText);
+  }
+
+  // What reading a text as a file gives: one line with the file's name, and `inError` somewhere in it.
+  void ExpectError(const std::string& inText, const std::string& inError, const std::string& inLabel) {
+    fFolder.Write("bad.gltf", inText);
+    const std::string error = ReadError("bad.gltf");
+    EXPECT_NE(error.find(inError), std::string::npos) << inLabel << "\n  gave: " << error << "\n  not:  " << inError;
+    EXPECT_TRUE(error.starts_with("bad.gltf: ")) << inLabel << ": " << error;
+    EXPECT_EQ(error.find('\n'), std::string::npos) << inLabel << ": " << error;
   }
 
   // The whole line of the `UserError` that reading the file gives, without the folder; empty when it can be read.

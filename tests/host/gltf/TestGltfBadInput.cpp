@@ -9,8 +9,8 @@ namespace {
 
 class GltfBadInput : public GltfTest {
  protected:
-  // Sets the value at a JSON pointer of the moving arm ("-" takes the member away) and reads it.
-  std::string ErrorOf(const std::string& inPointer, const std::string& inValue) {
+  // The moving arm with another value at a JSON pointer; "-" takes the member away.
+  static std::string Changed(const std::string& inPointer, const std::string& inValue) {
     SceneText text = MakeMovingArm();
     const Json::json_pointer pointer(inPointer);
     if (inValue == "-") {
@@ -18,8 +18,7 @@ class GltfBadInput : public GltfTest {
     } else {
       text.fJson[pointer] = Json::parse(inValue);
     }
-    fFolder.Write("bad.gltf", text.GetText());
-    return ReadError("bad.gltf");
+    return text.GetText();
   }
 };
 
@@ -69,22 +68,6 @@ TEST_F(GltfBadInput, NamesThePlaceAndWhatIsWrong) {
       {"/accessors/0/componentType", "5130", "accessors[0].componentType: unknown component type 5130"},
       {"/accessors/0/type", "\"VEC9\"", "accessors[0].type: unknown accessor type \"VEC9\""},
       {"/buffers/0/byteLength", "1000", "buffers[0]: has 88 bytes of the 1000"},
-      // Sparse accessors
-      {"/accessors/1/sparse", R"({"count": 4, "indices": {"bufferView": 0, "componentType": 5125}, "values":
-          {"bufferView": 1}})",
-       "accessors[1].sparse.count: 4 is more"},
-      {"/accessors/1/sparse", R"({"count": 1, "indices": {"bufferView": 0, "componentType": 5126}, "values":
-          {"bufferView": 1}})",
-       "accessors[1].sparse.indices.componentType"},
-      {"/accessors/1/sparse", R"({"count": 2, "indices": {"bufferView": 0, "componentType": 5121}, "values":
-          {"bufferView": 1}})",
-       "accessors[1].sparse.indices: index 1 (0)"},
-      {"/accessors/1/sparse", R"({"count": 1, "indices": {"bufferView": 0, "byteOffset": 12, "componentType": 5121},
-          "values": {"bufferView": 1}})",
-       "accessors[1].sparse.indices: 1 bytes"},
-      {"/accessors/1/sparse", R"({"count": 3, "indices": {"bufferView": 0, "componentType": 5121}, "values":
-          {"bufferView": 1, "byteOffset": 4}})",
-       "accessors[1].sparse.values: 36 bytes"},
       // Meshes
       {"/meshes", "[{\"primitives\": {}}]", "meshes[0].primitives: must be an array"},
       {"/meshes", "[{\"primitives\": []}]", "meshes[0].primitives: must be an array that is not empty"},
@@ -114,11 +97,27 @@ TEST_F(GltfBadInput, NamesThePlaceAndWhatIsWrong) {
       {"/nodes/0/extensions", R"({"QLX_element": {"id": 5, "x": 1}})", "QLX_element: unknown member \"x\""},
   };
   for (const auto& row : rows) {
-    const std::string error = ErrorOf(row.fPointer, row.fValue);
-    EXPECT_NE(error.find(row.fError), std::string::npos)
-        << row.fPointer << " = " << row.fValue << "\n  gave: " << error << "\n  not:  " << row.fError;
-    EXPECT_TRUE(error.starts_with("bad.gltf: ")) << error;
-    EXPECT_EQ(error.find('\n'), std::string::npos) << error;
+    ExpectError(Changed(row.fPointer, row.fValue), row.fError, std::string(row.fPointer) + " = " + row.fValue);
+  }
+}
+
+TEST_F(GltfBadInput, NamesWhatIsWrongWithASparseAccessor) {
+  const struct {
+    const char* fCount;
+    const char* fIndices;
+    const char* fValues;
+    const char* fError;
+  } rows[] = {
+      {"4", R"("componentType": 5125)", "", "accessors[1].sparse.count: 4 is more"},
+      {"1", R"("componentType": 5126)", "", "accessors[1].sparse.indices.componentType"},
+      {"2", R"("componentType": 5121)", "", "accessors[1].sparse.indices: index 1 (0)"},
+      {"1", R"("componentType": 5121, "byteOffset": 12)", "", "accessors[1].sparse.indices: 1 bytes"},
+      {"3", R"("componentType": 5121)", R"(, "byteOffset": 4)", "accessors[1].sparse.values: 36 bytes"},
+  };
+  for (const auto& row : rows) {
+    const std::string sparse = std::string(R"({"count": )") + row.fCount + R"(, "indices": {"bufferView": 0, )" +
+                               row.fIndices + R"(}, "values": {"bufferView": 1)" + row.fValues + "}}";
+    ExpectError(Changed("/accessors/1/sparse", sparse), row.fError, sparse);
   }
 }
 
@@ -159,23 +158,16 @@ TEST_F(GltfBadInput, TextThatIsNoSceneIsRefusedWithItsPosition) {
        "more than 20000 members"},
   };
   for (const auto& row : rows) {
-    fFolder.Write("bad.gltf", row.fText);
-    const std::string error = ReadError("bad.gltf");
-    EXPECT_NE(error.find(row.fError), std::string::npos) << row.fLabel << " gave: " << error;
-    EXPECT_EQ(error.find('\n'), std::string::npos) << row.fLabel << ": " << error;
+    ExpectError(row.fText, row.fError, row.fLabel);
   }
 }
 
 TEST_F(GltfBadInput, EveryTruncationIsRefused) {
-  const std::string text = MakeMovingArm().GetText();
-  for (std::size_t length = 0; length < text.size(); ++length) {
-    fFolder.Write("cut.gltf", std::string_view(text).substr(0, length));
-    ASSERT_NE(ReadError("cut.gltf"), "") << length << " of " << text.size();
-  }
-  const std::string glb = MakeMovingArm().GetGlb();
-  for (std::size_t length = 0; length < glb.size(); ++length) {
-    fFolder.Write("cut.glb", std::string_view(glb).substr(0, length));
-    ASSERT_NE(ReadError("cut.glb"), "") << length << " of " << glb.size();
+  for (const std::string& whole : {MakeMovingArm().GetText(), MakeMovingArm().GetGlb()}) {
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+      fFolder.Write("cut.gltf", std::string_view(whole).substr(0, length));
+      ASSERT_NE(ReadError("cut.gltf"), "") << length << " of " << whole.size();
+    }
   }
 }
 
@@ -192,9 +184,6 @@ TEST_F(GltfBadInput, AnyByteMayBeWrong) {
 }
 
 TEST_F(GltfBadInput, ChunksMustFitTheirFile) {
-  const auto word = [](std::string& ioBytes, std::size_t inOffset, uint32 inValue) {
-    std::memcpy(ioBytes.data() + inOffset, &inValue, sizeof inValue);
-  };
   const struct {
     const char* fLabel;
     std::size_t fOffset;
@@ -209,9 +198,8 @@ TEST_F(GltfBadInput, ChunksMustFitTheirFile) {
   };
   for (const auto& row : rows) {
     std::string glb = MakeMovingArm().GetGlb();
-    word(glb, row.fOffset, row.fValue);
-    fFolder.Write("bad.glb", glb);
-    EXPECT_NE(ReadError("bad.glb").find(row.fError), std::string::npos) << row.fLabel << ": " << ReadError("bad.glb");
+    std::memcpy(glb.data() + row.fOffset, &row.fValue, sizeof row.fValue);
+    ExpectError(glb, row.fError, row.fLabel);
   }
 }
 
@@ -235,8 +223,7 @@ TEST_F(GltfBadInput, KeysMustBeFiniteAndAscend) {
     text.AddNode(Json::object());
     text.AddChannel(0, "translation", row.fTimes, row.fValues);
     text.fJson["accessors"][0].erase("max");  // NaN is no JSON
-    fFolder.Write("bad.gltf", text.GetText());
-    EXPECT_NE(ReadError("bad.gltf").find(row.fError), std::string::npos) << ReadError("bad.gltf");
+    ExpectError(text.GetText(), row.fError, "keys");
   }
 }
 
@@ -248,9 +235,8 @@ TEST_F(GltfBadInput, IndicesOfAMeshMustNameItsVertices) {
   text.fJson["bufferViews"].push_back({{"buffer", 0}, {"byteOffset", offset}, {"byteLength", 3}});
   text.fJson["accessors"].push_back({{"bufferView", 4}, {"componentType", 5121}, {"count", 3}, {"type", "SCALAR"}});
   text.fJson["meshes"] = Json::parse(R"([{"primitives": [{"attributes": {"POSITION": 1}, "indices": 4}]}])");
-  fFolder.Write("bad.gltf", text.GetText());
-  EXPECT_EQ(ReadError("bad.gltf"),
-            "bad.gltf: meshes[0].primitives[0].indices: index 3 is out of range, there are 3 vertices");
+  ExpectError(text.GetText(), "meshes[0].primitives[0].indices: index 3 is out of range, there are 3 vertices",
+              "index");
 }
 
 TEST_F(GltfBadInput, BuffersMustBeThere) {
@@ -272,12 +258,9 @@ TEST_F(GltfBadInput, BuffersMustBeThere) {
   for (const auto& row : rows) {
     SceneText text = MakeMovingArm();
     text.fJson["buffers"][0]["uri"] = row.fUri;
-    fFolder.Write("bad.gltf", text.fJson.dump());
-    EXPECT_NE(ReadError("bad.gltf").find(row.fError), std::string::npos) << row.fUri << ": " << ReadError("bad.gltf");
+    ExpectError(text.fJson.dump(), row.fError, row.fUri);
   }
-  SceneText text = MakeMovingArm();  // a buffer that only an extension could fill
-  fFolder.Write("bad.gltf", text.fJson.dump());
-  EXPECT_NE(ReadError("bad.gltf").find("the bytes of accessor 1 are not in the file"), std::string::npos);
+  ExpectError(MakeMovingArm().fJson.dump(), "the bytes of accessor 1 are not in the file", "by an extension alone");
 }
 
 TEST_F(GltfBadInput, FilesAndClipsMustBeThere) {

@@ -58,39 +58,39 @@ TEST_F(GltfModifiers, BlocksThatAreWrongNameTheirPlace) {
     const char* fValue;
     const char* fError;
   } rows[] = {
-      {"", "[]", "QLX_modifiers: must be an object"},
-      {"", "{}", "QLX_modifiers.modifiers: must be an array"},
-      {"/modifiers", "{}", "QLX_modifiers.modifiers: must be an array"},
-      {"/more", "1", "QLX_modifiers: unknown member \"more\""},
-      {"/modifiers/0", "3", "modifiers[0]: must be an object"},
-      {"/modifiers/0/more", "1", "modifiers[0]: unknown member \"more\""},
-      {"/modifiers/0/class", "7", "modifiers[0].class: must be a text of four characters"},
-      {"/modifiers/0/class", "\"pin\"", "modifiers[0].class: must be a text of four characters"},
-      {"/modifiers/0/class", "\"abcd\"", "modifiers[0].class: \"abcd\" is an unknown class"},
-      {"/modifiers/0/enabled", "1", "modifiers[0].enabled: must be true or false"},
-      {"/modifiers/0/private", "\"text\"", "modifiers[0].private: the class has no private data"},
-      {"/modifiers/0/parameters", "[]", "modifiers[0].parameters: must be an object"},
-      {"/modifiers/0/parameters/fActive", "1", "parameters.fActive: must be true or false"},
-      {"/modifiers/0/parameters/fLocked", "true", "parameters.fLocked: the class has no such field"},
-      {"/modifiers/0/parameters/fPosition", "[1, 2]", "parameters.fPosition: must be an array of three numbers"},
-      {"/modifiers/0/parameters/fPosition", "1", "parameters.fPosition: must be an array of three numbers"},
-      {"/modifiers/0/parameters/fPosition/1", "null", "parameters.fPosition[1]: must be a number"},
-      {"/modifiers/0/parameters/fPosition/1", "1e39", "parameters.fPosition[1]: is too large for a 32-bit real"},
+      {"", "[]", ": must be an object"},
+      {"", "{}", ".modifiers: must be an array"},
+      {"/modifiers", "{}", ".modifiers: must be an array"},
+      {"/more", "1", ": unknown member \"more\""},
+      {"/modifiers/0", "3", ".modifiers[0]: must be an object"},
+      {"/modifiers/0/more", "1", ".modifiers[0]: unknown member \"more\""},
+      {"/modifiers/0/class", "7", ".modifiers[0].class: must be a text of four characters"},
+      {"/modifiers/0/class", "\"pin\"", ".modifiers[0].class: must be a text of four characters"},
+      {"/modifiers/0/class", "\"abcd\"", ".modifiers[0].class: \"abcd\" is an unknown class"},
+      {"/modifiers/0/enabled", "1", ".modifiers[0].enabled: must be true or false"},
+      {"/modifiers/0/private", "\"text\"", ".modifiers[0].private: the class has no private data"},
+      {"/modifiers/0/parameters", "[]", ".modifiers[0].parameters: must be an object"},
+      {"/modifiers/0/parameters/fActive", "1", ".modifiers[0].parameters.fActive: must be true or false"},
+      {"/modifiers/0/parameters/fLocked", "true", ".modifiers[0].parameters.fLocked: the class has no such field"},
+      {"/modifiers/0/parameters/fPosition", "[1, 2]",
+       ".modifiers[0].parameters.fPosition: must be an array of three numbers"},
+      {"/modifiers/0/parameters/fPosition", "1",
+       ".modifiers[0].parameters.fPosition: must be an array of three numbers"},
+      {"/modifiers/0/parameters/fPosition/1", "null", ".modifiers[0].parameters.fPosition[1]: must be a number"},
+      {"/modifiers/0/parameters/fPosition/1", "1e39",
+       ".modifiers[0].parameters.fPosition[1]: is too large for a 32-bit real"},
   };
   for (const auto& row : rows) {
     Json block = PinBlock();
     block[Json::json_pointer(row.fPointer)] = Json::parse(row.fValue);
-    fFolder.Write("bad.gltf", MakePinnedArm(block).GetText());
-    const std::string error = ReadError("bad.gltf");
-    EXPECT_TRUE(error.starts_with("bad.gltf: nodes[0].extensions.QLX_modifiers")) << error;
-    EXPECT_NE(error.find(row.fError), std::string::npos) << row.fPointer << " gave: " << error;
+    ExpectError(MakePinnedArm(block).GetText(), std::string("nodes[0].extensions.QLX_modifiers") + row.fError,
+                row.fPointer);
   }
 }
 
 TEST_F(GltfModifiers, AreWrittenAsTheyWereRead) {
   const auto document = OpenText(MakePinnedArm());
-  document->Write(fFolder / "out.gltf");
-  const Json out = ReadJson("out.gltf");
+  const Json out = Written(*document);
   EXPECT_EQ(out["nodes"][0]["extensions"]["QLX_modifiers"], PinBlock());
   EXPECT_EQ(out["nodes"][0]["extensions"]["EXT_other"], Json({{"a", 1}}));
   EXPECT_EQ(out["nodes"][0]["extensions"]["QLX_element"]["id"], 2);
@@ -103,45 +103,26 @@ TEST_F(GltfModifiers, NewOnesAreListed) {
   auto pin = fHost.CreateModifier("fPIN"_id);
   ASSERT_TRUE(pin);
   document->GetScene().FindByName("Hand")->AddModifier(*pin, 0);
-  document->Write(fFolder / "out.gltf");
-  const Json out = ReadJson("out.gltf");
+  const Json out = Written(*document);
   EXPECT_EQ(out["extensionsUsed"], Json({"QLX_modifiers", "QLX_element"}));
   EXPECT_EQ(out["nodes"][1]["extensions"]["QLX_modifiers"]["modifiers"][0]["parameters"]["fActive"], false);
   EXPECT_EQ(Open("out.gltf")->GetScene().FindByName("Hand")->GetModifiers().size(), 1u);
 }
 
 TEST_F(GltfModifiers, ABakeTakesThemAwayOrSwitchesThemOff) {
-  const BakeResult nothing;
-  OpenText(MakePinnedArm())->WriteBaked(fFolder / "out.gltf", nothing, KeepModifiers::kNo);
-  Json out = ReadJson("out.gltf");
+  Json out = Baked(*OpenText(MakePinnedArm()), {});
   EXPECT_EQ(out["nodes"][0]["extensions"], Json({{"EXT_other", {{"a", 1}}}}));
   EXPECT_EQ(out["extensionsUsed"], Json::array({"EXT_other"}));
 
   SceneText alone = MakePinnedArm();
   alone.fJson["nodes"][0]["extensions"].erase("EXT_other");
   alone.fJson["extensionsUsed"] = {"QLX_modifiers"};
-  OpenText(alone)->WriteBaked(fFolder / "out.gltf", nothing, KeepModifiers::kNo);
-  out = ReadJson("out.gltf");
+  out = Baked(*OpenText(alone), {});
   EXPECT_FALSE(out["nodes"][0].contains("extensions"));
   EXPECT_FALSE(out.contains("extensionsUsed"));
 
-  OpenText(MakePinnedArm())->WriteBaked(fFolder / "out.gltf", nothing, KeepModifiers::kSwitchedOff);
-  EXPECT_EQ(ReadJson("out.gltf")["nodes"][0]["extensions"]["QLX_modifiers"]["modifiers"][0]["enabled"], false);
-}
-
-TEST_F(GltfModifiers, AnIdSurvivesReorderingByAnotherProgram) {
-  OpenText(MakePinnedArm())->Write(fFolder / "first.gltf");
-  Json moved = ReadJson("first.gltf");
-  moved["nodes"].push_back(moved["nodes"][0]);
-  moved["nodes"][0] = {{"name", "New"}};
-  moved["scenes"][0]["nodes"] = {0, 2};
-  fFolder.Write("second.gltf", moved.dump());
-  const auto document = Open("second.gltf");
-  EXPECT_EQ(document->GetScene().FindByName("Arm")->GetUniqueID(), 2u);
-  EXPECT_NE(document->GetScene().FindByName("New")->GetUniqueID(), 2u);
-  document->Write(fFolder / "third.gltf");
-  EXPECT_EQ(Open("third.gltf")->GetScene().FindByName("New")->GetUniqueID(),
-            document->GetScene().FindByName("New")->GetUniqueID());
+  out = Baked(*OpenText(MakePinnedArm()), {}, KeepModifiers::kSwitchedOff);
+  EXPECT_EQ(out["nodes"][0]["extensions"]["QLX_modifiers"]["modifiers"][0]["enabled"], false);
 }
 
 // A link's private text, as a hand would write it.
@@ -170,20 +151,23 @@ TEST_F(GltfModifiers, LinksComeBackAsTheyWereWritten) {
   EXPECT_EQ(ReadJson("second.gltf"), ReadJson("first.gltf"));
 }
 
-TEST_F(GltfModifiers, ReferencesSurviveReorderingByAnotherProgram) {
+TEST_F(GltfModifiers, IdsAndReferencesSurviveReorderingByAnotherProgram) {
   const auto before = OpenText(MakePinnedArm(LinkBlock(kLinkText)));
   ASSERT_EQ(before->GetScene().FindByID(3), before->GetScene().FindByName("Hand"));
-  before->Write(fFolder / "first.gltf");
-  Json moved = ReadJson("first.gltf");
+  Json moved = Written(*before);
   EXPECT_EQ(moved["nodes"][1]["extensions"]["QLX_element"]["id"], 3) << "a link refers to it";
-  EXPECT_FALSE(moved["nodes"].size() > 2 && moved["nodes"][2].contains("extensions"));
-  moved["nodes"].push_back(moved["nodes"][1]);
-  moved["nodes"][1] = {{"name", "New"}};
-  moved["nodes"][0]["children"] = {1, moved["nodes"].size() - 1};
+  moved["nodes"].insert(moved["nodes"].begin(), Json{{"name", "New"}});
+  moved["nodes"][1]["children"] = {2};
+  moved["scenes"][0]["nodes"] = {0, 1};
   moved.erase("animations");
-  fFolder.Write("second.gltf", moved.dump());
-  const auto after = Open("second.gltf");
-  EXPECT_EQ(after->GetScene().FindByID(3), after->GetScene().FindByName("Hand"));
+  fFolder.Write("moved.gltf", moved.dump());
+  const auto after = Open("moved.gltf");
+  EXPECT_EQ(ElementOf(*after, "Arm").GetUniqueID(), 2U);
+  EXPECT_EQ(ElementOf(*after, "Hand").GetUniqueID(), 3U);
+  const uint32 given = ElementOf(*after, "New").GetUniqueID();
+  EXPECT_GT(given, 3U);
+  Written(*after);
+  EXPECT_EQ(ElementOf(*Open("out.gltf"), "New").GetUniqueID(), given);
 }
 
 TEST_F(GltfModifiers, DamagedLinksNameFileNodeAndLine) {
@@ -205,10 +189,7 @@ TEST_F(GltfModifiers, DamagedLinksNameFileNodeAndLine) {
   for (const auto& row : rows) {
     Json block = LinkBlock(kLinkText);
     block[Json::json_pointer(std::string("/modifiers/0/") + row.fPointer)] = row.fValue;
-    fFolder.Write("bad.gltf", MakePinnedArm(block).GetText());
-    const std::string error = ReadError("bad.gltf");
-    EXPECT_TRUE(error.starts_with("bad.gltf: nodes[0].extensions.QLX_modifiers.modifiers[0].")) << error;
-    EXPECT_NE(error.find(row.fError), std::string::npos) << row.fValue << " gave: " << error;
+    ExpectError(MakePinnedArm(block).GetText(), row.fError, row.fValue.dump());
   }
 }
 
@@ -219,10 +200,8 @@ TEST_F(GltfModifiers, NameCutInsideACharacterIsWrittenAsText) {
   const std::string cut = std::string(254, 'x') + "\xC3";
   ASSERT_TRUE(link->SetField(*link->GetParameterMap()->Find("fControllerName"), cut));
   document->GetScene().FindByName("Hand")->AddModifier(*link, 0);
-  document->Write(fFolder / "out.gltf");
-  EXPECT_EQ(
-      ReadJson("out.gltf")["nodes"][1]["extensions"]["QLX_modifiers"]["modifiers"][0]["parameters"]["fControllerName"],
-      std::string(254, 'x') + "\uFFFD");
+  const Json written = Written(*document)["nodes"][1]["extensions"]["QLX_modifiers"]["modifiers"][0];
+  EXPECT_EQ(written["parameters"]["fControllerName"], std::string(254, 'x') + "\uFFFD");
 }
 
 // The document for others says what the code does.
@@ -248,8 +227,7 @@ TEST_F(GltfTest, WithoutAPluginModifiersStayAsData) {
   const auto document = OpenText(text);
   EXPECT_TRUE(document->GetScene().FindByName("Arm")->GetModifiers().empty());
   ASSERT_EQ(fDiagnostics.GetWarnings().size(), 1u);
-  document->WriteBaked(fFolder / "out.gltf", {}, KeepModifiers::kNo);
-  EXPECT_EQ(ReadJson("out.gltf"), Json::parse(text.GetText()));
+  EXPECT_EQ(Baked(*document, {}), Json::parse(text.GetText()));
 }
 
 }  // namespace qlx::host

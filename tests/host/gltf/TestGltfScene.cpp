@@ -10,14 +10,7 @@ namespace qlx::host {
 
 namespace {
 
-class GltfScene : public GltfTest {
- protected:
-  static Element& ElementOf(GltfDocument& inDocument, const char* inName) {
-    Element* found = inDocument.GetScene().FindByName(inName);
-    EXPECT_NE(found, nullptr) << inName;
-    return *found;
-  }
-};
+class GltfScene : public GltfTest {};
 
 std::vector<real32> Quaternion(real64 inAngle, int inAxis) {
   std::vector<real32> value{0, 0, 0, static_cast<real32>(std::cos(inAngle / 2))};

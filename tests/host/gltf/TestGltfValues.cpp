@@ -43,28 +43,22 @@ SceneText MakeStage() {
 // A channel of the first animation by a pointer.
 void AddPointer(SceneText& ioText, const std::string& inPointer, const std::vector<real32>& inTimes,
                 const std::vector<real32>& inValues, const char* inType, const char* inInterpolation = "LINEAR") {
-  const std::size_t input = ioText.AddReals(inTimes, "SCALAR");
-  ioText.fJson["accessors"][input]["min"] = {inTimes.front()};
-  ioText.fJson["accessors"][input]["max"] = {inTimes.back()};
-  const std::size_t output = ioText.AddReals(inValues, inType);
-  Json& clip = ioText.fJson["animations"][0];
-  clip["samplers"].push_back({{"input", input}, {"output", output}, {"interpolation", inInterpolation}});
-  clip["channels"].push_back(
-      {{"sampler", clip["samplers"].size() - 1},
-       {"target", {{"path", "pointer"}, {"extensions", {{"KHR_animation_pointer", {{"pointer", inPointer}}}}}}}});
+  ioText.AddSampler({{"path", "pointer"}, {"extensions", {{"KHR_animation_pointer", {{"pointer", inPointer}}}}}},
+                    inTimes, inValues, inType, inInterpolation);
 }
 
 void AddWeights(SceneText& ioText, const std::vector<real32>& inTimes, const std::vector<real32>& inValues) {
-  AddPointer(ioText, "", inTimes, inValues, "SCALAR");
-  ioText.fJson["animations"][0]["channels"].back()["target"] = {{"node", 0}, {"path", "weights"}};
+  ioText.AddSampler({{"node", 0}, {"path", "weights"}}, inTimes, inValues, "SCALAR");
 }
+
+constexpr const char* kPaint = "shader \"Paint\"";
+constexpr const char* kLamp = "light \"Lamp\"";
+constexpr const char* kEye = "camera \"0\"";
+constexpr const char* kBody = "element \"Body\"";
+constexpr const char* kMesh = "object \"Mesh0\"";
 
 class GltfValues : public GltfTest {
  protected:
-  static Element& ElementOf(GltfDocument& inDocument, const char* inName) {
-    return *inDocument.GetScene().FindByName(inName);
-  }
-
   // The set and the place of a value by the label of its set and its name.
   static std::pair<std::shared_ptr<ValueSet>, std::size_t> Find(const GltfDocument& inDocument,
                                                                 const std::string& inLabel, const std::string& inName) {
@@ -84,6 +78,17 @@ class GltfValues : public GltfTest {
     return values->SampleAt(index, inTime);
   }
 
+  // One more warning than the last time, with this in it; none for null.
+  void ExpectWarning(const char* inWarning, const char* inLabel) {
+    const std::vector<std::string>& warnings = fDiagnostics.GetWarnings();
+    fWarned += inWarning == nullptr ? 0 : 1;
+    ASSERT_EQ(warnings.size(), fWarned) << inLabel;
+    if (inWarning != nullptr) {
+      EXPECT_NE(warnings.back().find(inWarning), std::string::npos) << inLabel << ": " << warnings.back();
+    }
+  }
+  std::size_t fWarned = 0;
+
   // As if a modifier had written the value, frame by frame, at 30 frames a second.
   static void AddBaked(BakeResult& ioBake, const GltfDocument& inDocument, const char* inLabel, const char* inName,
                        const std::vector<ValueNumbers>& inFrames) {
@@ -94,29 +99,22 @@ class GltfValues : public GltfTest {
     }
     ioBake.fValues.push_back({values, index, inFrames, inFrames});
   }
+
+  // A bake of a value of every kind.
+  static BakeResult MakeBake(const GltfDocument& inDocument) {
+    BakeResult bake;
+    AddBaked(bake, inDocument, kPaint, "Base colour", {{1, 0, 0, 1}, {0, 1, 0, 0.5f}, {0, 0, 1, 0}});
+    AddBaked(bake, inDocument, kPaint, "Emissive strength", {{1}, {2}, {4}});
+    AddBaked(bake, inDocument, kPaint, "Metallic", {{0.5f}, {0.25f}, {0}});
+    AddBaked(bake, inDocument, kEye, "Near plane", {{1}, {2}, {3}});
+    AddBaked(bake, inDocument, kLamp, "Colour", {{1, 1, 1, 1}, {0.5f, 0.5f, 0.5f, 1}, {0, 0, 0, 1}});
+    AddBaked(bake, inDocument, kBody, "squash", {{2}, {3}, {4}});
+    AddBaked(bake, inDocument, kBody, "a/b~c", {{1}, {0}, {1}});
+    AddBaked(bake, inDocument, kMesh, "Morph1", {{0}, {0.5f}, {1}});
+    bake.fRange = {0, 2};
+    return bake;
+  }
 };
-
-constexpr const char* kPaint = "shader \"Paint\"";
-constexpr const char* kLamp = "light \"Lamp\"";
-constexpr const char* kEye = "camera \"0\"";
-constexpr const char* kBody = "element \"Body\"";
-constexpr const char* kMesh = "object \"Mesh0\"";
-
-// A bake of a value of every kind.
-BakeResult MakeBake(
-    const std::function<void(BakeResult&, const char*, const char*, std::vector<ValueNumbers>)>& inAdd) {
-  BakeResult bake;
-  inAdd(bake, kPaint, "Base colour", {{1, 0, 0, 1}, {0, 1, 0, 0.5f}, {0, 0, 1, 0}});
-  inAdd(bake, kPaint, "Emissive strength", {{1}, {2}, {4}});
-  inAdd(bake, kPaint, "Metallic", {{0.5f}, {0.25f}, {0}});
-  inAdd(bake, kEye, "Near plane", {{1}, {2}, {3}});
-  inAdd(bake, kLamp, "Colour", {{1, 1, 1, 1}, {0.5f, 0.5f, 0.5f, 1}, {0, 0, 0, 1}});
-  inAdd(bake, kBody, "squash", {{2}, {3}, {4}});
-  inAdd(bake, kBody, "a/b~c", {{1}, {0}, {1}});
-  inAdd(bake, kMesh, "Morph1", {{0}, {0.5f}, {1}});
-  bake.fRange = {0, 2};
-  return bake;
-}
 
 }  // namespace
 
@@ -207,61 +205,46 @@ TEST_F(GltfValues, NodesThatShareAMeshHaveWeightsOfTheirOwn) {
   EXPECT_EQ(twin.GetValues()->SampleAt(1, 0)[0], 0.75f);
   EXPECT_EQ(body.GetValues()->SampleAt(1, 0)[0], 1);
   ASSERT_TRUE(twin.GetValues()->Write(0, {0.125f}));
-  document->Write(fFolder / "out.gltf");
-  EXPECT_EQ(ReadJson("out.gltf")["nodes"][3]["weights"], Json({0.125, 0.75}));
-  EXPECT_FALSE(ReadJson("out.gltf")["nodes"][0].contains("weights"));
-  EXPECT_EQ(ReadJson("out.gltf")["animations"], text.fJson["animations"]);
+  const Json out = Written(*document);
+  EXPECT_EQ(out["nodes"][3]["weights"], Json({0.125, 0.75}));
+  EXPECT_FALSE(out["nodes"][0].contains("weights"));
+  EXPECT_EQ(out["animations"], text.fJson["animations"]);
 }
 
 TEST_F(GltfValues, ABakeWritesThemFrameByFrame) {
-  for (const char* name : {"out.gltf", "out.glb"}) {
-    SceneText text = MakeStage();
-    text.fJson["extensionsUsed"] = {"KHR_lights_punctual"};
-    const auto document = OpenText(text);
-    const BakeResult bake = MakeBake([&](BakeResult& result, const char* label, const char* value, auto frames) {
-      AddBaked(result, *document, label, value, std::move(frames));
-    });
-    document->WriteBaked(fFolder / name, bake, KeepModifiers::kNo);
-    const Json out = ReadJson(name);
-    EXPECT_EQ(out["extensionsUsed"],
-              Json({"KHR_lights_punctual", "KHR_materials_emissive_strength", "KHR_animation_pointer"}));
-    EXPECT_EQ(out["materials"][0]["extensions"]["KHR_materials_emissive_strength"]["emissiveStrength"], 1)
-        << "what a pointer names is there";
-    EXPECT_EQ(out["nodes"], text.fJson["nodes"]);
-    ASSERT_EQ(out["animations"][0]["channels"].size(), bake.fValues.size());
-    for (const Json& channel : out["animations"][0]["channels"]) {
-      EXPECT_EQ(channel["target"].contains("node"), channel["target"]["path"] == "weights");
-    }
-    const auto again = Open(name);
-    for (const BakedValue& baked : bake.fValues) {
-      const std::string label = baked.fValues->GetLabel();
-      const std::string value = baked.fValues->GetInfo(baked.fIndex).fName;
-      for (std::size_t frame = 0; frame < bake.fTimes.size(); ++frame) {
-        const ValueNumbers numbers = Sample(*again, label.c_str(), value.c_str(), bake.fTimes[frame]);
-        for (std::size_t i = 0; i < numbers.size(); ++i) {
-          EXPECT_NEAR(numbers[i], baked.fFrames[frame][i], 1e-6) << label << " " << value << " " << frame;
-        }
+  SceneText text = MakeStage();
+  text.fJson["extensionsUsed"] = {"KHR_lights_punctual"};
+  const auto document = OpenText(text);
+  const BakeResult bake = MakeBake(*document);
+  const Json out = Baked(*document, bake);
+  EXPECT_EQ(out["extensionsUsed"],
+            Json({"KHR_lights_punctual", "KHR_materials_emissive_strength", "KHR_animation_pointer"}));
+  EXPECT_EQ(out["materials"][0]["extensions"]["KHR_materials_emissive_strength"]["emissiveStrength"], 1)
+      << "what a pointer names is there";
+  EXPECT_EQ(out["nodes"], text.fJson["nodes"]);
+  ASSERT_EQ(out["animations"][0]["channels"].size(), bake.fValues.size());
+  for (const Json& channel : out["animations"][0]["channels"]) {
+    EXPECT_EQ(channel["target"].contains("node"), channel["target"]["path"] == "weights");
+  }
+  const auto again = Open("out.gltf");
+  for (const BakedValue& baked : bake.fValues) {
+    const std::string label = baked.fValues->GetLabel();
+    const std::string value = baked.fValues->GetInfo(baked.fIndex).fName;
+    for (std::size_t frame = 0; frame < bake.fTimes.size(); ++frame) {
+      const ValueNumbers numbers = Sample(*again, label.c_str(), value.c_str(), bake.fTimes[frame]);
+      for (std::size_t i = 0; i < numbers.size(); ++i) {
+        EXPECT_NEAR(numbers[i], baked.fFrames[frame][i], 1e-6) << label << " " << value << " " << frame;
       }
     }
-    EXPECT_EQ(Sample(*again, kMesh, "Morph0", 6000)[0], 0.25f) << "weights go together";
-    // The second time each goes into the channel that it has.
-    again->WriteBaked(fFolder / "twice.gltf",
-                      MakeBake([&](BakeResult& result, const char* label, const char* each, auto frames) {
-                        AddBaked(result, *again, label, each, std::move(frames));
-                      }),
-                      KeepModifiers::kNo);
-    EXPECT_EQ(ReadJson("twice.gltf")["animations"][0]["channels"], out["animations"][0]["channels"]);
   }
+  EXPECT_EQ(Sample(*again, kMesh, "Morph0", 6000)[0], 0.25f) << "weights go together";
+  EXPECT_EQ(Baked(*again, MakeBake(*again))["animations"][0]["channels"], out["animations"][0]["channels"])
+      << "the second time each goes into the channel that it has";
 }
 
 TEST_F(GltfValues, ABakeStandsWhereOtherReadersLookAtIt) {
-  SceneText text = MakeStage();
-  const auto document = OpenText(text);
-  document->WriteBaked(QLX_BAKED_VALUES,
-                       MakeBake([&](BakeResult& result, const char* label, const char* value, auto frames) {
-                         AddBaked(result, *document, label, value, std::move(frames));
-                       }),
-                       KeepModifiers::kNo);
+  const auto document = OpenText(MakeStage());
+  document->WriteBaked(QLX_BAKED_VALUES, MakeBake(*document), KeepModifiers::kNo);
 }
 
 TEST_F(GltfValues, WhatIsOutOfLimitsIsWrittenAtThem) {
@@ -270,7 +253,7 @@ TEST_F(GltfValues, WhatIsOutOfLimitsIsWrittenAtThem) {
   AddBaked(bake, *document, kPaint, "Metallic", {{-1}, {0.5f}, {7}});
   const auto [lamp, intensity] = Find(*document, kLamp, "Intensity");
   ASSERT_TRUE(lamp->Write(intensity, {-2}));
-  document->WriteBaked(fFolder / "out.gltf", bake, KeepModifiers::kNo);
+  Baked(*document, bake);
   const auto again = Open("out.gltf");
   EXPECT_EQ(Sample(*again, kPaint, "Metallic", 0)[0], 0);
   EXPECT_EQ(Sample(*again, kPaint, "Metallic", 12000)[0], 1);
@@ -298,8 +281,7 @@ TEST_F(GltfValues, EditsAreWrittenWhereTheyStand) {
   edit(kBody, "a/b~c", {0});
   const auto [paint, cutoff] = Find(*document, kPaint, "Alpha cut-off");
   paint->EditCurves(cutoff, [](Curve& curve, uint32) { curve.Clear(); });
-  document->Write(fFolder / "out.gltf");
-  const Json out = ReadJson("out.gltf");
+  const Json out = Written(*document);
   EXPECT_EQ(out["materials"][0]["pbrMetallicRoughness"],
             Json::parse(R"({"metallicFactor": 0.5, "baseColorFactor": [0.5, 0.25, 0, 1], "roughnessFactor": 1})"));
   EXPECT_NEAR(out["cameras"][0]["perspective"]["znear"].get<real64>(), 0.0508, 1e-8);
@@ -310,8 +292,7 @@ TEST_F(GltfValues, EditsAreWrittenWhereTheyStand) {
 
   const auto [rough, index] = Find(*document, kPaint, "Roughness");
   rough->EditCurves(index, [](Curve& curve, uint32) { curve.Clear(); });
-  document->Write(fFolder / "out.gltf");
-  EXPECT_EQ(ReadJson("out.gltf")["extensionsUsed"], Json({"KHR_lights_punctual"})) << "no pointer is left";
+  EXPECT_EQ(Written(*document)["extensionsUsed"], Json({"KHR_lights_punctual"})) << "no pointer is left";
 }
 
 TEST_F(GltfValues, WhatIsNoParameterPassesThroughWithAWarning) {
@@ -344,15 +325,9 @@ TEST_F(GltfValues, WhatIsNoParameterPassesThroughWithAWarning) {
   for (const auto& row : rows) {
     SceneText text = MakeStage();
     text.fJson[Json::json_pointer(row.place)] = Json::parse(row.value);
-    const std::size_t before = fDiagnostics.GetWarnings().size();
     OpenText(text)->Write(fFolder / "out.gltf");
     EXPECT_EQ(ReadFile(fFolder / "out.gltf"), text.GetText()) << row.place;
-    const std::vector<std::string> warnings(fDiagnostics.GetWarnings().begin() + static_cast<std::ptrdiff_t>(before),
-                                            fDiagnostics.GetWarnings().end());
-    ASSERT_EQ(warnings.size(), row.warning == nullptr ? 0U : 1U) << row.place << " " << row.value;
-    if (row.warning != nullptr) {
-      EXPECT_NE(warnings[0].find(row.warning), std::string::npos) << warnings[0];
-    }
+    ExpectWarning(row.warning, row.place);
   }
 }
 
@@ -386,27 +361,21 @@ TEST_F(GltfValues, PointersThatCannotBeFollowedAreNamed) {
   for (const auto& row : rows) {
     SceneText text = MakeStage();
     AddPointer(text, row.pointer, {0, 1}, row.values, row.type);
-    fFolder.Write("in.gltf", text.GetText());
-    const std::size_t before = fDiagnostics.GetWarnings().size();
-    const std::string error = ReadError("in.gltf");
-    EXPECT_EQ(error.empty(), row.error == nullptr) << row.label << ": " << error;
-    EXPECT_NE(error.find(row.error == nullptr ? "" : row.error), std::string::npos) << row.label << ": " << error;
-    const bool hasWarned = fDiagnostics.GetWarnings().size() > before;
-    ASSERT_EQ(hasWarned, row.warning != nullptr) << row.label;
-    if (hasWarned) {
-      EXPECT_NE(fDiagnostics.GetWarnings().back().find(row.warning), std::string::npos) << row.label;
+    if (row.error != nullptr) {
+      ExpectError(text.GetText(), row.error, row.label);
+    } else {
+      OpenText(text);
     }
+    ExpectWarning(row.warning, row.label);
   }
   SceneText twice = MakeStage();
   AddWeights(twice, {0, 1}, {0, 1, 1, 0});
   AddPointer(twice, "/nodes/0/weights", {0, 1}, {0, 1, 1, 0}, "SCALAR");
-  fFolder.Write("in.gltf", twice.GetText());
-  EXPECT_EQ(ReadError("in.gltf"), "in.gltf: animations[0].channels[1].target: the same as that of channel 0");
+  ExpectError(twice.GetText(), "animations[0].channels[1].target: the same as that of channel 0", "twice");
   SceneText number = MakeStage();
   AddPointer(number, metallic, {0, 1}, {0, 1}, "SCALAR");
   number.fJson["animations"][0]["channels"][0]["target"]["extensions"]["KHR_animation_pointer"]["pointer"] = 3;
-  fFolder.Write("in.gltf", number.GetText());
-  EXPECT_NE(ReadError("in.gltf").find("KHR_animation_pointer.pointer: must be a text"), std::string::npos);
+  ExpectError(number.GetText(), "KHR_animation_pointer.pointer: must be a text", "a number");
 }
 
 }  // namespace qlx::host

@@ -13,9 +13,6 @@ class Undo : public GltfTest {
  protected:
   void SetUp() override { LoadPlugin(); }
 
-  std::unique_ptr<GltfDocument> OpenExample(const std::string& inName) {
-    return GltfDocument::Read(std::filesystem::path(QLX_EXAMPLES) / (inName + ".gltf"), {}, fHost);
-  }
   std::string Saved(const GltfDocument& inDocument) {
     inDocument.Write(fFolder / "saved.glb");
     return ReadFile(fFolder / "saved.glb");
