@@ -1,4 +1,5 @@
 // `qlx menu`, `qlx do`, `qlx keys` and `qlx chain`.
+#include "ProblemOf.h"
 #include "QlxRun.h"
 #include "cli/AnswerPerson.h"
 #include "model/Diagnostics.h"
@@ -121,19 +122,11 @@ TEST(AnswerPerson, GivesFilesInTheirOrder) {
   EXPECT_EQ(person.ChooseFile(FileChoice::kSave), std::nullopt);
   EXPECT_EQ(person.ChooseFile(FileChoice::kSave), "");
   EXPECT_EQ(person.AnswerAlert({.fText = "Replace it?", .fButtons = {"Yes", "No"}}), 2);
-  const auto problem = [](AnswerPerson& ioPerson, FileChoice inChoice) {
-    try {
-      ioPerson.ChooseFile(inChoice);
-    } catch (const UserError& error) {
-      return std::string(error.what());
-    }
-    return std::string();
-  };
-  EXPECT_EQ(problem(person, FileChoice::kOpen),
+  EXPECT_EQ(test::ProblemOf([&] { person.ChooseFile(FileChoice::kOpen); }),
             "--answer ok: is no answer to what asks for a file to open: that is file=PATH or cancel");
   EXPECT_THROW(person.CheckThatAllWereAsked(), UserError);
   AnswerPerson silent({}, diagnostics);
-  EXPECT_EQ(problem(silent, FileChoice::kSave),
+  EXPECT_EQ(test::ProblemOf([&] { silent.ChooseFile(FileChoice::kSave); }),
             "--answer: the command asks for a file to save: answer with file=PATH or cancel");
   EXPECT_EQ(silent.AnswerAlert({.fText = "Replace it?", .fButtons = {"Yes", "No"}}), 1);
   EXPECT_EQ(diagnostics.GetWarnings(), std::vector<std::string>{"Replace it?"});

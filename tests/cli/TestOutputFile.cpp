@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "ProblemOf.h"
 #include "TempFolder.h"
 #include "cli/OutputFile.h"
 #include "model/Diagnostics.h"
@@ -31,12 +32,8 @@ TEST(OutputFile, RefusesAPlaceThatCannotHoldAFile) {
   std::filesystem::create_directory(folder / "taken");
   folder.Write("file", "");
   for (const char* place : {"taken", "missing/table.csv", "file/table.csv"}) {
-    try {
-      const OutputFile output(folder / place, "text");
-      ADD_FAILURE() << place;
-    } catch (const UserError& problem) {
-      EXPECT_NE(std::string(problem.what()).find(place), std::string::npos) << problem.what();
-    }
+    const std::string problem = test::ProblemOf([&] { const OutputFile output(folder / place, "text"); });
+    EXPECT_NE(problem.find(place), std::string::npos) << problem;
   }
   EXPECT_EQ(folder.List().size(), 2U);
 }

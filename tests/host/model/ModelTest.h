@@ -49,6 +49,22 @@ class TestScene {
   TMCCountedPtr<host::Scene> fScene;
 };
 
+// Does something with each time line of a thing.
+inline void VisitTimeLines(ITimeLineOwner& inOwner, std::function<void(ITimeLine&)> inWork) {
+  struct Visitor final : IForEachTimeLineCallback {
+    void MC_CALL Visit(ITimeLine* inTimeLine, void* /*inOther*/) override { fWork(*inTimeLine); }
+    std::function<void(ITimeLine&)> fWork;
+  } visitor;
+  visitor.fWork = std::move(inWork);
+  inOwner.ForEachTimeLine(&visitor);
+}
+
+inline std::vector<TMCCountedPtr<ITimeLine>> TimeLinesOf(ITimeLineOwner& inOwner) {
+  std::vector<TMCCountedPtr<ITimeLine>> found;
+  VisitTimeLines(inOwner, [&found](ITimeLine& each) { found.push_back(MCShare(&each)); });
+  return found;
+}
+
 inline host::ChannelValues MakeValues(TVector3 inPosition, TVector3 inRotation = {}, TVector3 inScale = {1, 1, 1},
                                       real32 inUniform = 1) {
   return {{inPosition.x, inPosition.y, inPosition.z, inRotation.x, inRotation.y, inRotation.z, inUniform, inScale.x,

@@ -133,31 +133,30 @@ class FakeElement final : public FakeObject<TreeElement, I3DShAttributes> {
   }
   TreeElement* Self() { return this; }
 
-  I3DShScene* MC_CALL GetScene() override { return nullptr; }
   const TMCString& MC_CALL GetName() override { return fName; }
-  uint32 MC_CALL GetUniqueID() override { return 0; }
   void MC_CALL GetParent(TreeElement** outParent) override { MCAssignCounted(outParent, GetParentRaw()); }
   TreeElement* MC_CALL GetParentRaw() override { return fParent; }
   TreeElement* MC_CALL GetFirstChild() override { return fChild; }
   TreeElement* MC_CALL GetNextSibling() override { return fNext; }
-  bool MC_CALL IsAtOrBelow(TreeElement* /*inAncestor*/) override { return true; }
+  bool MC_CALL IsAtOrBelow(TreeElement*) override { return true; }
+  // The rest is not asked for.
+  I3DShScene* MC_CALL GetScene() override { return nullptr; }
+  uint32 MC_CALL GetUniqueID() override { return 0; }
   TreePath& MC_CALL GetTreePath(TreePath& outPath) override { return outPath; }
   ObjectReference& MC_CALL GetObjectReference(ObjectReference& outReference) override { return outReference; }
-  MCResult MC_CALL GetLocalTransform(TTreeTransform& /*out*/) override { return MC_E_NOTVALID; }
-  MCResult MC_CALL SetLocalTransform(const TTreeTransform& /*in*/, int32 /*in1*/, int32 /*in2*/, int32 /*in3*/,
-                                     int32 /*in4*/, int32 /*in5*/, int32 /*in6*/) override {
+  MCResult MC_CALL GetLocalTransform(TTreeTransform&) override { return MC_E_NOTVALID; }
+  MCResult MC_CALL SetLocalTransform(const TTreeTransform&, int32, int32, int32, int32, int32, int32) override {
     return MC_E_NOTVALID;
   }
-  MCResult MC_CALL GetGlobalTransform(TTreeTransform& /*out*/) override { return MC_E_NOTVALID; }
-  MCResult MC_CALL SetGlobalTransform(const TTreeTransform& /*in*/, int32 /*in1*/, int32 /*in2*/, int32 /*in3*/,
-                                      int32 /*in4*/, int32 /*in5*/) override {
+  MCResult MC_CALL GetGlobalTransform(TTreeTransform&) override { return MC_E_NOTVALID; }
+  MCResult MC_CALL SetGlobalTransform(const TTreeTransform&, int32, int32, int32, int32, int32) override {
     return MC_E_NOTVALID;
   }
-  MCResult MC_CALL GetGlobalTransformChain(TTreeChainTransform& /*out*/) override { return MC_E_NOTVALID; }
-  void MC_CALL TransformChanged(int32 /*inZero*/) override {}
-  void MC_CALL InvalidateElement(int32 /*inOne*/) override {}
-  uint32 MC_CALL GetModifierCount(int32 /*inOne*/) override { return 0; }
-  MCResult MC_CALL InsertModifier(I3DShModifier* /*in*/, uint32 /*inIndex*/) override { return MC_E_NOTVALID; }
+  MCResult MC_CALL GetGlobalTransformChain(TTreeChainTransform&) override { return MC_E_NOTVALID; }
+  void MC_CALL TransformChanged(int32) override {}
+  void MC_CALL InvalidateElement(int32) override {}
+  uint32 MC_CALL GetModifierCount(int32) override { return 0; }
+  MCResult MC_CALL InsertModifier(I3DShModifier*, uint32) override { return MC_E_NOTVALID; }
   TimeBasedData* MC_CALL GetTimeBasedData() override { return &fHolder; }
 
  private:

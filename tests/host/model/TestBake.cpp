@@ -1,27 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "ModelTest.h"
+#include "ProblemOf.h"
 #include "model/Bake.h"
 
 namespace qlx::host {
 
+using test::ProblemOf;
 using test::SetPosition;
 using test::TestScene;
-
-namespace {
-
-std::string ProblemOf(const std::function<void()>& inBody) {
-  try {
-    inBody();
-  } catch (const UserError& error) {
-    return error.what();
-  }
-  return "";
-}
-
-}  // namespace
 
 TEST(Bake, RowsHoldWhatModifiersChangedOnAnyFrame) {
   TestScene scene;

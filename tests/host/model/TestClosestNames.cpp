@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "ProblemOf.h"
 #include "model/Scene.h"
 
 namespace qlx::host {
@@ -34,14 +35,7 @@ TEST(ClosestNames, AnElementThatThereIsNotIsAnErrorAtItsPlace) {
   const auto scene = MakeHosted<Scene>(diagnostics);
   Element& arm = scene->AddElement(scene->GetRootElement(), "Arm");
   EXPECT_EQ(&NeedElement(*scene, "Arm", "--to"), &arm);
-  const auto problem = [&](const char* name) {
-    try {
-      NeedElement(*scene, name, "--to");
-    } catch (const UserError& error) {
-      return std::string(error.what());
-    }
-    return std::string("nothing");
-  };
+  const auto problem = [&](const char* name) { return test::ProblemOf([&] { NeedElement(*scene, name, "--to"); }); };
   EXPECT_EQ(problem("Amr"), "--to: the scene has no element \"Amr\"; the closest is \"Arm\"");
   EXPECT_EQ(problem("Leg"), "--to: the scene has no element \"Leg\" (see: qlx tree)");
   scene->Close();

@@ -127,23 +127,11 @@ TEST(ElementTransforms, WhatIsNotFiniteIsRefused) {
     const char* label;
     std::function<void(TreeTransform&)> spoil;
   } rows[] = {
-      {"position",
-       [](TreeTransform& t) {
-         t.SetPosition({0, kNaN, 0});
-       }},
-      {"scale",
-       [](TreeTransform& t) {
-         t.SetScaling({1, 1, kInfinity});
-       }},
+      {"position", [](TreeTransform& t) { t.SetPosition(TVector3(0, kNaN, 0)); }},
+      {"scale", [](TreeTransform& t) { t.SetScaling(TVector3(1, 1, kInfinity)); }},
       {"uniform scale", [](TreeTransform& t) { t.SetUniformScale(kNaN); }},
-      {"hot point",
-       [](TreeTransform& t) {
-         t.SetHotPoint({kNaN, 0, 0});
-       }},
-      {"angles",
-       [](TreeTransform& t) {
-         t.GetRotation().SetEuler({kNaN, 0, 0});
-       }},
+      {"hot point", [](TreeTransform& t) { t.SetHotPoint(TVector3(kNaN, 0, 0)); }},
+      {"angles", [](TreeTransform& t) { t.GetRotation().SetEuler(TVector3(kNaN, 0, 0)); }},
   };
   for (const auto& row : rows) {
     TestScene scene;

@@ -12,28 +12,19 @@
 namespace qlx::host {
 
 using test::TestScene;
+using test::TimeLinesOf;
 
 namespace {
 
 constexpr std::size_t kTurn = 3;  // the time line of the rotation about X
 
 // Does something with that one while it is visited.
-class OneVisit final : public IForEachTimeLineCallback {
- public:
-  explicit OneVisit(std::function<void(ITimeLine&)> inWork) : fWork(std::move(inWork)) {}
-  void MC_CALL Visit(ITimeLine* inTimeLine, void*) override {
-    if (inTimeLine->GetAttribute()->GetAttributeId() == kChannels[kTurn].fID) {
-      fWork(*inTimeLine);
+void VisitTurn(Element& ioElement, const std::function<void(ITimeLine&)>& inWork) {
+  test::VisitTimeLines(ioElement, [&](ITimeLine& line) {
+    if (line.GetAttribute()->GetAttributeId() == kChannels[kTurn].fID) {
+      inWork(line);
     }
-  }
-
- private:
-  std::function<void(ITimeLine&)> fWork;
-};
-
-void VisitTurn(Element& ioElement, std::function<void(ITimeLine&)> inWork) {
-  OneVisit visit(std::move(inWork));
-  MCQuery<I3DShAnimated>(&ioElement)->GetTimeLineOwner()->ForEachTimeLine(&visit);
+  });
 }
 
 // Ten keys at 0, 10, 20...
@@ -55,18 +46,6 @@ std::vector<int32> TurnTimes(const Element& inElement) {
   return times;
 }
 
-class Collector final : public IForEachTimeLineCallback {
- public:
-  void MC_CALL Visit(ITimeLine* inTimeLine, void*) override { fTimeLines.push_back(MCShare(inTimeLine)); }
-  std::vector<TMCCountedPtr<ITimeLine>> fTimeLines;
-};
-
-std::vector<TMCCountedPtr<ITimeLine>> TimeLinesOf(Element& inElement) {
-  Collector collector;
-  MCQuery<I3DShAnimated>(&inElement)->GetTimeLineOwner()->ForEachTimeLine(&collector);
-  return collector.fTimeLines;
-}
-
 constexpr MCID kTrackType = "qfix"_id;
 
 MCResult Insert(ITimeLine& inTimeLine, int32 inTime, real32 inValue, MCID inType = kTrackType) {
@@ -82,31 +61,21 @@ real32 ValueOf(ITimeLineKey* inKey) {
 
 }  // namespace
 
-TEST(TimeLines, AllTenAreVisitedEmptyOnesToo) {
+TEST(TimeLines, AllTenAreVisitedAndPositionsAreInTwelfths) {
   TestScene scene;
-  const auto timeLines = TimeLinesOf(scene.Add("Element"));
+  Element& element = scene.Add("Element");
+  const auto timeLines = TimeLinesOf(element);
   ASSERT_EQ(timeLines.size(), kChannelCount);
   for (std::size_t i = 0; i < kChannelCount; ++i) {
     EXPECT_EQ(timeLines[i]->GetAttribute()->GetAttributeId(), kChannels[i].fID);
     EXPECT_EQ(timeLines[i]->GetKeyCount(), 0U);
     EXPECT_EQ(timeLines[i]->GetKey(0), nullptr);
-  }
-}
-
-TEST(TimeLines, PositionsAreInTwelfths) {
-  TestScene scene;
-  Element& element = scene.Add("Element");
-  const auto timeLines = TimeLinesOf(element);
-  const struct {
-    std::size_t track;
-    real32 stored;
-  } rows[] = {{0, 24}, {1, 24}, {2, 24}, {3, 2}, {6, 2}, {9, 2}};
-  for (const auto& row : rows) {
-    ASSERT_EQ(Insert(*timeLines[row.track], 500, 2), MC_S_OK);
-    EXPECT_EQ(element.GetCurve(kChannels[row.track].fChannel)->GetKeys()[0].fValue, row.stored) << row.track;
-    EXPECT_EQ(element.GetCurve(kChannels[row.track].fChannel)->GetKeys()[0].fInterpolation, Interpolation::kLinear);
-    EXPECT_EQ(ValueOf(timeLines[row.track]->GetKey(0)), 2) << row.track;
-    EXPECT_EQ(element.GetValue(kChannels[row.track].fChannel), row.stored) << "shows at once";
+    ASSERT_EQ(Insert(*timeLines[i], 500, 2), MC_S_OK);
+    const real32 stored = i < 3 ? 24 : 2;
+    EXPECT_EQ(element.GetCurve(kChannels[i].fChannel)->GetKeys()[0].fValue, stored) << i;
+    EXPECT_EQ(element.GetCurve(kChannels[i].fChannel)->GetKeys()[0].fInterpolation, Interpolation::kLinear);
+    EXPECT_EQ(ValueOf(timeLines[i]->GetKey(0)), 2) << i;
+    EXPECT_EQ(element.GetValue(kChannels[i].fChannel), stored) << "shows at once";
   }
 }
 

@@ -4,9 +4,9 @@
 #include <limits>
 #include <set>
 
-#include "AttributePathRecorder.h"
 #include "ModelTest.h"
 #include "ParamHolder.h"
+#include "ProblemOf.h"
 #include "model/Bake.h"
 #include "model/ParamTypes.h"
 #include "model/ParameterIDs.h"
@@ -15,6 +15,7 @@
 namespace qlx::host {
 
 using test::TestScene;
+using test::TimeLinesOf;
 
 namespace {
 
@@ -41,15 +42,6 @@ class Values : public testing::Test {
   Values() { SetParamTypeRegistry(&GetParamTypes()); }
   ~Values() override { SetParamTypeRegistry(nullptr); }
 };
-
-std::vector<TMCCountedPtr<ITimeLine>> TimeLinesOf(ITimeLineOwner& inOwner) {
-  struct TimeLineNames final : IForEachTimeLineCallback {
-    std::vector<TMCCountedPtr<ITimeLine>> fFound;
-    void MC_CALL Visit(ITimeLine* inTimeLine, void* /*inOther*/) override { fFound.push_back(MCShare(inTimeLine)); }
-  } collector;
-  inOwner.ForEachTimeLine(&collector);
-  return collector.fFound;
-}
 
 }  // namespace
 
@@ -279,12 +271,10 @@ TEST_F(Values, ABakeNamesOneThatIsNotFinite) {
   Curve& curve = values->GetOrMakeCurve(1, 0);
   curve.SetKey({.fTime = 0, .fValue = 3e38f, .fOutTangent = 3e38f, .fInterpolation = Interpolation::kCubicSpline});
   curve.SetKey({.fTime = 1800000, .fValue = 3e38f});
-  try {
-    Bake(*scene, {0, 5});
-    ADD_FAILURE();
-  } catch (const UserError& error) {
-    EXPECT_STREQ(error.what(), "shader \"Paint\", Roughness, frame 4: the value is not a finite number");
-  }
+  EXPECT_EQ(test::ProblemOf([&] {
+              Bake(*scene, {0, 5});
+            }),
+            "shader \"Paint\", Roughness, frame 4: the value is not a finite number");
 }
 
 TEST_F(Values, GoByTextPathsFromTheElement) {
@@ -338,32 +328,6 @@ TEST_F(Values, GoByTextPathsFromTheElement) {
     }
   });
   EXPECT_EQ(lost, (std::vector<std::string>{"shdr,0019,BCol", "shdr,0011,BCol"}));
-}
-
-TEST_F(Values, AreFoundAgainByAttributePaths) {
-  TestScene scene;
-  Element& element = scene.Add("Element");
-  SceneObject& object = scene->AddObject("Head");
-  object.AddMorphGroup("Face", {"Smile", "Frown"}, {});
-  object.SetShaders({&AddPaint(*scene), &scene->AddShader("Lip")});
-  object.GetShaders()[1]->GetValues()->Add({"Roug"_id, "Roughness"}, {1});
-  element.SetShownObject(&object);
-  const auto light = scene->AddValues("light \"Lamp\"");
-  light->Add({"Inte"_id, "Intensity"}, {1});
-  element.AttachValues({"ligh"_id, "Light", light});
-  IMCUnknown* const root = static_cast<TreeElement*>(&scene->GetRootElement());
-  for (const char* const text :
-       {"self,amet,TRAN,OFFS,XCOO", "self,ligh,Inte", "shdr,0000,BCol", "shdr,0001,Roug", "RMPH,0,1"}) {
-    const auto parameter = FindParameter(element, text).fParameter;
-    ASSERT_TRUE(parameter) << text;
-    for (const AttributePathMode mode : {AttributePathMode::kByElementID, AttributePathMode::kFromRoot}) {
-      AttributePathRecorder recorder;
-      recorder.Set(mode, parameter.Get());
-      AttributePath path;
-      recorder.CopyTo(root, path);
-      EXPECT_EQ(path.FindParamInfo(root).Get(), static_cast<ParamInfo*>(parameter.Get())) << text;
-    }
-  }
 }
 
 TEST(ParameterIDs, ComeFromNamesAndAreUnique) {

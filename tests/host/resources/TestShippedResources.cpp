@@ -85,60 +85,6 @@ TEST(ShippedResources, HaveEveryControlOfItsKind) {
   }
 }
 
-// The code goes up from a control by a fixed number of parts, and looks for another control below.
-TEST(ShippedResources, NestAsTheCodeWalks) {
-  const struct {
-    MCID fPart;
-    int fID;
-    const char* fFrom;
-    std::size_t fUp;
-    const char* fWanted;
-  } kRows[] = {
-      {kPanelType, 183, "vmin vmax sbtn", 2, "valu"},
-      {kDialogType, 181, "upbn plst", 2, "cVal nVal plst"},
-      {kDialogType, 190, "abtn achb ebtn dbtn ubtn mdbt", 1, "clst"},
-  };
-  for (const auto& row : kRows) {
-    const ControlDescription& root = FindPart(Shipped(), row.fPart, row.fID)->fRoot;
-    for (const MCID from : IDsOf(row.fFrom)) {
-      const auto way = WayTo(root, from);
-      ASSERT_GT(way.size(), row.fUp) << QuotedID(from);
-      for (const MCID wanted : IDsOf(row.fWanted)) {
-        EXPECT_FALSE(WayTo(*way[way.size() - 1 - row.fUp], wanted).empty()) << QuotedID(from) << QuotedID(wanted);
-      }
-    }
-  }
-  // A panel's title is above all of its controls; a link's code passes over panes, and no other labelled control is
-  // on the way. A pane of the second kind has nothing that can be used: the code would take it for the title.
-  for (const PartSource& part : Shipped().fParts) {
-    if (part.fPart.fKind == kPanelType) {
-      EXPECT_EQ(part.fPart.fRoot.fKind, ControlKind::kTitle) << part.fPart.fResourceId;
-    }
-  }
-  for (const MCID pane : IDsOf("mps0 mps1 mps2 mps3 mps4 mps5")) {
-    const auto way = WayTo(FindPart(Shipped(), kPanelType, 150)->fRoot, pane);
-    for (const ControlDescription& child : way.back()->fChildren) {
-      EXPECT_EQ(child.fKind, ControlKind::kLabel) << QuotedID(pane);
-    }
-  }
-}
-
-TEST(ShippedResources, PanesStandInPairsByNumber) {
-  const ControlDescription& root = FindPart(Shipped(), kPanelType, 150)->fRoot;
-  for (const char* ids : {"cps0 cps1 cps2 cps3 cps4 cps5", "mps0 mps1 mps2 mps3 mps4 mps5"}) {
-    int16 row = 0;
-    for (const MCID id : IDsOf(ids)) {
-      const ControlDescription& pane = *WayTo(root, id).back();
-      EXPECT_EQ(pane.fPaneList, "clis"_id);
-      EXPECT_EQ(pane.fPaneRow, row++) << QuotedID(id);
-    }
-  }
-  // The code fills these when they are empty.
-  for (const MCID id : IDsOf("clis unit UnLm")) {
-    EXPECT_TRUE(WayTo(root, id).back()->fItems.empty()) << QuotedID(id);
-  }
-}
-
 TEST(ShippedResources, RadioGroupsAreThoseThatTheHostKeeps) {
   const struct {
     MCID fPart;
@@ -194,41 +140,6 @@ TEST(ShippedResources, OnlyTheSpareFieldOfThePinIsHidden) {
   }
   EXPECT_EQ(hidden, std::vector<std::string>{"'fPIN'fReserved"});
   EXPECT_EQ(Shipped().fMaps[0].fMap.fFields.size(), 66U);
-}
-
-TEST(ShippedResources, ListTheClassesInTheirOrder) {
-  const struct {
-    const char* fName;
-    const char* fFamilyAndID;
-    MCGuid fClassID;
-    int16 fResource;
-  } kRows[] = {
-      {"QLXModifier", "modi fQLX", "1F3AE15F-FDC2-001D-13E1-1FF121717497"_guid, 150},
-      {"PinModifier", "modi fPIN", "203FF150-EDC1-991D-93E9-19E1A1710097"_guid, 156},
-      {"SliderModifier", "modi fSLD", "203FF150-EDC1-991D-93E9-19E1A1710098"_guid, 183},
-      {"AddQLXModifierCommand", "scmd aQLX", "10D400AB-1490-3211-DFF0-210FA01799B1"_guid, 155},
-      {"AddPinModifierCommand", "scmd aPIN", "3759F866-BD74-4B85-AE16-4F022E419105"_guid, 155},
-      {"AddSliderModifierCommand", "scmd aSLD", "3759F866-BD74-4B85-AE16-4F022E419106"_guid, 155},
-      {"RemoveDupKeyframesCommand", "scmd rdup", "5D95B36C-C4BD-4242-96BB-067A18E44CDB"_guid, 158},
-      {"WiggleKeyframesCommand", "scmd wigl", "AEE6DF60-DAB9-47F2-BCDF-0843BA52133A"_guid, 159},
-      {"DeleteKeyframesCommand", "scmd dkey", "AE16DF61-D1B1-17F1-1C1F-18131A12131A"_guid, 0},
-      {"QLXChainCommand", "scmd chai", "10E24BAB-1020-0121-0FFF-211F1212AABB"_guid, 0},
-      {"QLXChainDialog", "part chdl", "10E24B1B-1020-0122-0FFF-211F1212AABC"_guid, 190},
-      {"QLXChainQLXSubDlg", "part chsd", "10E24B1B-1020-0122-0FFF-211F1213ABBD"_guid, 200},
-      {"PropertyExplorer", "scmd prex", "10E24B1C-1022-0123-1000-22201314ACBE"_guid, 0},
-      {"PropertyExplorerDialog", "part pexd", "10E24B1C-1022-0123-1000-22201315ADBF"_guid, 181},
-  };
-  ASSERT_EQ(Shipped().fExtensions.size(), std::size(kRows));
-  for (std::size_t i = 0; i < std::size(kRows); ++i) {
-    const ExtensionRecord& record = Shipped().fExtensions[i].fRecord;
-    EXPECT_EQ(record.fName, kRows[i].fName);
-    EXPECT_EQ((std::vector<MCID>{record.fFamily, record.fID}), IDsOf(kRows[i].fFamilyAndID)) << record.fName;
-    EXPECT_EQ(record.fClassID, kRows[i].fClassID) << record.fName;
-    EXPECT_EQ(record.fResourceId, kRows[i].fResource) << record.fName;
-    if (record.fFamily == "part"_id) {
-      EXPECT_EQ(FindPart(Shipped(), kDialogType, record.fResourceId)->fExtension, record.fClassID) << record.fName;
-    }
-  }
 }
 
 }  // namespace

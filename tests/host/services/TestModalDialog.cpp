@@ -3,6 +3,7 @@
 
 #include "HostServices.h"
 #include "PanelTest.h"
+#include "ProblemOf.h"
 #include "model/HostObject.h"
 
 namespace qlx::host {
@@ -194,12 +195,7 @@ TEST_F(ModalDialogTest, APanelShowsWhatItsResourcesAllow) {
   fExpectedWarnings = {"panel 156 \"Odd\": the control actv (\"Active\") cannot show fActive, a 'bool'"};
   EXPECT_EQ(fDiagnostics.GetWarnings(), fExpectedWarnings);
   fHost.SetCatalog(PluginCatalog::GetBuiltIn());
-  try {
-    Open();
-    ADD_FAILURE() << "there are no panels";
-  } catch (const UserError& problem) {
-    EXPECT_STREQ(problem.what(), "PinModifier: its panel 156 is not in the resources");
-  }
+  EXPECT_EQ(test::ProblemOf([&] { Open(); }), "PinModifier: its panel 156 is not in the resources");
 }
 
 }  // namespace

@@ -4,31 +4,27 @@
 #include <fstream>
 
 #include "MCFilePath.h"
+#include "ProblemOf.h"
 #include "model/Diagnostics.h"
 #include "services/Host.h"
 
 namespace qlx::host {
 namespace {
 
-// The message of the error that loading a file ends with.
-std::string ProblemOf(const std::filesystem::path& inFile) {
-  try {
-    const PluginLibrary library(inFile);
-  } catch (const UserError& error) {
-    return error.what();
-  }
-  return "loaded";
+std::string ProblemOfFile(const std::filesystem::path& inFile) {
+  return test::ProblemOf([&] { const PluginLibrary library(inFile); });
 }
 
 TEST(PluginLibrary, ErrorsNameTheFileAndWhatIsWrong) {
   const std::filesystem::path folder = std::filesystem::temp_directory_path();
   const std::filesystem::path text = folder / u8"qlx-no-library-\u00e4.txt";
   std::ofstream(text) << "not a library";
-  EXPECT_EQ(ProblemOf(folder / "qlx-missing.so"), PathText(folder / "qlx-missing.so") + ": no such plug-in library");
-  EXPECT_EQ(ProblemOf(folder), PathText(folder) + ": is a folder, not a plug-in library");
+  EXPECT_EQ(ProblemOfFile(folder / "qlx-missing.so"),
+            PathText(folder / "qlx-missing.so") + ": no such plug-in library");
+  EXPECT_EQ(ProblemOfFile(folder), PathText(folder) + ": is a folder, not a plug-in library");
   const std::string start = PathText(text) + ": not a library that can be loaded (";
-  EXPECT_EQ(ProblemOf(text).substr(0, start.size()), start);
-  EXPECT_EQ(ProblemOf(QLX_NO_PLUGIN_FILE), QLX_NO_PLUGIN_FILE ": not a plug-in, it lacks the export MCDllCleanUp");
+  EXPECT_EQ(ProblemOfFile(text).substr(0, start.size()), start);
+  EXPECT_EQ(ProblemOfFile(QLX_NO_PLUGIN_FILE), QLX_NO_PLUGIN_FILE ": not a plug-in, it lacks the export MCDllCleanUp");
   std::filesystem::remove(text);
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "model/IDText.h"
 #include "ui/Form.h"
 
 namespace qlx::host::test {
@@ -58,7 +59,9 @@ inline TMCCountedPtr<Form> MakeForm(ControlDescription inRoot, uint32 inMessage 
 // Notes what a form tells: "5 mval".
 class NotingListener final : public FormListener {
  public:
-  void Receive(uint32 inMessage, Part& inSource, void* inData) override;
+  void Receive(uint32 inMessage, Part& inSource, void* inData) override {
+    fTold.push_back(std::to_string(inMessage) + " " + TextFromID(inSource.GetPartId()) + (inData ? " with data" : ""));
+  }
   bool IsSelectable(IMFHierarchyItem& /*inItem*/) override { return fSelectable; }
 
   std::vector<std::string> fTold;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Describe.h"
+#include "ProblemOf.h"
 #include "model/Scene.h"
 #include "ui/ScriptPerson.h"
 
@@ -55,12 +56,8 @@ TEST(Script, IsReadWordByWord) {
   };
   for (const Row& row : rows) {
     std::string read;
-    try {
-      read = Written(ParseScript("s", row.fText));
-    } catch (const ScriptError& problem) {
-      read = problem.what();
-    }
-    EXPECT_EQ(read, row.fRead) << row.fLabel;
+    const std::string problem = qlx::test::ProblemOf([&] { read = Written(ParseScript("s", row.fText)); });
+    EXPECT_EQ(read + problem, row.fRead) << row.fLabel;
   }
   EXPECT_EQ(TextOfStep(ParseScript("s", "set \"a b\" \"\\\"\" \"\"")[0]), "set \"a b\" \"\\\"\" \"\"");
 }
@@ -121,16 +118,13 @@ class ScriptPersonTest : public testing::Test {
     AskingListener listener(person, {&fArm});
     fForm->SetListener(&listener);
     std::string answer;
-    try {
+    const std::string problem = qlx::test::ProblemOf([&] {
       for (const ScriptStep& step : ParseScript("s", inScript)) {
         answer += person.UseForm(*fForm, step) ? "" : "no step ";
       }
-      answer += listener.fAnswers;
-    } catch (const ScriptError& problem) {
-      answer = problem.what();
-    }
+    });
     fForm->SetListener(nullptr);
-    return answer;
+    return problem.empty() ? answer + listener.fAnswers : problem;
   }
 
   Diagnostics fDiagnostics;

@@ -2,6 +2,7 @@
 
 #include "BasicMCFCOMImplementations.h"
 #include "Describe.h"
+#include "ProblemOf.h"
 #include "TestMemory.h"
 #include "model/Diagnostics.h"
 #include "ui/Hand.h"
@@ -125,14 +126,8 @@ TEST_F(TreeControlTest, APersonNamesARowByWhatIsAboveIt) {
       {"#6", "plst (\"Properties\"): it has no row #6: its rows are #0 to #5"},
   };
   for (const Row& row : rows) {
-    std::string answer;
-    try {
-      Hand(*fForm).Choose("plst", row.fRow);
-      answer = std::to_string(Selected().at(0));
-    } catch (const UserError& problem) {
-      answer = problem.what();
-    }
-    EXPECT_EQ(answer, row.fAnswer) << row.fRow;
+    const std::string problem = qlx::test::ProblemOf([&] { Hand(*fForm).Choose("plst", row.fRow); });
+    EXPECT_EQ(problem.empty() ? std::to_string(Selected().at(0)) : problem, row.fAnswer);
   }
   EXPECT_EQ(listener.fTold, std::vector<std::string>(3, "9 plst"));
   listener.fSelectable = false;
