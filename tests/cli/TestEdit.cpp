@@ -136,25 +136,15 @@ TEST_F(QlxEdit, TakesBackEachActionAsOneStep) {
        once},
       {"a modifier that goes", "remove 0 of Hand\nundo", untouched},
       {"a switch", "turn 0 of Hand off\nundo", untouched},
+      {"a command without a dialog", "select Hand\ndo \"Add Pin\"\nundo", untouched},
+      {"a command, again", "select Hand\ndo prex {\nchoose plst Position\nok\n}\n" + set + "undo\nredo", once},
+      {"a chain", "do chai {\npress abtn {\npick Base\nok\n}\nok\n}\nundo", untouched},
+      {"keys that go", "select Forearm\ndo dkey {\nset subt on\nok\n}\nundo", untouched},
+      {"no key is marked", "select Forearm\nkeys none\ndo wigl {\nset maxf 900\nok\n}", untouched},
   };
   for (const auto& row : rows) {
     EXPECT_TRUE(Edited(row.fScript) == row.fFile) << row.fLabel;
   }
-}
-
-// Those of commands too.
-TEST_F(QlxEdit, TakesBackCommands) {
-  const std::string untouched = Edited("");
-  for (const std::string command :
-       {"do \"Add Pin\"", "do dkey {\nset subt on\nok\n}",
-        "do prex {\nchoose plst \"Global X Position\"\nset nVal 7\npress upbn\nok\n}",
-        "do chai {\npress abtn {\npick Base\nok\n}\nchoose clst Base\npress achb {\nok\n}\nok\n}"}) {
-    const std::string once = Edited("select Forearm Hand\n" + command);
-    EXPECT_FALSE(once == untouched) << command;
-    EXPECT_TRUE(Edited("select Forearm Hand\n" + command + "\nundo") == untouched) << command;
-    EXPECT_TRUE(Edited("select Forearm Hand\n" + command + "\nundo\nredo") == once) << command;
-  }
-  EXPECT_TRUE(Edited("select Forearm\nkeys none\ndo wigl {\nset maxf 900\nok\n}") == untouched) << "none is marked";
 }
 
 TEST_F(QlxEdit, AnErrorNamesItsPlaceAndWritesNothing) {

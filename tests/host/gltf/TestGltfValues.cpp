@@ -154,21 +154,18 @@ TEST_F(GltfValues, AreParametersInTheUnitsOfTheScene) {
   EXPECT_EQ(count, std::size(rows)) << "a value without a default that is not written is none";
   EXPECT_TRUE(fDiagnostics.GetWarnings().empty());
 
-  std::vector<std::string> paths;
+  std::string paths;
   for (const char* name : {"Body", "Eye", "Bulb"}) {
     ForEachParameter(ElementOf(*document, name), [&paths](const ParameterRow& row) {
       EXPECT_TRUE(row.fIsFound) << row.fPath;
-      if (!row.fPath.starts_with("self,amet") && !row.fPath.starts_with("shdr,0000,")) {
-        paths.push_back(row.fPath.substr(0, 10) + " " + row.fName);
-      }
+      paths += row.fName.find("olour ") == std::string::npos ? row.fPath.substr(0, 9) + ":" + row.fName + " " : "";
     });
   }
-  EXPECT_EQ(paths,
-            (std::vector<std::string>{"self,cust, squash", "self,cust, a/b~c", "RMPH,0,0 Morph0", "RMPH,0,1 Morph1",
-                                      "self,came, Field of view", "self,came, Near plane", "self,ligh, Colour",
-                                      "self,ligh, Colour red", "self,ligh, Colour green", "self,ligh, Colour blue",
-                                      "self,ligh, Colour alpha", "self,ligh, Intensity", "self,ligh, Range",
-                                      "self,ligh, Inner cone angle", "self,ligh, Outer cone angle"}));
+  for (const char* const path : {"self,cust:squash self,cust:a/b~c", "RMPH,0,0:Morph0 RMPH,0,1:Morph1",
+                                 "self,came:Field of view self,came:Near plane", "self,ligh:Colour self,ligh:Intensity",
+                                 "shdr,0000:Base colour shdr,0000:Metallic"}) {
+    EXPECT_NE(paths.find(path), std::string::npos) << path << " in " << paths;
+  }
 }
 
 TEST_F(GltfValues, AreAnimatedByPointersAndWeights) {

@@ -78,26 +78,6 @@ TEST_F(Parameters, StandInTheirTreeByTheFixedPaths) {
   }
 }
 
-TEST_F(Parameters, CanBeClimbedFromLeafToElement) {
-  TestScene scene;
-  Element& element = scene.Add("Element");
-  const auto leaf = FindRotationX(element);
-  ASSERT_TRUE(leaf);
-  TMCCountedPtr<TimeBasedData> holder;
-  leaf->GetHolder(holder.WriteInto());
-  std::vector<MCID> ids;
-  while (!MCQuery<TreeElement>(holder->GetOwner())) {
-    EXPECT_TRUE(MCQuery<I3DShAttributes>(holder->GetOwner())) << "a group owns itself";
-    ids.push_back(holder->GetDataID());
-    TMCCountedPtr<TimeBasedData> parent;
-    holder->GetParentData(parent.WriteInto());
-    ASSERT_TRUE(parent);
-    holder = parent;
-  }
-  EXPECT_EQ(ids, (std::vector<MCID>{"ROTA"_id, "TRAN"_id, "amet"_id}));
-  EXPECT_EQ(MCQuery<TreeElement>(holder->GetOwner()).Get(), &element);
-}
-
 TEST_F(Parameters, ReadAndWriteThroughHoldersOfTheirTypeAlone) {
   TestScene scene;
   Element& element = scene.Add("Element");
@@ -165,25 +145,29 @@ TEST_F(Parameters, MayBeHeldLongerThanTheirElement) {
   EXPECT_FALSE(holder);
 }
 
-TEST_F(Parameters, TypesMakeCopyAndEndValues) {
-  const struct {
-    MCID type;
-    uint32 size;
-  } rows[] = {{"bool"_id, 1},  {"in16"_id, 2},  {"shrt"_id, 2},  {"in32"_id, 4},  {"long"_id, 4},
-              {"actn"_id, 4},  {"re32"_id, 4},  {"sr32"_id, 4},  {"qfix"_id, 4},  {"re64"_id, 8},
-              {"vec2"_id, 8},  {"VEC2"_id, 8},  {"qfv2"_id, 8},  {"vec3"_id, 12}, {"VEC3"_id, 12},
-              {"qfv3"_id, 12}, {"dire"_id, 12}, {"colo"_id, 16}, {"mx33"_id, 36}, {"mqua"_id, sizeof(MatrixQuaternion)},
-              {"str "_id, 64}};
-  for (const auto& row : rows) {
-    ParamType* const type = GetParamTypes().GetParamType(row.type);
-    ASSERT_NE(type, nullptr);
-    EXPECT_EQ(type->GetTypeID(), row.type);
-    EXPECT_EQ(type->GetDataSize(), row.size);
-    EXPECT_EQ(GetParamTypes().GetParamType(row.type), type) << "one object a word";
+TEST_F(Parameters, TypesHaveSizesAndMakeCopyAndEndValues) {
+  const std::pair<uint32, std::vector<MCID>> rows[] = {
+      {1, {"bool"_id}},
+      {2, {"in16"_id, "shrt"_id}},
+      {4, {"in32"_id, "long"_id, "actn"_id, "re32"_id, "sr32"_id, "qfix"_id}},
+      {8, {"re64"_id, "vec2"_id, "VEC2"_id, "qfv2"_id}},
+      {12, {"vec3"_id, "VEC3"_id, "qfv3"_id, "dire"_id}},
+      {16, {"colo"_id}},
+      {36, {"mx33"_id}},
+      {sizeof(MatrixQuaternion), {"mqua"_id}},
+      {64, {"str "_id}},
+  };
+  for (const auto& [size, words] : rows) {
+    for (const MCID word : words) {
+      ParamType* const type = GetParamTypes().GetParamType(word);
+      ASSERT_NE(type, nullptr);
+      EXPECT_EQ(type->GetTypeID(), word);
+      EXPECT_EQ(type->GetDataSize(), size);
+    }
   }
   EXPECT_EQ(GetParamTypes().GetParamType("none"_id), nullptr);
-  alignas(8) uint8 bytes[ParamType::kMaxSize];
   for (const MCID word : {"mx33"_id, "mqua"_id, "colo"_id}) {
+    alignas(8) uint8 bytes[ParamType::kMaxSize];
     alignas(8) uint8 copy[ParamType::kMaxSize];
     ParamType* const type = GetParamTypes().GetParamType(word);
     type->ConstructData(bytes);

@@ -49,22 +49,6 @@ class PluginModifierTest : public testing::Test {
   TMCCountedPtr<PluginModifier> fModifier;
 };
 
-TEST_F(PluginModifierTest, PinHoldsItsElement) {
-  Load(QLX_PLUGIN_FILE);
-  ASSERT_TRUE(fModifier);
-  EXPECT_STREQ(fModifier->GetClassName(), "PinModifier");
-  Set("fPositionSet", true);
-  Set("fActive", true);
-  Set("fPosition", Vector{1, 2, 3});
-  fElement.AddModifier(*fModifier, 0);
-  fScene->Evaluate(0);
-  EXPECT_EQ(fElement.GetEvaluated().GetPosition(), TVector3(1, 2, 3));
-  EXPECT_EQ(fElement.GetBase().GetPosition(), TVector3());
-  EXPECT_EQ(fDiagnostics.GetWarnings(), Warnings());
-  EXPECT_FALSE(fHost.CreateModifier("none"_id));
-  EXPECT_EQ(fDiagnostics.GetWarnings().size(), 1U) << "there is no such class";
-}
-
 TEST_F(PluginModifierTest, OneIdentityAnswersForBoth) {
   Load(QLX_PLUGIN_FILE);
   const auto inner = MCQuery<I3DExModifier>(static_cast<I3DShModifier*>(fModifier.Get()));

@@ -199,13 +199,6 @@ TEST_F(MenuCommands, ExplorerShowsWhatIsChosenAndSetsIt) {
   }
 }
 
-TEST_F(MenuCommands, TellWhatThePersonDidWrong) {
-  SelectOnly({&fHand});
-  EXPECT_NE(Do("dkey"_id).find("opens the dialog \"Delete keyframes\""), std::string::npos);
-  EXPECT_EQ(Do("aPIN"_id, "ok"), "script, line 2: nothing asks for \"ok\": \"do\" in line 1 asked nothing");
-  EXPECT_EQ(Modifiers(fHand), "fPIN ");
-}
-
 TEST_F(MenuCommands, RefuseRecordsThatDoNotFit) {
   ResourceContents contents;
   contents.fExtensions = {Command("wigl"_id), Command("aPIN"_id), Command("dkey"_id)};
