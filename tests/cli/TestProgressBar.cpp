@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 namespace qlx::host {
@@ -29,21 +30,14 @@ TEST(ProgressBar, SaysNothingAboutShortWorkOrOffATerminal) {
   EXPECT_EQ(WorkFor(1000, false), "");
 }
 
-TEST(ProgressBar, ShowsHowFarALongWorkIsAndTakesTheLineAway) {
+TEST(ProgressBar, ShowsHowFarALongWorkIsTenTimesASecondAndTakesTheLineAway) {
   const std::string shown = WorkFor(100, true);
   EXPECT_NE(shown.find("baking [###############...............]  50%  frame 50 of 100, 5 s left"), std::string::npos)
       << shown;
   EXPECT_EQ(shown.substr(shown.size() - 4), "\r\x1B[K");
-}
-
-TEST(ProgressBar, WritesAtMostTenTimesASecond) {
-  const std::string shown = WorkFor(20, true);  // two seconds, the first of them silent
-  std::size_t updates = 0;
-  for (std::size_t place = shown.find("baking"); place != std::string::npos; place = shown.find("baking", place + 1)) {
-    ++updates;
-  }
-  EXPECT_GE(updates, 9U);
-  EXPECT_LE(updates, 11U);
+  const std::string often = WorkFor(20, true);  // two seconds, the first of them silent
+  const auto updates = std::ranges::count(often, 'b');
+  EXPECT_TRUE(updates >= 9 && updates <= 11) << updates;
 }
 
 }  // namespace

@@ -130,13 +130,15 @@ TEST_F(GltfWriting, ABakeOfAStillSceneMakesAnAnimation) {
   SceneText text;
   text.AddNode({{"name", "still"}, {"matrix", {0, 2, 0, 0, -2, 0, 0, 0, 0, 0, 2, 0, 1, 1, 1, 1}}});
   const auto document = OpenText(text);
-  const Json out = Baked(*document, MakeBake(ElementOf(*document, "still"), kPositionMask, 2));
+  const BakeResult bake = MakeBake(ElementOf(*document, "still"), kPositionMask, 2);
+  document->WriteBaked(fFolder / "out.glb", bake, KeepModifiers::kNo);
+  const Json out = ReadJson("out.glb");
   EXPECT_EQ(out["animations"][0]["name"], "bake");
   EXPECT_FALSE(out["nodes"][0].contains("matrix")) << "an animated node may have none";
   EXPECT_EQ(out["nodes"][0]["scale"], Json({2, 2, 2}));
   EXPECT_EQ(out["nodes"][0]["translation"], Json({1, 1, 1}));
   EXPECT_NEAR(out["nodes"][0]["rotation"][2].get<real64>(), std::sqrt(0.5), 1e-7);
-  EXPECT_NEAR(ElementOf(*Open("out.gltf"), "still").SampleAt(7500)[Channel::kPositionX], 1, 1e-6);
+  EXPECT_NEAR(ElementOf(*Open("out.glb"), "still").SampleAt(7500)[Channel::kPositionX], 1, 1e-6);
 }
 
 TEST_F(GltfWriting, BakedRotationsAndScalesAreWholeValues) {

@@ -122,6 +122,13 @@ std::vector<Action> MakeActions() {
          FirstWithModifiers(scene).AddModifier(*host.CreateModifier("fQLX"_id), 0);
        }},
       {"a modifier removed", "followers", [](Scene& scene, Host&) { FirstWithModifiers(scene).RemoveModifier(0); }},
+      {"modifiers in another order", "followers",
+       [](Scene& scene, Host&) {
+         Element& element = FirstWithModifiers(scene);
+         const TMCCountedPtr<Modifier> first = element.GetModifiers()[0];
+         element.RemoveModifier(0);
+         element.AddModifier(*first, 99);
+       }},
       {"a modifier moved to another element", "followers",
        [](Scene& scene, Host&) {
          Element& element = FirstWithModifiers(scene);

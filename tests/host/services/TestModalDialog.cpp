@@ -176,6 +176,9 @@ TEST_F(ModalDialogTest, APathThatDoesNotFitIsRefused) {
   EXPECT_FALSE(Ask<IFileService>()->ChooseFileToOpen(path, 0, 0));
   EXPECT_EQ(TextFrom(path), "as it was");
   fExpectedWarnings = {"xxxxxxxxxxxxxxxx: the path is too long"};
+  EXPECT_FALSE(MCQuery<IModalDialog>(Make(131))->RunModal()) << "cancelled";
+  TMCCountedPtr<TreeElement> chosen;
+  EXPECT_FALSE(Ask<IShellUtilities>()->ChooseObject(chosen.WriteInto(), path, path, 0, 0, 0));
 }
 
 TEST_F(ModalDialogTest, APanelShowsWhatItsResourcesAllow) {

@@ -71,6 +71,7 @@ TEST(ParameterMap, RefusesOtherTypesAndWhatIsNotFinite) {
       {"NaN", "re32"_id, kNaN},
       {"infinity", "re32"_id, -kInfinity},
       {"NaN in a vector", "VEC3"_id, Vector{0, 0, kNaN}},
+      {"NaN in its middle", "VEC3"_id, Vector{0, kNaN, 0}},
   };
   for (const auto& row : kRows) {
     const ParameterMap map{{"field", row.fType}};

@@ -19,6 +19,7 @@ TEST(PluginLibrary, ErrorsNameTheFileAndWhatIsWrong) {
   const std::filesystem::path folder = std::filesystem::temp_directory_path();
   const std::filesystem::path text = folder / u8"qlx-no-library-\u00e4.txt";
   std::ofstream(text) << "not a library";
+  EXPECT_EQ(ProblemOfFile(QLX_PLUGIN_FILE), "") << "and unloaded, never started";
   EXPECT_EQ(ProblemOfFile(folder / "qlx-missing.so"),
             PathText(folder / "qlx-missing.so") + ": no such plug-in library");
   EXPECT_EQ(ProblemOfFile(folder), PathText(folder) + ": is a folder, not a plug-in library");
