@@ -253,6 +253,18 @@ TEST(Base64, HoldsBytesOfAnyNumber) {
   }
 }
 
+TEST(GltfTracks, AQuaternionHasTheSignNearerToTheOneBefore) {
+  const auto path = std::ranges::find(kNodePaths, std::string_view("rotation"), &NodePath::fName);
+  ASSERT_NE(path, kNodePaths.end());
+  std::vector<real32> track;
+  ChannelValues values;
+  for (std::size_t i = 0; i < 40; ++i) {
+    values[Channel::kRotationY] = std::remainder(static_cast<real32>(i) * 0.5f, 2 * kRealPI);
+    AppendPathValue(*path, values, track);
+    EXPECT_GT(i == 0 ? 1 : track[4 * i + 1] * track[4 * i - 3] + track[4 * i + 3] * track[4 * i - 1], 0) << i;
+  }
+}
+
 TEST(GltfTracks, KeyTimesAscendWhereRealsNoLongerTellTicksApart) {
   const std::vector<int32> ticks{1'900'000'000, 1'900'000'001, 1'900'000'002, 1'900'000'900};
   const std::vector<real32> seconds = SecondsOfTrack(ticks);

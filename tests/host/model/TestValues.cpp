@@ -111,6 +111,17 @@ TEST_F(Values, AreWrittenAsAnElementsAre) {
   EXPECT_EQ(values->GetEvaluated(0), kBlue);
 }
 
+TEST_F(Values, TruthValuesStepWhateverTheirKeysSay) {
+  TestScene scene;
+  const auto values = AddPaint(*scene).GetValues();
+  values->EditCurves(2, [](Curve& curve, uint32) {
+    curve.SetKey({.fTime = 0, .fValue = 0});
+    curve.SetKey({.fTime = 100, .fValue = 1});
+  });
+  EXPECT_EQ(values->SampleAt(2, 99)[0], 0);
+  EXPECT_EQ(values->SampleAt(2, 100)[0], 1);
+}
+
 TEST_F(Values, HaveOneTimeLineEachWithKeysOfTheirType) {
   TestScene scene;
   Shader& paint = AddPaint(*scene);
