@@ -12,13 +12,11 @@
 #include "services/SceneCommand.h"
 #include "services/UserInterface.h"
 #include "ui/Hand.h"
-#include "ui/Lists.h"
 #include "ui/ScriptPerson.h"
 
 namespace qlx::host {
 
-// A script's person, who remembers what dialogs showed when they were closed: the values by the ids of the controls,
-// and the rows of lists.
+// A script's person, who remembers what dialogs showed when they were closed: the values by the ids of the controls.
 class SeeingPerson final : public Person {
  public:
   bool RunDialog(Form& ioDialog) override {
@@ -40,13 +38,6 @@ class SeeingPerson final : public Person {
   void Look(const Part& inPart) {
     if (inPart.GetValueForm() != 0) {
       fScreen[TextFromID(inPart.GetDescription().fID)] = TextOfValue(inPart.GetValue());
-    }
-    if (const auto* const list = dynamic_cast<const ListControl*>(&inPart)) {
-      std::string rows;
-      for (const std::string& row : list->GetRows()) {
-        rows += row + " ";
-      }
-      fScreen["rows"] = rows;
     }
     for (const auto& child : inPart.GetChildren()) {
       Look(*child);

@@ -116,32 +116,11 @@ std::string Pick(const char* inName, const std::string& inSettings = "") {
   return std::string("press abtn {\npick ") + inName + "\n" + inSettings + "\nok\n}\n";
 }
 
-TEST_F(MenuCommands, RowsOfAChainAreAddedMovedAndRemoved) {
-  const std::string three = Pick("Body") + Pick("Arm") + Pick("Lamp");
-  const struct {
-    const char* fLabel;
-    std::string fAnswers;
-    const char* fRows;
-  } rows[] = {
-      {"add", three, "Body Arm Lamp "},
-      {"nothing current", three + "press dbtn\npress ubtn\npress mdbt\npress ebtn\npress achb", "Body Arm Lamp "},
-      {"remove", three + "choose clst Arm\npress dbtn\npress dbtn", "Body Lamp "},
-      {"up, and the row stays current", three + "choose clst Lamp\npress ubtn\npress ubtn", "Lamp Body Arm "},
-      {"down", three + "choose clst Body\npress mdbt", "Arm Body Lamp "},
-      {"all below", Pick("Body") + "choose clst Body\npress achb {\nok\n}", "Body Arm Hand Finger "},
-      {"all below, cancelled", Pick("Body") + "choose clst Body\npress achb {\ncancel\n}", "Body "},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(Do("chai"_id, row.fAnswers + "\ncancel"), "done") << row.fLabel;
-    EXPECT_EQ(Screen("rows"), row.fRows) << row.fLabel;
-  }
-  EXPECT_EQ(Modifiers(fBody) + Modifiers(fArm), "");
-}
-
 TEST_F(MenuCommands, LinksOfAChainAreLaidWithTheirSettings) {
-  const std::string chain = Pick("Body", "set mval 1") + "choose clst Body\npress achb {\nset mval 5\nok\n}\n" +
-                            "choose clst Finger\npress dbtn\nchoose clst Arm\npress ebtn {\nset mval 7\nset uFRA "
-                            "on\npress BTal\nset unit ft\npress sdcy {\nset dmax 8.125\nok\n}\nok\n}\n";
+  const std::string chain =
+      Pick("Body", "set mval 1") + "choose clst Body\npress achb {\nset mval 5\nok\n}\n" +
+      "choose clst Finger\npress ubtn\npress mdbt\npress dbtn\nchoose clst Arm\npress ebtn {\nset mval 7\nset uFRA "
+      "on\npress BTal\nset unit ft\npress sdcy {\nset dmax 8.125\nok\n}\nok\n}\n";
   for (const bool followsFirst : {false, true}) {
     ASSERT_EQ(Do("chai"_id, chain + (followsFirst ? "set cgrp on\nok" : "ok")), "done");
     EXPECT_EQ(Modifiers(fArm), followsFirst ? "fQLX fQLX " : "fQLX ") << "behind what stood there";
