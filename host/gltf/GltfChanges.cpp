@@ -105,7 +105,7 @@ AddedData& GltfChanges::Finish() {
   return fData;
 }
 
-void GltfChanges::SetNodeTrack(int inNode, const NodePath& inPath, const Track& inTrack) {
+void GltfChanges::SetNodeTrack(int inNode, const NodePath& inPath, const GltfTrack& inTrack) {
   ReplaceMatrix(inNode);  // an animated node may have none
   const auto node = static_cast<std::size_t>(inNode);
   const int times = AddTimes(inTrack);
@@ -114,7 +114,7 @@ void GltfChanges::SetNodeTrack(int inNode, const NodePath& inPath, const Track& 
 }
 
 // What a pointer names must be there, and weights belong to their node.
-void GltfChanges::SetValueTrack(const ValueTarget& inTarget, const Track& inTrack) {
+void GltfChanges::SetValueTrack(const ValueTarget& inTarget, const GltfTrack& inTrack) {
   const bool isTruth = inTarget.fRule->fType == "bool"_id;
   const int times = AddTimes(inTrack);
   const int values =
@@ -130,7 +130,7 @@ void GltfChanges::SetValueTrack(const ValueTarget& inTarget, const Track& inTrac
   }
 }
 
-int GltfChanges::AddTimes(const Track& inTrack) {
+int GltfChanges::AddTimes(const GltfTrack& inTrack) {
   const auto [times, isNew] = fTimes.try_emplace(inTrack.fTicks, 0);
   if (isNew) {
     times->second = fData.AddTimes(SecondsOfTrack(inTrack.fTicks));

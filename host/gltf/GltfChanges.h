@@ -31,9 +31,9 @@ class GltfChanges {
   AddedData& Finish();
 
  private:
-  void SetNodeTrack(int inNode, const NodePath& inPath, const Track& inTrack);
-  void SetValueTrack(const ValueTarget& inTarget, const Track& inTrack);
-  int AddTimes(const Track& inTrack);
+  void SetNodeTrack(int inNode, const NodePath& inPath, const GltfTrack& inTrack);
+  void SetValueTrack(const ValueTarget& inTarget, const GltfTrack& inTrack);
+  int AddTimes(const GltfTrack& inTrack);
   void SetBase(int inNode, const NodePath& inPath, const ChannelValues& inValues);
   void SetBase(const ValueTarget& inTarget, bool inMustBeThere);
   void AddEdited(const ValueTarget& inTarget);

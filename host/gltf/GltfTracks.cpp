@@ -58,8 +58,8 @@ real64 PathFactor(const Element& inElement, const NodePath& inPath) {
 }
 
 // Of three curves with keys at the same times.
-Track DirectTrack(const std::vector<const Curve*>& inCurves, Interpolation inInterpolation, real64 inFactor) {
-  Track track;
+GltfTrack DirectTrack(const std::vector<const Curve*>& inCurves, Interpolation inInterpolation, real64 inFactor) {
+  GltfTrack track;
   track.fInterpolation = inInterpolation;
   const auto append = [&](std::size_t inKey, real32 CurveKey::*inPart) {
     for (const Curve* curve : inCurves) {
@@ -114,10 +114,10 @@ void InsertTicks(const Curve& inCurve, bool inIsRotation, real32 inFrameRate, st
 
 // With nothing but step keys at the same times the track stays one of steps, else it is linear. `inAppend` adds the
 // values of a time.
-Track SampledTrack(const std::vector<const Curve*>& inCurves, bool inIsRotation, real32 inFrameRate,
-                   const std::function<void(int32, std::vector<real32>&)>& inAppend) {
+GltfTrack SampledTrack(const std::vector<const Curve*>& inCurves, bool inIsRotation, real32 inFrameRate,
+                       const std::function<void(int32, std::vector<real32>&)>& inAppend) {
   std::set<int32> ticks;
-  Track track;
+  GltfTrack track;
   if (CommonInterpolation(inCurves) == Interpolation::kStep) {
     track.fInterpolation = Interpolation::kStep;
     for (const CurveKey& key : inCurves[0]->GetKeys()) {
@@ -148,7 +148,7 @@ std::vector<const Curve*> CurvesOf(const ValueTarget& inTarget) {
 }
 
 // Tangents have no limits: a spline may leave them between its keys.
-void KeepWithinLimits(Track& ioTrack, const ValueTarget& inTarget) {
+void KeepWithinLimits(GltfTrack& ioTrack, const ValueTarget& inTarget) {
   const std::size_t width = inTarget.GetNumbersInKey();
   const bool isCubic = ioTrack.fInterpolation == Interpolation::kCubicSpline;
   for (std::size_t i = 0; i < ioTrack.fValues.size(); ++i) {
@@ -193,7 +193,7 @@ Json PathValue(const NodePath& inPath, const ChannelValues& inValues) {
   return json;
 }
 
-std::optional<Track> TrackOfCurves(const Element& inElement, const NodePath& inPath, real32 inFrameRate) {
+std::optional<GltfTrack> TrackOfCurves(const Element& inElement, const NodePath& inPath, real32 inFrameRate) {
   const std::vector<const Curve*> curves = KeyedCurves(inElement, inPath);
   if (curves.empty()) {
     return std::nullopt;
@@ -210,7 +210,7 @@ std::optional<Track> TrackOfCurves(const Element& inElement, const NodePath& inP
   });
 }
 
-std::optional<Track> TrackOfCurves(const ValueTarget& inTarget, real32 inFrameRate) {
+std::optional<GltfTrack> TrackOfCurves(const ValueTarget& inTarget, real32 inFrameRate) {
   std::vector<const Curve*> curves = CurvesOf(inTarget);
   const std::size_t all = curves.size();
   std::erase(curves, nullptr);
@@ -219,12 +219,12 @@ std::optional<Track> TrackOfCurves(const ValueTarget& inTarget, real32 inFrameRa
   }
   const std::optional<Interpolation> interpolation = CommonInterpolation(curves);
   if (curves.size() == all && interpolation) {
-    Track track = DirectTrack(curves, *interpolation, 1.0 / inTarget.fRule->GetFactor());
+    GltfTrack track = DirectTrack(curves, *interpolation, 1.0 / inTarget.fRule->GetFactor());
     KeepWithinLimits(track, inTarget);
     return track;
   }
   bool isWithin = true;
-  Track track = SampledTrack(curves, false, inFrameRate, [&](int32 tick, std::vector<real32>& values) {
+  GltfTrack track = SampledTrack(curves, false, inFrameRate, [&](int32 tick, std::vector<real32>& values) {
     for (std::size_t i = 0; i < inTarget.fCount; ++i) {
       isWithin &= AppendValue(*inTarget.fRule, inTarget.fValues->SampleAt(inTarget.fFirst + i, tick), values);
     }
@@ -233,9 +233,9 @@ std::optional<Track> TrackOfCurves(const ValueTarget& inTarget, real32 inFrameRa
   return track;
 }
 
-Track TrackOfBake(const BakeResult& inBake, const std::map<std::size_t, const BakedValue*>& inBaked,
-                  const ValueTarget& inTarget) {
-  Track track;
+GltfTrack TrackOfBake(const BakeResult& inBake, const std::map<std::size_t, const BakedValue*>& inBaked,
+                      const ValueTarget& inTarget) {
+  GltfTrack track;
   track.fTicks = inBake.fTimes;
   if (inTarget.fRule->fType == "bool"_id) {
     track.fInterpolation = Interpolation::kStep;
@@ -261,8 +261,8 @@ bool AppendValue(const ValueRule& inRule, const ValueNumbers& inNumbers, std::ve
   return isWithin;
 }
 
-Track TrackOfBake(const BakeResult& inBake, const BakedElement& inElement, const NodePath& inPath) {
-  Track track;
+GltfTrack TrackOfBake(const BakeResult& inBake, const BakedElement& inElement, const NodePath& inPath) {
+  GltfTrack track;
   track.fTicks = inBake.fTimes;
   for (const ChannelValues& frame : inElement.fFrames) {
     AppendPathValue(inPath, frame, track.fValues);

@@ -23,7 +23,7 @@ struct NodePath {
 
 extern const std::array<NodePath, 3> kNodePaths;
 
-struct Track {
+struct GltfTrack {
   Interpolation fInterpolation = Interpolation::kLinear;
   std::vector<int32> fTicks;
   std::vector<real32> fValues;  // in glTF's units; with cubic splines in-tangent, value, out-tangent a key
@@ -37,17 +37,17 @@ Json PathValue(const NodePath& inPath, const ChannelValues& inValues);
 // From the element's curves; nothing when the path has no keys. Curves whose keys stand at the same times with one
 // interpolation give the same keys. Others become linear keys close enough together: at all keys, a tick before a step,
 // and on each frame where the way between two keys is no straight line.
-std::optional<Track> TrackOfCurves(const Element& inElement, const NodePath& inPath, real32 inFrameRate);
+std::optional<GltfTrack> TrackOfCurves(const Element& inElement, const NodePath& inPath, real32 inFrameRate);
 
 // A linear key on each frame.
-Track TrackOfBake(const BakeResult& inBake, const BakedElement& inElement, const NodePath& inPath);
+GltfTrack TrackOfBake(const BakeResult& inBake, const BakedElement& inElement, const NodePath& inPath);
 
 // The keys of a value, or of all weights of a node, in glTF's units and within its limits, by the same rules. Truth
 // values have steps.
-std::optional<Track> TrackOfCurves(const ValueTarget& inTarget, real32 inFrameRate);
+std::optional<GltfTrack> TrackOfCurves(const ValueTarget& inTarget, real32 inFrameRate);
 // `inBaked` has the values of the target that were baked, by their index; others are as their curves have them.
-Track TrackOfBake(const BakeResult& inBake, const std::map<std::size_t, const BakedValue*>& inBaked,
-                  const ValueTarget& inTarget);
+GltfTrack TrackOfBake(const BakeResult& inBake, const std::map<std::size_t, const BakedValue*>& inBaked,
+                      const ValueTarget& inTarget);
 // The numbers of one value in glTF's units and within its limits. False when they were out of them.
 bool AppendValue(const ValueRule& inRule, const ValueNumbers& inNumbers, std::vector<real32>& ioValues);
 
