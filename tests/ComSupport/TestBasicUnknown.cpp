@@ -1,6 +1,6 @@
 #include "BasicMCFCOMImplementations.h"
-#include "CodeOf.h"
 #include "HostedTest.h"
+#include "ThrownBy.h"
 
 namespace qlx {
 namespace {

@@ -1,7 +1,7 @@
-#include "CodeOf.h"
 #include "HostedTest.h"
 #include "OwnedByTest.h"
 #include "ParamHolder.h"
+#include "ThrownBy.h"
 
 namespace qlx {
 

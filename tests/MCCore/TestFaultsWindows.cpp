@@ -7,10 +7,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "CodeOf.h"
 #include "MCException.h"
 #include "MCFaults.h"
 #include "SilentReports.h"
+#include "ThrownBy.h"
 #include "faults/FaultKinds.h"
 
 namespace qlx {

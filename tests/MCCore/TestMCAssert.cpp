@@ -3,9 +3,9 @@
 #include <tuple>
 
 #include "AssertionGuard.h"
-#include "CodeOf.h"
 #include "MCAssert.h"
 #include "MCException.h"
+#include "ThrownBy.h"
 
 namespace qlx::test {
 namespace {

@@ -4,10 +4,10 @@
 #include <tuple>
 #include <type_traits>
 
-#include "CodeOf.h"
 #include "HostedTest.h"
 #include "MCMemory.h"
 #include "MCUtf8.h"
+#include "ThrownBy.h"
 
 namespace qlx::test {
 namespace {

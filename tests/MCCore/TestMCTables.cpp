@@ -1,8 +1,8 @@
 // The extensible array and the hash table.
-#include "CodeOf.h"
 #include "HostedTest.h"
 #include "MCExtensibleArray.h"
 #include "MCHash.h"
+#include "ThrownBy.h"
 
 namespace qlx::test {
 namespace {

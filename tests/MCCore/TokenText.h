@@ -4,11 +4,11 @@
 #include <string>
 #include <string_view>
 
-#include "CodeOf.h"
 #include "HostedTest.h"
 #include "MCMemoryStream.h"
 #include "MCString.h"
 #include "MCToken.h"
+#include "ThrownBy.h"
 
 namespace qlx::test {
 

@@ -8,6 +8,8 @@
 
 #include "LinkTest.h"
 #include "NotFinite.h"
+#include "TestMemory.h"
+#include "ThrownBy.h"
 
 namespace qlx::test {
 namespace {
@@ -275,6 +277,22 @@ TEST_F(QLXEvaluation, CloneInMidDelayGoesOn) {
   for (int32 frame = 8; frame < 20; ++frame) {
     EXPECT_FLOAT_EQ(Play(frame), static_cast<real32>(frame - 5)) << frame;
     EXPECT_EQ(ValueOf(other, Channel::kRotationY), Target()) << frame;
+  }
+}
+
+TEST_F(QLXEvaluation, CloneWithoutMemoryForTheDelayIsNone) {
+  fData.fDelayOn = true;
+  fData.fDelayFrames = 5;
+  for (int32 frame = 0; frame < 8; ++frame) {
+    Play(frame);
+  }
+  auto& memory = static_cast<TestMemory&>(*gMemoryUtilities);
+  TMCCountedPtr<IExDataExchanger> clone;
+  for (int requests = 0; !clone; ++requests) {
+    memory.RefuseAfter(requests);
+    const MCResult code = CodeOf([&] { fLink.Clone(clone.WriteInto(), nullptr); });
+    EXPECT_EQ(code, memory.HasRefused() ? MC_E_OUTOFMEMORY : MC_S_OK) << requests;
+    memory.RefuseNothing();
   }
 }
 

@@ -1,5 +1,7 @@
-// What a piece of work throws to the host.
+// What a piece of work throws.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -26,6 +28,17 @@ Thrown ThrownBy(Work&& inWork) {
     return {exception.GetCode(), file ? file : "", exception.GetLine()};
   }
   return {};
+}
+
+// The code of it. It must carry the file's name, where one is expected, and then a line.
+template <class Work>
+MCResult CodeOf(Work&& inWork, const char* inFile = nullptr) {
+  const Thrown thrown = ThrownBy(inWork);
+  if (inFile && thrown.fCode != MC_S_OK) {
+    EXPECT_EQ(thrown.fFile, inFile);
+    EXPECT_GT(thrown.fLine, 0);
+  }
+  return thrown.fCode;
 }
 
 }  // namespace qlx::test
