@@ -7,6 +7,7 @@
 
 #include "GltfExtensions.h"
 #include "GltfScene.h"
+#include "model/CutText.h"
 #include "services/LinkFacts.h"
 #include "services/PluginModifier.h"
 
@@ -107,7 +108,12 @@ Json JsonOfText(const std::string& inText) {
   return Json::parse(Json(inText).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
-Json JsonOf(const ParameterValue& inValue) {
+// That may be longer by then than the field takes.
+Json JsonOfText(const std::string& inText, MCID inType) {
+  return CutText(JsonOfText(inText).get_ref<const std::string&>(), LongestFieldText(inType));
+}
+
+Json JsonOf(const ParameterValue& inValue, MCID inType) {
   if (const bool* flag = std::get_if<bool>(&inValue)) {
     return *flag;
   }
@@ -118,7 +124,7 @@ Json JsonOf(const ParameterValue& inValue) {
     return ShortNumber(*real);
   }
   if (const auto* text = std::get_if<std::string>(&inValue)) {
-    return JsonOfText(*text);
+    return JsonOfText(*text, inType);
   }
   const auto& vector = std::get<std::array<real32, 3>>(inValue);
   return Json::array({ShortNumber(vector[0]), ShortNumber(vector[1]), ShortNumber(vector[2])});
@@ -223,7 +229,7 @@ Json JsonOfModifier(Modifier& inModifier, bool inSwitchedOff, std::set<uint32>& 
   if (map != nullptr) {
     Json& parameters = json["parameters"] = Json::object();
     for (const ParameterField& field : map->GetFields()) {
-      parameters[field.fName] = JsonOf(plugin->GetField(field));
+      parameters[field.fName] = JsonOf(plugin->GetField(field), field.fType);
     }
   }
   if (const auto text = plugin == nullptr ? std::nullopt : plugin->WritePrivate()) {

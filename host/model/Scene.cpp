@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
+#include "CutText.h"
 #include "EvaluationOrder.h"
 #include "LinkLook.h"
 #include "MCFrameTime.h"
-#include "MCUtf8.h"
 
 namespace qlx::host {
 
@@ -14,19 +14,6 @@ namespace {
 constexpr std::size_t kLongestName = 255;
 constexpr uint32 kRootID = 1;
 constexpr const char* kRootName = "[scene]";
-
-// At most so many bytes of a text, up to a NUL, without a part of a character at the end.
-std::string_view CutText(std::string_view inText, std::size_t inLongest) {
-  const std::string_view text = inText.substr(0, inText.find('\0'));
-  if (text.size() <= inLongest) {
-    return text;
-  }
-  std::size_t end = inLongest;
-  while (end > 0 && !MCUtf8BeginsCharacter(static_cast<uint8>(text[end]))) {
-    --end;
-  }
-  return text.substr(0, end);
-}
 
 }  // namespace
 

@@ -176,18 +176,20 @@ TEST_F(GltfModifiers, DamagedLinksNameFileNodeAndLine) {
   }
 }
 
-TEST_F(GltfModifiers, NewOnesAreWrittenWithTextThatCanBe) {
-  const auto document = OpenText(MakeMovingArm());
-  auto link = fHost.CreateModifier("fQLX"_id);
-  ASSERT_TRUE(link);
-  const std::string cut = std::string(99, 'x') + "\xC3";  // inside a character
-  ASSERT_TRUE(link->SetField(*link->GetParameterMap()->Find("fControllerName"), cut));
-  ElementOf(*document, "Hand").AddModifier(*link, 0);
-  const Json out = Written(*document);
-  EXPECT_EQ(out["extensionsUsed"], Json({"QLX_modifiers", "QLX_element"}));
-  const Json& written = out["nodes"][1]["extensions"]["QLX_modifiers"]["modifiers"][0];
-  EXPECT_EQ(written["parameters"]["fControllerName"], std::string(99, 'x') + "\uFFFD");
-  EXPECT_EQ(ElementOf(*Open("out.gltf"), "Hand").GetModifiers().size(), 1u);
+TEST_F(GltfModifiers, NewOnesAreWrittenWithTextThatCanBeReadAgain) {
+  for (const auto& [length, rest] : {std::pair(99, "\uFFFD"), {254, ""}}) {
+    const auto document = OpenText(MakeMovingArm());
+    auto link = fHost.CreateModifier("fQLX"_id);
+    ASSERT_TRUE(link);
+    const std::string name(static_cast<std::size_t>(length), 'x');
+    ASSERT_TRUE(link->SetField(*link->GetParameterMap()->Find("fControllerName"), name + "\xC3"));  // half a character
+    ElementOf(*document, "Hand").AddModifier(*link, 0);
+    const Json out = Written(*document);
+    EXPECT_EQ(out["extensionsUsed"], Json({"QLX_modifiers", "QLX_element"}));
+    const Json& written = out["nodes"][1]["extensions"]["QLX_modifiers"]["modifiers"][0];
+    EXPECT_EQ(written["parameters"]["fControllerName"], name + rest);
+    EXPECT_EQ(ElementOf(*Open("out.gltf"), "Hand").GetModifiers().size(), 1u);
+  }
 }
 
 // The document for others says what the code does.
