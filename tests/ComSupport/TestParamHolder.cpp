@@ -1,5 +1,5 @@
+#include "FakeObject.h"
 #include "HostedTest.h"
-#include "OwnedByTest.h"
 #include "ParamHolder.h"
 #include "ThrownBy.h"
 
@@ -11,7 +11,7 @@ int gLiveValues = 0;
 
 // A type that counts its values and fills fresh ones with its own mark.
 template <std::size_t kSize>
-class CountingType final : public test::OwnedByTest<ParamType> {
+class CountingType final : public test::FakeObject<ParamType> {
  public:
   explicit CountingType(MCID inWord) : fWord(inWord) {}
   MCID MC_CALL GetTypeID() override { return fWord; }
@@ -29,7 +29,7 @@ class CountingType final : public test::OwnedByTest<ParamType> {
   MCID fWord;
 };
 
-class TestRegistry final : public test::OwnedByTest<ParamTypeRegistry> {
+class TestRegistry final : public test::FakeObject<ParamTypeRegistry> {
  public:
   TestRegistry() { SetParamTypeRegistry(this); }
   ~TestRegistry() { SetParamTypeRegistry(nullptr); }
@@ -97,7 +97,7 @@ TEST_F(ParamHolders, UnknownTypesAndMissingBytesThrow) {
   EXPECT_EQ(test::CodeOf([&] { ParamHolder(&fRegistry.fReal, nullptr); }), MC_E_INVALIDARG);
   OwningParamHolder holder;
   EXPECT_EQ(test::CodeOf([&] { holder.SetType("none"_id); }), MC_E_INVALIDARG);
-  EXPECT_EQ(fRegistry.fReal.fRefs, 1U);
+  EXPECT_EQ(fRegistry.fReal.fCount, 0);
 }
 
 TEST_F(ParamHolders, OwnersMakeCopiesAndEndTheirValue) {
@@ -123,7 +123,7 @@ TEST_F(ParamHolders, OwnersMakeCopiesAndEndTheirValue) {
     EXPECT_EQ(gLiveValues, 2);
   }
   EXPECT_EQ(gLiveValues, 0);
-  EXPECT_EQ(fRegistry.fReal.fRefs, 1U);
+  EXPECT_EQ(fRegistry.fReal.fCount, 0);
 }
 
 TEST_F(ParamHolders, ASourceWithoutTypeIsReportedUnlessItsOwnerToleratesIt) {

@@ -1,10 +1,10 @@
 #include <algorithm>
 
+#include "FakeObject.h"
 #include "HostedTest.h"
 #include "MCClassArray.h"
 #include "MCMemory.h"
 #include "MCPtrArray.h"
-#include "OwnedByTest.h"
 #include "SilentReports.h"
 
 namespace qlx::test {
@@ -366,7 +366,7 @@ TEST_F(ClassArray, ArraysOfArraysSurviveEveryRefusal) {
   });
 }
 
-class Referenced final : public OwnedByTest<IMCUnknown> {};
+class Referenced final : public FakeObject<IMCUnknown> {};
 
 TEST_F(CountedPtrArray, HoldsAReferenceOfEachElement) {
   AssertionGuard guard({"fGrowSize is zero!!"});
@@ -380,21 +380,21 @@ TEST_F(CountedPtrArray, HoldsAReferenceOfEachElement) {
     EXPECT_TRUE(array.AddElem(nullptr));
     EXPECT_EQ(array.FindElem(&second), 1U);
     const TMCCountedPtrArray<Referenced> copy(array);
-    EXPECT_EQ(first.fRefs, 5U);
+    EXPECT_EQ(first.fCount, 4);
     array.RemoveElem(0);
-    EXPECT_EQ(first.fRefs, 4U);
+    EXPECT_EQ(first.fCount, 3);
     array.SetElem(0, &first);
-    EXPECT_EQ(first.fRefs, 5U);
-    EXPECT_EQ(second.fRefs, 2U);
+    EXPECT_EQ(first.fCount, 4);
+    EXPECT_EQ(second.fCount, 1);
     array.SetElemCount(1);
-    EXPECT_EQ(first.fRefs, 4U);
+    EXPECT_EQ(first.fCount, 3);
     array.SetElemCount(2);
     EXPECT_EQ(array.GetElem(1), nullptr) << "zero fill is forced";
     array.SetGrowSize(0);
     EXPECT_FALSE(array.AddElemCount(9));
   }
-  EXPECT_EQ(first.fRefs, 1U);
-  EXPECT_EQ(second.fRefs, 1U);
+  EXPECT_EQ(first.fCount, 0);
+  EXPECT_EQ(second.fCount, 0);
 }
 
 TEST_F(CountedPtrArray, ARefusedAddTakesNoReference) {
@@ -403,7 +403,7 @@ TEST_F(CountedPtrArray, ARefusedAddTakesNoReference) {
   TMCCountedPtrArray<Referenced> array;
   fMemory.RefuseAfter(0);
   EXPECT_FALSE(array.AddElem(&object));
-  EXPECT_EQ(object.fRefs, 1U);
+  EXPECT_EQ(object.fCount, 0);
 }
 
 }  // namespace

@@ -1,9 +1,10 @@
 #include <tuple>
 
+#include "FakeObject.h"
 #include "HostedTest.h"
+#include "MCCountedPtr.h"
 #include "MCTranscoder.h"
 #include "MCUnicodeString.h"
-#include "OwnedByTest.h"
 
 namespace qlx::test {
 namespace {
@@ -21,7 +22,7 @@ const uint8* Bytes(const char* inText) {
 }
 
 // Not a transcoder that anybody should write: it never ends a text.
-class EndlessTranscoder final : public OwnedByTest<IMCTranscoder> {
+class EndlessTranscoder final : public FakeObject<IMCTranscoder> {
  public:
   uint16 MC_CALL Translate(uint8) override { return fCalls++ % 3 ? 'x' : kIncomplete; }
 

@@ -3,12 +3,12 @@
 
 #include <utility>
 
+#include "FakeObject.h"
 #include "MCHostUtilities.h"
-#include "OwnedByTest.h"
 
 namespace qlx::test {
 
-class SilentReports : public OwnedByTest<IDebugUtilities> {
+class SilentReports : public FakeObject<IDebugUtilities> {
  public:
   SilentReports() : fEarlier(std::exchange(gDebugUtilities, this)) {}
   virtual ~SilentReports() { gDebugUtilities = fEarlier; }

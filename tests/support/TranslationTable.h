@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "FakeObject.h"
 #include "MCAsciiTranslation.h"
 #include "MCHostUtilities.h"
-#include "OwnedByTest.h"
 
 namespace qlx::test {
 
@@ -35,7 +35,7 @@ struct TableImage {
   std::vector<uint8> fBlocks = {0};
 };
 
-class HostedTable final : public OwnedByTest<IShSafeUtilities> {
+class HostedTable final : public FakeObject<IShSafeUtilities> {
  public:
   explicit HostedTable(const std::vector<uint8>& inImage) : fEarlier(std::exchange(gShSafeUtilities, this)) {
     fResult = fTable.ReadImage(inImage.data(), inImage.size());
