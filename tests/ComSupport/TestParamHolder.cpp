@@ -32,7 +32,7 @@ class CountingType final : public test::FakeObject<ParamType> {
 class TestRegistry final : public test::FakeObject<ParamTypeRegistry> {
  public:
   TestRegistry() { SetParamTypeRegistry(this); }
-  ~TestRegistry() { SetParamTypeRegistry(nullptr); }
+  ~TestRegistry() override { SetParamTypeRegistry(nullptr); }
   ParamType* MC_CALL GetParamType(MCID inWord) override {
     for (ParamType* const type : std::initializer_list<ParamType*>{&fReal, &fSigned, &fVector, &fDirection, &fFlag}) {
       if (type->GetTypeID() == inWord) {

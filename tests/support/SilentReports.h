@@ -11,7 +11,7 @@ namespace qlx::test {
 class SilentReports : public FakeObject<IDebugUtilities> {
  public:
   SilentReports() : fEarlier(std::exchange(gDebugUtilities, this)) {}
-  virtual ~SilentReports() { gDebugUtilities = fEarlier; }
+  ~SilentReports() override { gDebugUtilities = fEarlier; }
   SilentReports(const SilentReports&) = delete;
   SilentReports& operator=(const SilentReports&) = delete;
   void MC_CALL ReportAssertion(const char*, int32, const char*) override {}

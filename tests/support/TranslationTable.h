@@ -40,7 +40,7 @@ class HostedTable final : public FakeObject<IShSafeUtilities> {
   explicit HostedTable(const std::vector<uint8>& inImage) : fEarlier(std::exchange(gShSafeUtilities, this)) {
     fResult = fTable.ReadImage(inImage.data(), inImage.size());
   }
-  ~HostedTable() { gShSafeUtilities = fEarlier; }
+  ~HostedTable() override { gShSafeUtilities = fEarlier; }
   HostedTable(const HostedTable&) = delete;
   HostedTable& operator=(const HostedTable&) = delete;
 
