@@ -79,6 +79,7 @@ uint32 QLXModifier::ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) {
     return WorkMemory{start, static_cast<MCSize>(static_cast<const std::byte*>(inEnd) - start)};
   };
   const auto whole = [](const auto& inPart) { return WorkMemory{&inPart, sizeof inPart}; };
+  constexpr MCSize kVector = 32;  // as much of two texts is compared at once, past their ends
   const bool isByName = fData.fFindControllerByName || fData.fFindSourceByName;
   const TMCString& name = fData.fAttributeMode ? fData.fControllerName : fData.fSourceName;
   const WorkMemory ranges[] = {
@@ -89,9 +90,10 @@ uint32 QLXModifier::ListWorkMemory(WorkMemory* outRanges, uint32 inRoom) {
       between(&fData.fAbsolute, &fPrivate),
       fData.fRelative || fData.fCombineSelf ? whole(fMemory.fChannels) : WorkMemory{},
       fData.fDelayOn ? whole(fMemory.fDelayQueue) : WorkMemory{},
-      isByName ? WorkMemory{&name, sizeof(TMCString) + name.ByteLength()} : WorkMemory{},
+      isByName ? WorkMemory{&name, sizeof(TMCString) + name.ByteLength() + kVector} : WorkMemory{},
       isByName ? whole(fLookups.GetFoundName()) : WorkMemory{},
-      isByName ? WorkMemory{fLookups.GetFoundName().CStr(), fLookups.GetFoundName().ByteLength()} : WorkMemory{},
+      isByName ? WorkMemory{fLookups.GetFoundName().CStr(), fLookups.GetFoundName().ByteLength() + kVector}
+               : WorkMemory{},
       fData.fDecayOn || fData.fGrowOn || fData.fOscillateOn ? whole(fPrivate.fCurves) : WorkMemory{},
   };
   const auto count = std::min<uint32>(inRoom, std::size(ranges));
