@@ -217,7 +217,8 @@ TMCCountedPtr<Modifier> PluginModifier::Copy() {
     return MC_S_OK;
   });
   const bool hasFields = CopyFields(clone ? *clone : *fExchanger, *copy);
-  const bool isWhole = cloned == MC_S_OK && (!clone || GiveAndEnd(*clone, *copy->fExchanger));
+  const bool isGiven = !clone || GiveAndEnd(*clone, *copy->fExchanger);
+  const bool isWhole = cloned == MC_S_OK && isGiven;
   if (!hasFields || !isWhole) {
     fHost.GetDiagnostics().Warn(
         fmt::format("{} cannot be copied: {}", GetClassName(),
