@@ -246,7 +246,7 @@ class IModifierWork : public IMCUnknown {
  public:
   static constexpr MCGuid kInterfaceID = "7E0C1B5A-90D4-4B57-9E4B-2D0C6A5F1E83"_guid;
 
-  // The table of a modifier's operations is all that is read of the memory around it: a plain call does without.
+  // A call by the modifier's table of operations reads memory that its work has no other need of: this one does not.
   virtual void MC_CALL GetWorkCall(WorkCall& outCall) = 0;
 
   // What the modifier reads at its next evaluation, so that a host gets it under way while it evaluates others. A hint:
